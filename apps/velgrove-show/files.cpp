@@ -1,0 +1,67 @@
+// The commands that turn shows into text and back.
+
+#include "controls/files.h"
+
+#include <cstdio>
+
+#include "commands.h"
+#include "model/show_file.h"
+#include "model/show_json.h"
+#include "model/show_sheet.h"
+
+namespace velgrove {
+namespace {
+
+void complain(const std::string& what) {
+  (void)std::fprintf(stderr, "velgrove-show: %s\n", what.c_str());
+}
+
+/// Reads a show as far as it goes; one message for each fault. Null when nothing could be made of it.
+ShowRead readWithMessages(const std::string& file) {
+  ShowRead read;
+  try {
+    read = readShow(readFile(file), DMXInputRecords::Read);
+  } catch (const RunTimeError& error) {
+    complain(error.what());
+    return read;
+  }
+  for (const FileFault& fault : read.faults) complain(file + ": " + describe(fault));
+  return read;
+}
+
+}  // namespace
+
+bool isWholeShow(const std::string& file) {
+  const ShowRead read = readWithMessages(file);
+  return read.project != nullptr && read.faults.empty();
+}
+
+int printShow(const std::string& file, bool asJson) {
+  const ShowRead read = readWithMessages(file);
+  if (read.project == nullptr) return 1;
+  const std::string text = asJson ? showToJson(*read.project) : showSheet(*read.project);
+  const bool written =
+      std::fwrite(text.data(), 1, text.size(), stdout) == text.size() && std::fflush(stdout) == 0;
+  if (!written) complain("standard output can't be written");
+  return written && read.faults.empty() ? 0 : 1;
+}
+
+int makeShow(const std::string& jsonFile, const std::string& showFile) {
+  try {
+    const std::string json = readFile(jsonFile);
+    std::string bytes;
+    try {
+      bytes = writeShow(*showFromJson(json));
+    } catch (const RunTimeError& error) {
+      complain(jsonFile + ": " + error.what());
+      return 1;
+    }
+    writeFileSafely(showFile, bytes, Backup::None);
+    return 0;
+  } catch (const RunTimeError& error) {
+    complain(error.what());
+    return 1;
+  }
+}
+
+}  // namespace velgrove

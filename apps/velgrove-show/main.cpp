@@ -1,0 +1,86 @@
+#include <CLI/CLI.hpp>
+#include <fstream>
+#include <iostream>
+
+#include "commands.h"
+
+namespace {
+
+using namespace velgrove;
+
+constexpr int WrongUsage = 2;
+
+std::vector<ScriptStep> scriptOf(const std::string& file) {
+  if (file.empty()) return {};
+  if (file == "-") return readScript(std::cin);
+  std::ifstream script(file);
+  if (!script) throw ScriptError("can't be read");
+  auto steps = readScript(script);
+  if (script.bad()) throw ScriptError("can't be read");
+  return steps;
+}
+
+/// Everything that the command line can say.
+struct Arguments {
+  RunOptions run;
+  std::string scriptFile;
+  std::string json;
+  std::string out;
+  bool asJson = false;
+};
+
+CLI::App* runCommand(CLI::App& app, const char* name, const char* what, Arguments& arguments) {
+  CLI::App* command = app.add_subcommand(name, what);
+  command->add_option("FILE.kel", arguments.run.show, "the show")->required();
+  command->add_option("SCRIPT", arguments.scriptFile, "what the operator does; - for standard input");
+  command
+      ->add_option(
+          "--until", arguments.run.until,
+          "end at this time in ms, inclusive; without it one second after the last command and fade, "
+          "at the latest after an hour")
+      ->check(CLI::NonNegativeNumber);
+  command->footer(scriptHelp());
+  return command;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  CLI::App app{"Shows as text and JSON, rehearsed in simulated time, or played on the line.",
+               "velgrove-show"};
+  app.require_subcommand(1);
+  app.footer(
+      "Exit code: 0 good, 1 the work failed and the message says what and where, 2 wrong usage or "
+      "script.\n\n" +
+      scriptHelp());
+
+  Arguments arguments;
+  CLI::App* const print = app.add_subcommand("print", "cue sheet, patch and submasters as text");
+  print->add_option("FILE.kel", arguments.run.show, "the show")->required();
+  print->add_flag("--json", arguments.asJson, "everything, as JSON");
+
+  CLI::App* const make = app.add_subcommand("make", "a show from the JSON that print --json gives");
+  make->add_option("FILE.json", arguments.json, "the JSON")->required();
+  make->add_option("OUT.kel", arguments.out, "the show to write")->required();
+
+  CLI::App* const rehearsal =
+      runCommand(app, "rehearse",
+                 "the whole desk on a clock moved by hand: one line for each frame on the wire", arguments);
+  rehearsal->add_flag("--changes", arguments.run.changesOnly, "leave out a frame equal to the one before");
+  runCommand(app, "play", "the desk on the real clock, with the interface that is attached", arguments);
+
+  try {
+    app.parse(argc, argv);
+    arguments.run.script = scriptOf(arguments.scriptFile);
+  } catch (const CLI::ParseError& error) {
+    return app.exit(error) == 0 ? 0 : WrongUsage;
+  } catch (const ScriptError& error) {
+    std::cerr << "velgrove-show: " << arguments.scriptFile << ": " << error.what() << '\n';
+    return WrongUsage;
+  }
+
+  if (*print) return printShow(arguments.run.show, arguments.asJson);
+  if (*make) return makeShow(arguments.json, arguments.out);
+  if (*rehearsal) return rehearse(arguments.run);
+  return play(arguments.run);
+}

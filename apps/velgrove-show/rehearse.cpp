@@ -1,0 +1,94 @@
+#include <algorithm>
+#include <cstdio>
+
+#include "boxes.h"
+#include "commands.h"
+#include "core/headless_desk.h"
+#include "frame_lines.h"
+
+namespace velgrove {
+namespace {
+
+class Rehearsal {
+ public:
+  explicit Rehearsal(const RunOptions& options)
+      : m_options(options),
+        m_frames(options.changesOnly),
+        m_house({.onBox = [this](const Box& box) { return m_boxes.answer(box); }, .setting = {}}) {
+    m_house.box.onFrame = [this](InterfaceBox::Frame frame) { m_frames.write(now(), frame); };
+  }
+
+  int run() {
+    if (!m_house.start(m_options.show)) return 1;
+    const std::int64_t end = m_options.until.value_or(LongestRun);
+    for (const ScriptStep& step : m_options.script) {
+      if (step.ms > end) break;
+      runToJustBefore(step.ms);
+      step.act(m_operator);
+      m_lastBusy = step.ms;
+    }
+    if (m_options.until)
+      m_house.runTo(*m_options.until);
+    else
+      runUntilQuiet();
+    return 0;
+  }
+
+ private:
+  [[nodiscard]] std::int64_t now() const {
+    return std::chrono::duration_cast<Milliseconds>(m_house.clock.now()).count();
+  }
+
+  /// Commands come before the timers that are due at their instant.
+  void runToJustBefore(std::int64_t ms) {
+    const Nanoseconds instant = Milliseconds(ms);
+    constexpr Nanoseconds Tick{1};
+    if (instant <= m_house.clock.now()) return;
+    m_house.clock.advanceTo(instant - Tick, m_house.desk.machine.timers);
+    m_house.clock.pass(Tick);
+  }
+
+  void runUntilQuiet() {
+    while (const auto due = m_house.desk.machine.timers.nextDue()) {
+      const auto ms = std::chrono::duration_cast<Milliseconds>(*due).count();
+      if (isFading(m_house.desk)) m_lastBusy = ms;
+      if (ms > std::min(m_lastBusy + QuietTime, LongestRun)) return;
+      m_house.clock.advanceTo(*due, m_house.desk.machine.timers);
+    }
+  }
+
+  const RunOptions& m_options;
+  FrameLines m_frames;
+  BoxLog m_boxes{[this] { return now(); }};
+  HeadlessDesk m_house;
+  Operator m_operator{.desk = m_house.desk,
+                      .input = [this](int channel, int level) { m_house.box.setInput(channel, level); },
+                      .trigger = [this](int count) { m_house.box.addTriggers(count); },
+                      .note =
+                          [this](const std::string& what) {
+                            (void)std::fprintf(stderr, "%lld note: %s\n", static_cast<long long>(now()),
+                                               what.c_str());
+                          }};
+  std::int64_t m_lastBusy = 0;
+};
+
+}  // namespace
+
+bool isFading(const LightingDesk& desk) {
+  const auto fades = [](const std::unique_ptr<QueueList>& player) {
+    return player != nullptr && player->q_timer.enabled();
+  };
+  return fades(desk.windows.ABQ) || fades(desk.windows.XYQ);
+}
+
+int rehearse(const RunOptions& options) {
+  if (!isWholeShow(options.show)) return 1;
+  try {
+    return Rehearsal(options).run();
+  } catch (const TooManyBoxes&) {
+    (void)std::fprintf(stderr, "too many boxes: the run ends here\n");
+    return 1;
+  }
+}
+
+}  // namespace velgrove

@@ -1,0 +1,63 @@
+#include "controls/desk_thread.h"
+
+#include <pthread.h>
+#include <sched.h>
+
+namespace velgrove {
+namespace {
+
+/// Asks for a place before ordinary threads. An ordinary user is refused, and the timing holds on an idle
+/// machine all the same.
+void askForPriority() {
+  constexpr int Priority = 10;
+  const sched_param wish{.sched_priority = Priority};
+  (void)pthread_setschedparam(pthread_self(), SCHED_RR | SCHED_RESET_ON_FORK, &wish);
+}
+
+}  // namespace
+
+void DeskThread::start(std::function<void()> setup) {
+  m_thread = std::thread([this, setup = std::move(setup)] {
+    askForPriority();
+    run(setup);
+  });
+}
+
+void DeskThread::run(const std::function<void()>& setup) {
+  const DeskTurn turn(m_desk);
+  try {
+    setup();
+    until([] { return false; });
+  } catch (const Closing&) {
+    return;
+  } catch (...) {
+    m_failure = std::current_exception();
+  }
+}
+
+void DeskThread::join() {
+  if (m_thread.joinable()) m_thread.join();
+  if (m_failure) std::rethrow_exception(std::exchange(m_failure, nullptr));
+}
+
+void DeskThread::until(const std::function<bool()>& condition) {
+  for (;;) {
+    if (m_desk.closing()) throw Closing{};
+    if (condition()) return;
+    if (m_timers.runOne(m_timers.clock().now())) {
+      m_desk.give();
+      m_desk.take();
+    } else {
+      m_desk.wait(m_timers.nextDue(), m_timers.clock());
+    }
+  }
+}
+
+void DeskThread::doEvents() {
+  const Nanoseconds start = m_timers.clock().now();
+  while (m_timers.runOne(start)) {
+    if (m_desk.closing()) throw Closing{};
+  }
+}
+
+}  // namespace velgrove

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <cstddef>
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <sys/types.h>
+
+#include "controls/faults.h"
+
+namespace velgrove {
+
+/// The whole content of a file. Fault::File with the path and the reason (missing, a directory, no permission
+/// ...).
+[[nodiscard]] std::string readFile(const std::filesystem::path& path);
+
+enum class Backup {
+  None,
+  Keep,  ///< the version before stays beside the new one as `<name>.bak`
+};
+
+/// How bytes reach the disk. Tests put one in that fills up or refuses.
+struct Disk {
+  /// Takes some of the bytes and says how many; -1 with `errno` when it can't.
+  std::function<ssize_t(int file, std::string_view bytes)> write;
+  /// Makes an open file or directory safe against a power cut; -1 with `errno` when it can't.
+  std::function<int(int file)> flush;
+};
+[[nodiscard]] const Disk& systemDisk();
+
+/// Replaces a file so that whatever happens, one whole version stands under its name: the new one is written
+/// beside it, flushed, and takes the name in one step. Through a symbolic link the file behind it is
+/// replaced; permissions stay as they were. Fault::File with path and reason; the old file is then as it was
+/// and nothing is left beside it.
+void writeFileSafely(const std::filesystem::path& path, std::string_view bytes, Backup backup,
+                     const Disk& disk = systemDisk());
+
+}  // namespace velgrove

@@ -1,0 +1,165 @@
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "controls/numbers.h"
+
+/// The controls that windows are made of, as plain values with the events of their kind. The face binds a
+/// widget to each; tests and scripts use them directly.
+namespace velgrove {
+
+/// Colour values: red + 256 x green + 65536 x blue.
+using Colour = std::int32_t;
+
+using Event = std::function<void()>;
+
+inline void raise(const Event& event) {
+  if (event) event();
+}
+
+struct Label {
+  std::string Caption;
+  Colour ForeColour = 0;
+};
+
+/// A text field. A text set from code raises Change as the operator's typing does, when it really changes.
+class TextBox {
+ public:
+  explicit TextBox(std::string text = "") : m_text(std::move(text)) {}
+
+  bool Enabled = true;
+  Event Change;
+
+  [[nodiscard]] const std::string& text() const { return m_text; }
+  void setText(std::string text) {
+    if (text == m_text) return;
+    m_text = std::move(text);
+    raise(Change);
+  }
+
+ private:
+  std::string m_text;
+};
+
+/// A button. `click` is the operator's hand: a disabled button does nothing.
+struct Button {
+  std::string Caption;
+  std::string ToolTip;
+  bool Enabled = true;
+  Colour BackColour = 0;
+  Event Click;
+
+  void click() const {
+    if (Enabled) raise(Click);
+  }
+};
+
+/// A list to choose from. Only the hand raises Click.
+class ComboBox {
+ public:
+  Event Click;
+
+  void clear() {
+    m_items.clear();
+    m_index = -1;
+  }
+  void add(std::string item) { m_items.push_back(std::move(item)); }
+  [[nodiscard]] const std::vector<std::string>& items() const { return m_items; }
+  [[nodiscard]] int listIndex() const { return m_index; }  ///< from 0; -1 when nothing is chosen
+  void setListIndex(int index) {
+    if (index < -1 || index >= static_cast<int>(m_items.size()))
+      throw RunTimeError(Fault::Subscript, "no item " + std::to_string(index) + " to choose");
+    m_index = index;
+  }
+  [[nodiscard]] std::string text() const {
+    return m_index < 0 ? "" : m_items[static_cast<std::size_t>(m_index)];
+  }
+
+  /// The operator's choice.
+  void choose(int index) {
+    setListIndex(index);
+    raise(Click);
+  }
+
+ private:
+  std::vector<std::string> m_items;
+  int m_index = -1;
+};
+
+/// A slider: values stay within its range. Change comes with every new value, Scroll only from the hand.
+class Slider {
+ public:
+  Slider(int min, int max) : m_min(min), m_max(max), m_value(min) {}
+
+  Event Change;
+  Event Scroll;
+
+  [[nodiscard]] int value() const { return m_value; }
+  [[nodiscard]] int min() const { return m_min; }
+  [[nodiscard]] int max() const { return m_max; }
+  void setMax(int max) {
+    m_max = max;
+    setValue(m_value);
+  }
+  void setValue(int value) {
+    if (take(value)) raise(Change);
+  }
+  /// The operator drags the thumb.
+  void drag(int value) {
+    if (!take(value)) return;
+    raise(Scroll);
+    raise(Change);
+  }
+
+ private:
+  bool take(int value) { return std::exchange(m_value, std::clamp(value, m_min, m_max)) != m_value; }
+
+  int m_min;
+  int m_max;
+  int m_value;
+};
+
+/// A spinner: two arrows that step a value within a range. With a buddy it reads the buddy's text first,
+/// writes the new value into it, and then raises Change.
+class UpDown {
+ public:
+  UpDown(int min, int max, int value) : m_min(min), m_max(max), m_value(value) {}
+
+  TextBox* Buddy = nullptr;
+  Event Change;
+  Event UpClick;
+  Event DownClick;
+
+  [[nodiscard]] int value() const { return m_value; }
+  void setMax(int max) { m_max = max; }
+  void setValue(int value) {
+    if (std::exchange(m_value, std::clamp(value, m_min, m_max)) != m_value) raise(Change);
+  }
+  void up() { step(1, UpClick); }
+  void down() { step(-1, DownClick); }
+
+ private:
+  void step(int by, const Event& click) {
+    if (Buddy != nullptr) m_value = std::clamp(toInteger<std::int32_t>(Buddy->text()), m_min, m_max);
+    const int before = std::exchange(m_value, std::clamp(m_value + by, m_min, m_max));
+    if (Buddy != nullptr) Buddy->setText(std::to_string(m_value));
+    if (m_value != before) raise(Change);
+    raise(click);
+  }
+
+  int m_min;
+  int m_max;
+  int m_value;
+};
+
+struct ProgressBar {
+  int Value = 0;  ///< 0 to 100
+  Colour BarColour = 0;
+};
+
+}  // namespace velgrove

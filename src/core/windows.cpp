@@ -1,0 +1,94 @@
+#include "core/windows.h"
+
+namespace velgrove {
+namespace {
+
+QueueList& loaded(const std::unique_ptr<QueueList>& player) {
+  if (player == nullptr) throw RunTimeError(Fault::ObjectMissing, "no show is open");
+  return *player;
+}
+
+}  // namespace
+
+Windows::Windows(ShowState& show, Machine& machine, Wiring wiring)
+    : Comm(show, machine, withTriggerGo(wiring.interface, [this] { goByTrigger(); })),
+      m_show(show),
+      m_machine(machine),
+      m_wiring(std::move(wiring)),
+      m_links(show, machine,
+              {.ABQ = [this]() -> QueueList& { return abPlayer(); },
+               .XYQ = [this]() -> QueueList& { return xyPlayer(); },
+               .startEffect = m_wiring.startEffect}) {}
+
+VelgroveComm::Wiring Windows::withTriggerGo(VelgroveComm::Wiring wiring, std::function<void()> go) {
+  wiring.triggerGo = std::move(go);
+  return wiring;
+}
+
+QueueList& Windows::abPlayer() const {
+  return loaded(ABQ);
+}
+QueueList& Windows::xyPlayer() const {
+  return loaded(XYQ);
+}
+
+std::shared_ptr<clsView> Windows::currentView() const {
+  if (ActiveDocument == nullptr) throw RunTimeError(Fault::ObjectMissing, "no document is open");
+  return ActiveDocument->GetCurrentView();
+}
+
+std::unique_ptr<QueueList> Windows::makePlayer(const PlayerTraits& traits) {
+  return std::make_unique<QueueList>(
+      traits, m_show, m_machine,
+      PlayerWiring{
+          .GetCurrentView = [this] { return currentView(); },
+          .SimultaneousStart = [this](const std::string& list,
+                                      const std::string& number) { m_links.SimultaneousStart(list, number); },
+          .showCuePanel = m_wiring.showCuePanel,
+          .showStatus = m_wiring.showStatus});
+}
+
+void Windows::loadPlayers() {
+  for (auto [player, traits] : {std::pair(&ABQ, &AB), std::pair(&XYQ, &XY)}) {
+    *player = makePlayer(*traits);
+    (*player)->Form_Load();
+    (*player)->Window.Visible = true;
+  }
+}
+
+void Windows::unloadPlayers() {
+  XYQ.reset();
+  ABQ.reset();
+}
+
+void Windows::openDocument() {
+  Documents.push_back(std::make_unique<frmDocument>(m_show, m_machine, frmDocument::Wiring{}));
+  DocumentForm = ActiveDocument = Documents.back().get();
+  DocumentForm->Form_Load();
+  DocumentForm->Window.Visible = true;
+}
+
+void Windows::closeDocument() {
+  if (DocumentForm == nullptr) return;
+  std::erase_if(Documents, [this](const auto& each) { return each.get() == DocumentForm; });
+  if (ActiveDocument == DocumentForm) ActiveDocument = Documents.empty() ? nullptr : Documents.back().get();
+  DocumentForm = nullptr;
+}
+
+/// The box's trigger is a hardware Go of XY; AB is never started from there.
+void Windows::goByTrigger() {
+  QueueList& player = xyPlayer();
+  m_show.GoFromInput = true;
+  if (!player.Window.Visible) {
+    player.Window.Visible = true;
+    player.Window.WindowState = WindowState::Minimised;
+  }
+  player.cmdGoForward_Click();
+  for (QueueList* each : {&player, &abPlayer()}) {
+    each->State.ListRepainting = false;
+    each->State.ListRepaintDone = true;
+  }
+  m_show.GoFromInput = false;
+}
+
+}  // namespace velgrove

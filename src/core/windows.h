@@ -1,0 +1,58 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "dmx/velgrove_comm.h"
+#include "playback/cue_links.h"
+#include "playback/queue_list.h"
+#include "plot/document.h"
+
+namespace velgrove {
+
+/// The windows of a desk and the ties between them. Players and documents come and go with the show; the
+/// interface's window stays.
+class Windows {
+ public:
+  struct Wiring {
+    VelgroveComm::Wiring interface;  ///< all but the trigger's Go
+    std::function<void(const std::string&)> showCuePanel;
+    std::function<void(const std::string&)> showStatus;
+    std::function<void(const std::string& number)> startEffect;
+  };
+
+  Windows(ShowState& show, Machine& machine, Wiring wiring);
+  Windows(const Windows&) = delete;
+  Windows& operator=(const Windows&) = delete;
+
+  VelgroveComm Comm;
+  std::unique_ptr<QueueList> ABQ;
+  std::unique_ptr<QueueList> XYQ;
+  std::vector<std::unique_ptr<frmDocument>> Documents;
+  frmDocument* DocumentForm = nullptr;    ///< the one opened last
+  frmDocument* ActiveDocument = nullptr;  ///< the one that was active last
+
+  /// The players of the open show; Fault::ObjectMissing when there are none.
+  [[nodiscard]] QueueList& abPlayer() const;
+  [[nodiscard]] QueueList& xyPlayer() const;
+
+  void loadPlayers();    ///< made anew, loaded and shown
+  void unloadPlayers();  ///< their fades stop; the level arrays stay as they are
+  void openDocument();
+  void closeDocument();  ///< the one opened last
+
+ private:
+  static VelgroveComm::Wiring withTriggerGo(VelgroveComm::Wiring wiring, std::function<void()> go);
+  [[nodiscard]] std::unique_ptr<QueueList> makePlayer(const PlayerTraits& traits);
+  [[nodiscard]] std::shared_ptr<clsView> currentView() const;
+  void goByTrigger();
+
+  ShowState& m_show;
+  Machine& m_machine;
+  Wiring m_wiring;
+  CueLinks m_links;
+};
+
+}  // namespace velgrove

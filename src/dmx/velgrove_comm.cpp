@@ -1,0 +1,269 @@
+#include "dmx/velgrove_comm.h"
+
+#include <algorithm>
+#include <array>
+
+namespace velgrove {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr int SendInterval = 30;  // ms
+constexpr int ReceiveInterval = 100;
+constexpr int TriggerInterval = 1000;
+
+constexpr Milliseconds SettleTime = 1000ms;  // the bridge chip's driver comes up behind the device
+constexpr Milliseconds AnswerTime = 100ms;
+constexpr Milliseconds AnswerTimeOfSilentBox = 20ms;
+constexpr Milliseconds VersionTime = 1000ms;
+constexpr Milliseconds TurnRoundTime = 10ms;
+
+constexpr std::array<std::uint8_t, 4> FrameHead{0x01, 0x02, 0x00, 0x00};
+constexpr std::array<std::uint8_t, 7> ReadLevels{0x01, 0x02, 0x03, 0x01, 0x04, 0x02, 0x01};
+constexpr std::array<std::uint8_t, 4> ReadVersion{0x01, 0xFF, 0x01, 0xFF};
+constexpr std::array<std::uint8_t, 2> PollTrigger{0x01, 0x0A};
+constexpr std::uint8_t TriggerByte = 0x7F;
+
+constexpr std::size_t ReceiveBuffer = 615;
+constexpr std::size_t ReadingNeedsMoreThan = 100;
+constexpr std::size_t VersionLength = 36;
+
+constexpr Colour Red = 0x0000FF;
+constexpr Colour Green = 0x00FF00;
+
+constexpr const char* Crlf = "\r\n";
+
+}  // namespace
+
+VelgroveComm::VelgroveComm(ShowState& show, Machine& machine, Wiring wiring)
+    : VelgroveCom(std::move(wiring.line), machine.timers.clock()),
+      SendTimer(
+          machine.timers, TimerRank::Send, SendInterval, [this] { SendTimer_Timer(); },
+          ErrorPattern::Waits::Never),
+      RecieveTimer(machine.timers, TimerRank::Receive, ReceiveInterval, [this] { RecieveTimer_Timer(); }),
+      TriggerTimer(machine.timers, TimerRank::Trigger, TriggerInterval, [this] { TriggerTimer_Timer(); }),
+      m_show(show),
+      m_machine(machine),
+      m_wiring(std::move(wiring)) {
+  Window.Caption = "VelgroveComm";
+  Version.Caption = "Initializing...";
+  Label1.Caption = "Velgrove USB Status";
+  VelgroveCom.FindAgain = [this] { return m_wiring.findAgain(m_device); };
+}
+
+void VelgroveComm::Form_Load() {
+  ProgressBar1.Value = 10;
+  ProgressBar1.BarColour = Red;
+}
+
+void VelgroveComm::show(const std::string& version) {
+  Version.Caption = version;
+  m_wiring.repaint();
+}
+
+std::int16_t VelgroveComm::InitVelgrove() {
+  m_machine.errors.run([&] { bringUp(); });
+  return 0;
+}
+
+void VelgroveComm::bringUp() {
+  show("Initializing USB interface");
+  EnumDevices();
+  LinkState = Link::Down;
+  m_machine.Sleep(SettleTime);
+
+  show("starting virtual comport");
+  const std::string found = initCP210x();
+  ProgressBar1.Value = 50;
+  constexpr std::size_t LongestWithoutDevice = 5;
+  if (found.size() <= LongestWithoutDevice) {
+    show("USB Virtual Comm - NOT FOUND");
+    return;
+  }
+  m_machine.Sleep(SettleTime);
+
+  ProgressBar1.Value = 75;
+  show("VC initialized, staring DMX");
+  LinkState = OpenComm() == 0 ? Link::Up : Link::FoundOpen;
+  m_machine.Sleep(SettleTime);
+
+  show("Getting Version");
+  try {
+    show(GetVGVersion());
+  } catch (const RunTimeError& error) {
+    if (error.fault() != Fault::Device) throw;
+    LinkState = Link::Down;
+    show(error.what());
+    return;
+  }
+  ProgressBar1.Value = 100;
+  ProgressBar1.BarColour = Green;
+  m_machine.Sleep(SettleTime);
+
+  show("DMX TX/RX");
+  SetDMXState(true);
+}
+
+void VelgroveComm::EnumDevices() {
+  m_devices = m_wiring.findInterfaces();
+  NumDevices = static_cast<std::int32_t>(m_devices.size());
+}
+
+std::string VelgroveComm::initCP210x() {
+  std::string text;
+  for (const InterfaceDevice& device : m_devices) {
+    text += "Found Device: VID=" + device.vendor + ", PID=" + device.product + Crlf;
+    text += "           Serial Num=" + device.serial + Crlf;
+    m_device = device;
+    VelgroveCom.Path = device.path;
+    PortNumber = narrow<std::int16_t>(portNumber(device.path));
+    text += "This device is on COM Port: " + std::to_string(PortNumber) + Crlf;
+  }
+  return text + Crlf + Crlf;
+}
+
+std::int16_t VelgroveComm::OpenComm() {
+  return VelgroveCom.PortOpen() ? 1 : 0;
+}
+
+std::string VelgroveComm::GetVGVersion() {
+  VelgroveCom.open();
+  if (LinkState != Link::Up) return "No Velgrove Connected";
+  VelgroveCom.Output(ReadVersion);
+  (void)VelgroveCom.send();  // a lost frame of the version shows as no answer
+
+  std::string read;
+  std::string answer;
+  std::array<std::uint8_t, ReceiveBuffer> bytes{};
+  Nanoseconds lastByte = m_machine.timers.clock().now();
+  while (read.size() < VersionLength) {
+    m_machine.DoEvents();
+    const std::size_t count = VelgroveCom.Input(bytes);
+    const Nanoseconds now = m_machine.timers.clock().now();
+    if (count > 0) {
+      read.append(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(count));
+      answer += read;
+      lastByte = now;
+    } else if (now - lastByte >= VersionTime) {
+      break;
+    } else {
+      VelgroveCom.wait(TurnRoundTime);
+    }
+  }
+  return answer;
+}
+
+void VelgroveComm::SetDMXState(bool running) {
+  for (Timer* timer : {&SendTimer, &RecieveTimer, &TriggerTimer}) timer->setEnabled(running);
+}
+
+void VelgroveComm::SetDMX() {
+  m_machine.errors.run([&] {
+    if (VelgroveCom.PortOpen()) return;
+    VelgroveCom.open();
+    m_machine.boxes.show({.text = "debug: port not open"});
+  });
+  if (LinkState != Link::Up) return;
+  m_machine.errors.run([&] { VelgroveCom.Output(FrameHead); });
+  m_machine.errors.run([&] { rewriteOnes(); });
+  m_machine.errors.run([&] {
+    VelgroveCom.Output(m_show.DMXOutput);
+    noteDelivery(VelgroveCom.send());
+    TxToggle = !TxToggle;
+  });
+}
+
+/// 01 opens every command, so that a level of 1 goes out as 2.
+void VelgroveComm::rewriteOnes() {
+  const auto channels = std::min<int>(m_show.NumChannels, ChannelCount);
+  for (int i = 0; i < channels; ++i) {
+    auto& level = m_show.DMXOutput[static_cast<std::size_t>(i)];
+    level = static_cast<std::uint8_t>(level + (level == 1 ? 1 : 0));
+  }
+  if (m_show.NumChannels > ChannelCount) throw RunTimeError(Fault::Subscript, "there is no channel 513");
+}
+
+void VelgroveComm::noteDelivery(SerialPort::Delivery delivery) {
+  switch (delivery) {
+    case SerialPort::Delivery::Swallowed:
+      setCondition("The interface is unplugged. Output goes on when it is back.");
+      break;
+    case SerialPort::Delivery::Dropped:
+      setCondition("The interface takes no more data.");
+      break;
+    case SerialPort::Delivery::Sent:
+      setCondition(m_silent && RecieveTimer.enabled() ? "The interface does not answer." : "");
+      break;
+  }
+}
+
+void VelgroveComm::setCondition(const char* words) {
+  if (Condition.Caption == words) return;
+  Condition.Caption = words;
+  m_wiring.repaint();
+}
+
+/// Gathers bytes until there are more than so many, and all that stand behind them. A box that gave no byte
+/// for a while has failed; one that failed before gets less time, so that it can't hold up the frames.
+std::size_t VelgroveComm::gather(std::span<std::uint8_t> into, std::size_t above) {
+  const Clock& clock = m_machine.timers.clock();
+  const Milliseconds patience = m_silent ? AnswerTimeOfSilentBox : AnswerTime;
+  Nanoseconds lastByte = clock.now();
+  std::size_t count = 0;
+  while (count <= above) {
+    const std::size_t more = VelgroveCom.Input(into.subspan(count));
+    count += more;
+    const Nanoseconds now = clock.now();
+    if (more > 0) {
+      lastByte = now;
+    } else if (VelgroveCom.lost() || now - lastByte >= patience) {
+      throw RunTimeError(Fault::Device, "no answer");
+    } else {
+      VelgroveCom.wait(std::chrono::ceil<Milliseconds>(patience - (now - lastByte)));
+    }
+  }
+  return count + VelgroveCom.Input(into.subspan(count));
+}
+
+void VelgroveComm::GetAllDMXIn() {
+  VelgroveCom.discardInput();
+  if (LinkState != Link::Up) return;
+  try {
+    VelgroveCom.Output(ReadLevels);
+    if (VelgroveCom.send() != SerialPort::Delivery::Sent) return;
+    std::array<std::uint8_t, ReceiveBuffer> bytes{};
+    const std::size_t count = gather(bytes, ReadingNeedsMoreThan);
+    m_silent = false;
+    const auto wanted = static_cast<std::size_t>(std::max<int>(m_show.NumChannels, 0));
+    const std::size_t taken = std::min({count, wanted, m_show.DMXInput.size()});
+    std::copy_n(bytes.begin(), taken, m_show.DMXInput.begin());
+    if (taken < wanted) throw RunTimeError(Fault::Subscript, "the reading ended early");
+    RxToggle = !RxToggle;
+  } catch (const RunTimeError& error) {
+    m_silent = error.fault() == Fault::Device;
+    VelgroveCom.discardInput();
+  }
+}
+
+void VelgroveComm::TriggerTimer_Timer() {
+  if (!m_wiring.triggerEnabled() || LinkState != Link::Up) return;
+  std::array<std::uint8_t, ReceiveBuffer> bytes{};
+  std::size_t count = 0;
+  try {
+    VelgroveCom.discardInput();
+    VelgroveCom.Output(PollTrigger);
+    if (VelgroveCom.send() != SerialPort::Delivery::Sent) return;
+    VelgroveCom.turnRound(TurnRoundTime);
+    count = VelgroveCom.Input(bytes);
+    for (std::size_t i = 0; i < count; ++i)
+      if (bytes[i] == TriggerByte) m_wiring.triggerGo();
+  } catch (const RunTimeError&) {
+    return;  // the next poll is the retry
+  }
+}
+
+void VelgroveComm::CloseVelgrove() {
+  if (VelgroveCom.PortOpen()) VelgroveCom.close();
+}
+
+}  // namespace velgrove

@@ -1,0 +1,166 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "controls/form.h"
+#include "controls/list_view.h"
+#include "controls/machine.h"
+#include "controls/widgets.h"
+#include "playback/player_state.h"
+#include "playback/player_traits.h"
+
+namespace velgrove {
+
+/// What a player needs of the rest of the desk.
+struct PlayerWiring {
+  /// The view of the active document; Fault::ObjectMissing when no document is open.
+  std::function<std::shared_ptr<clsView>()> GetCurrentView;
+  /// Starts what a cue is linked to.
+  std::function<void(const std::string& list, const std::string& number)> SimultaneousStart;
+  /// Writes into the cue panel of the frame's tool bar.
+  std::function<void(const std::string&)> showCuePanel;
+  /// Writes into the frame's status line.
+  std::function<void(const std::string&)> showStatus;
+};
+
+/// A cue player: the window of one cue list with its marks, modes, crossfades, Go and Stop. `ABQueueList` and
+/// `XYQueueList` are its two instances; what differs between them stands in their traits.
+class QueueList {
+ public:
+  static constexpr Colour Red = 0x0000FF;
+  static constexpr Colour Green = 0x00C000;
+  static constexpr Colour BrightGreen = 0x00FF00;
+  static constexpr Colour Grey = 0xC0C0C0;
+  static constexpr Colour Magenta = 0xFF00FF;
+  static constexpr Colour Yellow = 0x00FFFF;
+
+  static constexpr int PointerIcon = 1;
+  static constexpr int LoopIcon = 2;
+
+  QueueList(const PlayerTraits& traits, ShowState& show, Machine& machine, PlayerWiring wiring);
+  QueueList(const QueueList&) = delete;
+  QueueList& operator=(const QueueList&) = delete;
+
+  // The window and its controls
+  Form Window;
+  ListView ListView2;
+  TextBox CueNum{"00.00"};
+  TextBox CueDown;
+  TextBox CueDelay;
+  TextBox CueUp;
+  TextBox CueDesc;
+  ComboBox QListCombo;
+  ComboBox QListNumberCombo;
+  UpDown UpDownCueNum{0, 999, 999};
+  Button cmdGoForward;
+  Button cmdStop;
+  Button cmdAdvanceStageCue;
+  Button cmdDecrementStageCue;
+  Button cmdMakeStageCue;
+  Button cmdMakeNextCue;
+  Button cmdLiveView;
+  Button cmdBlindView;
+  Button cmdRecord;
+  Button cmdUpdate;
+  Button cmdInsertCue;
+  Button cmdDeleteCue;
+  Button cmdCopy;
+  Button cmdPaste;
+  Button cmdLoop;
+  Label lblStageNum, lblStageDown2, lblStageDelay2, lblStageUp2, StageDescText;
+  Label lblNextNum, lblNextDown, lblNextDelay, lblNextUp, NextDescText;
+  Timer q_timer;
+
+  QueuePlayerState State;
+
+  void Form_Load();
+  /// A close by the operator hides the window; True means that it stays loaded.
+  [[nodiscard]] bool Form_QueryUnload(bool askedBySystem);
+
+  // Go and Stop
+  void cmdGoForward_Click();
+  void cmdStop_Click();
+  void cmdGoResume_Click();
+  void cmdForward_Click();
+  void cmdGoReverse_Click();
+  void SetActionButtons(bool go, bool, bool, bool stop, bool, bool);
+  void AdvanceQueues();
+  void ProcessPause();
+
+  // Crossfade
+  void q_timer_Timer();
+  void SetupCrossFade();
+  /// Puts the look of a row where `mode` says: "live" (also "") on stage, "changecue" on stage where it beats
+  /// the other player, "blind" on the plot alone.
+  void ShowFixtureLevelsForSelectedCue(int row, const std::string& mode);
+
+  // Loops
+  [[nodiscard]] bool ProcessLoop();
+
+  // Marks and modes
+  void cmdAdvanceStageCue_Click();
+  void cmdDecrementStageCue_Click();
+  void ResetStageCue();
+  void cmdMakeStageCue_Click();
+  void cmdMakeNextCue_Click();
+  void cmdLiveView_Click();
+  void cmdBlindView_Click();
+  void AttachPointerToStageCue();
+
+  // Rows
+  void FillList();
+  void UpdateListView();
+  void UpdateHeader(const std::string& panel, int row);
+  void UpdateCueInfo();
+  void selectchange();
+  void ResetCombos();
+  void ListView2_MouseUp(int row);  ///< a click; 0 where no row is
+
+  /// Compares two rows by the numbers in their first columns: -1, 0 or 1.
+  [[nodiscard]] static int CompareValues(const ListView::Row& a, const ListView::Row& b);
+
+  [[nodiscard]] const PlayerTraits& traits() const { return m_traits; }
+  [[nodiscard]] std::array<std::int16_t, ChannelCount>& levels() { return m_show.*m_traits.Levels; }
+
+ private:
+  void setUpButtons();
+  void addBlackout();
+  void rowPass();
+  void writeCells(ListView::Row& row, const clsQueueEntry& entry);
+  void updateMarkHeaders();
+  void setModeColours();
+  void returnToStageCue(const std::string& panel);
+  void jumpToStageCue();
+  void goToPointer(int row);
+  void stopFadeAtEnd();
+  void takeTimes(const clsQueueEntry& entry);
+  void showBlind(int row);
+  void takeLoopStep();
+
+  /// The list of cues; Fault::ObjectMissing when the show has none for this player.
+  [[nodiscard]] colQueueEntries& entries();
+  /// The cue of a row, by its number and this player's mark; Fault::ObjectMissing when there is none.
+  [[nodiscard]] std::shared_ptr<clsQueueEntry> entryByKey(float number);
+  /// The same by `search`, with its box and its last cue looked at.
+  [[nodiscard]] std::shared_ptr<clsQueueEntry> searchRow(int row);
+  [[nodiscard]] float numberOfRow(int row) const { return toCueNumber(ListView2.text(row)); }
+
+  /// Calls `work` for each fixture of the current view; a fault ends that fixture and the next one follows.
+  template <class Work>
+  void forEachFixture(Work&& work);
+
+  const PlayerTraits& m_traits;
+  ShowState& m_show;
+  Machine& m_machine;
+  ErrorPattern& m_errors;
+  PlayerWiring m_wiring;
+};
+
+template <class Work>
+void QueueList::forEachFixture(Work&& work) {
+  for (const auto& fixture : m_wiring.GetCurrentView()->colFixtures()) m_errors.run([&] { work(*fixture); });
+}
+
+}  // namespace velgrove

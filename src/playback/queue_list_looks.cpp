@@ -1,0 +1,107 @@
+// How the cues of a player become levels: the two looks of a crossfade, a look shown at once, and loop
+// passes.
+
+#include <algorithm>
+
+#include "playback/crossfade.h"
+#include "playback/queue_list.h"
+
+namespace velgrove {
+
+/// Resolves both looks over the fixtures of the current view, once for a whole fade. A cue that isn't found
+/// leaves its look dark.
+void QueueList::SetupCrossFade() {
+  std::shared_ptr<clsQueueEntry> stage;
+  std::shared_ptr<clsQueueEntry> next;
+  m_errors.steps([&] { stage = entryByKey(numberOfRow(State.StageCue)); },
+                 [&] { next = entryByKey(numberOfRow(State.NextCue)); },
+                 [&] {
+                   State.NextLookLevel = 0;
+                   State.CurrentLookLevel = 0;
+                   State.CurrentLook.fill(0);
+                   State.NextLook.fill(0);
+                 },
+                 [&] {
+                   forEachFixture([&](const clsFixture& fixture) {
+                     const auto at = channelIndex(fixture.Channel);
+                     if (stage != nullptr) State.CurrentLook[at] = stage->Values[at];
+                     if (next != nullptr) State.NextLook[at] = next->Values[at];
+                   });
+                 });
+}
+
+void QueueList::ShowFixtureLevelsForSelectedCue(int row, const std::string& mode) {
+  if (mode == "blind") {
+    showBlind(row);
+    return;
+  }
+  const bool yields = mode == "changecue";
+  if (!yields && mode != "live" && !mode.empty()) return;
+  m_errors.run([&] {
+    const auto entry = searchRow(row);
+    levels().fill(0);
+    const auto& others = m_show.*m_traits.OtherLevels;
+    forEachFixture([&](clsFixture& fixture) {
+      const auto at = channelIndex(fixture.Channel);
+      if (yields && entry->Values[at] < others[at]) return;
+      fixture.Level = entry->Values[at];
+      levels()[at] = fixture.Level;
+    });
+  });
+}
+
+/// A look that only the plot shows. The cue is taken by its number alone, whoever owns it.
+void QueueList::showBlind(int row) {
+  if (m_traits.BlindCallSetsMode) m_show.BlindOn = true;
+  m_errors.run([&] {
+    const float number = numberOfRow(row);
+    const auto entry =
+        std::ranges::find_if(entries(), [&](const auto& each) { return each->EntryNum == number; });
+    if (entry == entries().end())
+      throw RunTimeError(Fault::ObjectMissing, "no cue " + formatCueNumber(number));
+    forEachFixture([&](const clsFixture& fixture) {
+      const auto at = channelIndex(fixture.Channel);
+      m_show.BlindLevels[at] = (*entry)->Values[at];
+    });
+  });
+}
+
+/// Asked at each fade end: starts the next fade of an armed loop and says whether it did. A pass runs on the
+/// times of the row before the marks move.
+bool QueueList::ProcessLoop() {
+  bool goesOn = false;
+  if (State.LoopCount > 0) {
+    m_errors.steps(
+        [&] {
+          const bool ofStage = m_traits.LoopTimesRow == PlayerTraits::LoopTimes::OfStageRow;
+          takeTimes(*searchRow(ofStage ? State.StageCue : State.NextCue - 1));
+        },
+        [&] { buildTimeline(State, m_machine.timeGetTime()); }, [&] { takeLoopStep(); });
+    UpdateListView();
+    goesOn = State.LoopCount > 0;
+  }
+  updateMarkHeaders();
+  return goesOn;
+}
+
+void QueueList::takeLoopStep() {
+  const auto fadeTo = [&](int row) {
+    State.NextCue = narrow<std::int16_t>(row);
+    SetupCrossFade();
+    q_timer.setEnabled(true);
+  };
+  ++State.StageCue;
+  if (State.StageCue < State.LoopLastRow) {
+    fadeTo(State.StageCue + 1);
+  } else if (State.StageCue == State.LoopLastRow) {
+    if (--State.LoopCount != 0)
+      fadeTo(State.LoopStartRow);
+    else
+      State.NextCue = narrow<std::int16_t>(State.StageCue + 1);
+  } else {
+    State.StageCue = State.LoopStartRow;
+    fadeTo(State.StageCue + 1);
+  }
+}
+
+}  // namespace velgrove

@@ -1,0 +1,174 @@
+// Marks and modes of a player: which cue is on stage, which comes next, and what Live and Blind show.
+
+#include "playback/queue_list.h"
+
+namespace velgrove {
+
+namespace {
+
+constexpr int FewestRowsToStep = 3;
+
+}  // namespace
+
+void QueueList::cmdAdvanceStageCue_Click() {
+  if (!cmdAdvanceStageCue.Enabled || State.CueCount < FewestRowsToStep) return;
+  m_errors.steps(
+      [&] {
+        if (State.StageCue == State.CueCount) {  // round the end, past Blackout
+          State.StageCue = 2;
+          State.NextCue = 3;
+        } else if (++State.StageCue == State.CueCount) {
+          State.NextCue = -1;
+          cmdDecrementStageCue.Enabled = true;
+          cmdAdvanceStageCue.Enabled = false;
+        } else {
+          State.NextCue = narrow<std::int16_t>(State.StageCue + 1);
+          cmdDecrementStageCue.Enabled = true;
+        }
+      },
+      [&] { jumpToStageCue(); },
+      [&] {
+        if (m_traits.MinimisedSkipsRedraw && Window.WindowState == WindowState::Minimised) {
+          State.ListRepainting = false;
+          State.ListRepaintDone = true;
+        } else {
+          UpdateListView();
+        }
+        updateMarkHeaders();
+      });
+}
+
+void QueueList::cmdDecrementStageCue_Click() {
+  if (!cmdDecrementStageCue.Enabled || State.CueCount < FewestRowsToStep) return;
+  m_errors.steps(
+      [&] {
+        cmdAdvanceStageCue.Enabled = true;
+        if (State.StageCue == 1) {
+          cmdDecrementStageCue.Enabled = false;
+        } else {
+          --State.StageCue;
+          State.NextCue = narrow<std::int16_t>(State.StageCue + 1);
+          cmdGoForward.Enabled = true;
+        }
+      },
+      [&] { jumpToStageCue(); },
+      [&] {
+        UpdateListView();
+        updateMarkHeaders();
+      });
+}
+
+void QueueList::ResetStageCue() {
+  if (m_traits.ResetClearsLevels) {
+    m_show.XYLevels.fill(0);
+    m_show.ABLevels.fill(0);
+  }
+  if (State.CueCount < FewestRowsToStep) return;
+  m_errors.steps(
+      [&] {
+        cmdAdvanceStageCue.Enabled = true;
+        if (State.StageCue == 1) {
+          cmdDecrementStageCue.Enabled = false;
+        } else {
+          State.StageCue = 1;
+          State.NextCue = 2;
+          cmdGoForward.Enabled = true;
+        }
+      },
+      [&] {
+        if (m_traits.ResetAttachesPointer) AttachPointerToStageCue();
+      },
+      [&] { ShowFixtureLevelsForSelectedCue(State.StageCue, "live"); },
+      [&] {
+        UpdateListView();
+        updateMarkHeaders();
+      });
+}
+
+/// What every stage button ends with: the pointer goes along, and the look of the new stage cue comes at
+/// once.
+void QueueList::jumpToStageCue() {
+  if (m_traits.StageButtonsAttach)
+    AttachPointerToStageCue();
+  else
+    goToPointer(State.StageCue);
+  ShowFixtureLevelsForSelectedCue(State.StageCue, "live");
+}
+
+/// Moves the pointer and its icon to a row; all other icons stay.
+void QueueList::goToPointer(int row) {
+  m_errors.steps([&] { ListView2.row(State.PointerCue).SmallIcon = 0; },
+                 [&] { ListView2.row(row).SmallIcon = PointerIcon; },
+                 [&] { State.PointerCue = narrow<std::int16_t>(row); });
+}
+
+void QueueList::cmdMakeStageCue_Click() {
+  if (State.PointerCue == State.StageCue) return;
+  m_errors.steps(
+      [&] {
+        State.StageCue = State.PointerCue;
+        if (State.NextCue == State.StageCue) State.NextCue = narrow<std::int16_t>(State.StageCue + 1);
+        if (State.StageCue == State.CueCount) State.NextCue = -1;
+      },
+      [&] { ShowFixtureLevelsForSelectedCue(State.StageCue, "live"); },
+      [&] {
+        UpdateListView();
+        updateMarkHeaders();
+      });
+}
+
+void QueueList::cmdMakeNextCue_Click() {
+  if (State.PointerCue == State.StageCue || State.PointerCue == State.NextCue) return;
+  m_errors.run([&] {
+    State.NextCue = State.PointerCue;
+    UpdateListView();
+    updateMarkHeaders();
+  });
+}
+
+void QueueList::setModeColours() {
+  cmdLiveView.BackColour = m_show.LiveOn ? Green : 0;
+  cmdBlindView.BackColour = m_show.BlindOn ? Green : 0;
+}
+
+void QueueList::cmdLiveView_Click() {
+  if (m_show.LiveOn) {
+    m_show.LiveOn = false;
+    returnToStageCue("Live");
+    return;
+  }
+  m_show.BlindOn = false;
+  m_show.LiveOn = true;
+  setModeColours();
+  ShowFixtureLevelsForSelectedCue(State.PointerCue, "live");
+  UpdateHeader("Live", State.PointerCue);
+}
+
+void QueueList::cmdBlindView_Click() {
+  if (m_show.BlindOn) {
+    m_show.BlindOn = false;
+    returnToStageCue("Blind");
+    return;
+  }
+  const bool wasLive = m_show.LiveOn;
+  m_show.BlindOn = true;
+  cmdBlindView.BackColour = Green;
+  cmdLiveView.BackColour = 0;
+  ShowFixtureLevelsForSelectedCue(State.PointerCue, "blind");
+  if (wasLive) {
+    m_show.LiveOn = false;
+    ShowFixtureLevelsForSelectedCue(State.StageCue, "live");
+  }
+  ShowFixtureLevelsForSelectedCue(State.PointerCue, "blind");
+  UpdateHeader("Blind", State.PointerCue);
+}
+
+void QueueList::returnToStageCue(const std::string& panel) {
+  setModeColours();
+  m_wiring.showStatus("Returning to Stage Cue");
+  m_errors.steps([&] { goToPointer(State.StageCue); }, [&] { ListView2.redraw(); },
+                 [&] { ShowFixtureLevelsForSelectedCue(State.StageCue, "live"); });
+  UpdateHeader(panel, State.PointerCue);
+}
+
+}  // namespace velgrove

@@ -1,0 +1,165 @@
+// The list of a player: how rows come from cues, the status panels, and a click on a row.
+
+#include "playback/queue_list.h"
+
+namespace velgrove {
+namespace {
+
+enum CueColumn : std::size_t { NumberCell, DownCell, DelayCell, UpCell, DescCell, ListCell, TargetCell };
+
+}  // namespace
+
+void QueueList::FillList() {
+  m_errors.steps(
+      [&] {
+        if (entries().count() > 1) {
+          rowPass();
+        } else {
+          const auto entry = entryByKey(0);
+          writeCells(ListView2.add(ListView2.count() + 1, formatFixed2(0)), *entry);
+        }
+      },
+      [&] {
+        if (m_traits.FillSortsRows) ListView2.sort(CompareValues);
+      },
+      [&] {
+        if (State.CueCount < 2) return;
+        State.StageCue = 1;
+        State.NextCue = 2;
+        UpdateHeader("Next", State.NextCue);
+      },
+      [&] { ListView2.redraw(); });
+}
+
+/// Brings the cues into ascending order, round by round the lowest that is left. Cues closer than a tenth
+/// can't both show, and none above 256 is found; a round that finds no cue is an error and ends the pass.
+void QueueList::rowPass() {
+  if (m_traits.RowPassClearsList) ListView2.clear();
+  constexpr float Highest = 256.0F;
+  float last = -1.0F;
+  State.CueCount = 0;
+  for (;;) {
+    const float floor = tenthAbove(last);
+    float best = Highest;
+    for (const auto& entry : entries())
+      if (entry->EntryNum >= floor && entry->EntryNum <= best) best = entry->EntryNum;
+    if (entries().count() == State.CueCount) return;
+    ++State.CueCount;
+    last = best;
+
+    const auto entry = entryByKey(best);
+    if (entry->EntryNum == 0) {
+      ListView::Row& row = ListView2.add(ListView2.count() + 1, formatFixed2(0));
+      row.SmallIcon = PointerIcon;
+      writeCells(row, *entry);
+    } else {
+      writeCells(ListView2.add(State.CueCount, formatCueNumber(entry->EntryNum)), *entry);
+    }
+  }
+}
+
+void QueueList::writeCells(ListView::Row& row, const clsQueueEntry& entry) {
+  row.Texts[DownCell] = std::to_string(entry.Down);
+  row.Texts[DelayCell] = std::to_string(entry.Delay);
+  row.Texts[UpCell] = std::to_string(entry.Up);
+  row.Texts[DescCell] = entry.EntryDesc;
+  row.Texts[ListCell] = entry.QueueListMasterGo;
+  row.Texts[TargetCell] = entry.QueueNumberMasterGo.value_or("");
+}
+
+int QueueList::CompareValues(const ListView::Row& a, const ListView::Row& b) {
+  const double left = toNumber(a.Texts[NumberCell]);
+  const double right = toNumber(b.Texts[NumberCell]);
+  return left < right ? -1 : left > right ? 1 : 0;
+}
+
+void QueueList::UpdateListView() {
+  State.ListRepainting = true;
+  State.ListRepaintDone = false;
+  ListView2.redraw();
+}
+
+void QueueList::UpdateHeader(const std::string& panel, int row) {
+  m_errors.run([&] {
+    if ((row == -1 && panel != "Next") || (row == 0 && panel != "Stage")) return;
+    if (State.PointerCue >= 1 && State.StageCue >= 1) UpdateCueInfo();
+    if (panel == "Stage") {
+      if (m_traits.HeaderEndsRepaint) State.ListRepaintDone = true;
+      if (row == 0) return;
+      const auto& cells = ListView2.row(row).Texts;
+      lblStageNum.Caption = cells[NumberCell];
+      lblStageDown2.Caption = cells[DownCell];
+      lblStageDelay2.Caption = cells[DelayCell];
+      lblStageUp2.Caption = cells[UpCell];
+      StageDescText.Caption = cells[DescCell];
+      m_wiring.showCuePanel("Queue # " + lblStageNum.Caption + " " + StageDescText.Caption);
+    } else if (panel == "Next") {
+      if (m_traits.HeaderEndsRepaint) State.ListRepaintDone = true;
+      const ListView::Row none{{"N/A", "N/A", "N/A", "N/A", "N/A", "", "", ""}, 0};
+      const auto& cells = (State.NextCue == -1 ? none : ListView2.row(row)).Texts;
+      lblNextNum.Caption = cells[NumberCell];
+      lblNextDown.Caption = cells[DownCell];
+      lblNextDelay.Caption = cells[DelayCell];
+      lblNextUp.Caption = cells[UpCell];
+      NextDescText.Caption = cells[DescCell];
+    }
+  });
+}
+
+void QueueList::updateMarkHeaders() {
+  UpdateHeader("Next", State.NextCue);
+  UpdateHeader("Stage", State.StageCue);
+}
+
+void QueueList::UpdateCueInfo() {
+  m_errors.run([&] {
+    const auto& cells = ListView2.row(State.PointerCue).Texts;
+    CueNum.setText(cells[NumberCell]);
+    CueDown.setText(cells[DownCell]);
+    CueDelay.setText(cells[DelayCell]);
+    CueUp.setText(cells[UpCell]);
+    CueDesc.setText(cells[DescCell]);
+  });
+}
+
+void QueueList::selectchange() {
+  m_errors.run([&] {
+    ListView2.select(State.PointerCue);
+    if (State.PointerCue < ListView2.count()) ListView2.ensureVisible(State.PointerCue + 1);
+    if (State.PointerCue > 1) ListView2.ensureVisible(State.PointerCue - 1);
+  });
+}
+
+void QueueList::AttachPointerToStageCue() {
+  m_errors.run([&] {
+    for (ListView::Row& row : ListView2.rows())
+      if (!m_traits.AttachKeepsLoopMarks || row.SmallIcon == PointerIcon) row.SmallIcon = 0;
+    ListView2.row(State.StageCue).SmallIcon = PointerIcon;
+    State.PointerCue = State.StageCue;
+    ListView2.redraw();
+  });
+}
+
+void QueueList::ListView2_MouseUp(int row) {
+  if (row == 0) return;
+  m_errors.run([&] {
+    ListView2.select(0);
+    const bool looped = State.LoopStartRow != State.LoopLastRow;
+    for (int r = 1; r <= ListView2.count(); ++r) {
+      const bool inside = r >= State.LoopStartRow && r <= State.LoopLastRow;
+      if (!inside)
+        ListView2.row(r).SmallIcon = 0;
+      else if (looped)
+        ListView2.row(r).SmallIcon = LoopIcon;
+    }
+    ListView2.row(row).SmallIcon = PointerIcon;
+    for (Button* button : {&cmdDeleteCue, &cmdUpdate, &cmdCopy, &cmdPaste, &cmdMakeNextCue, &cmdMakeStageCue})
+      button->Enabled = true;
+    State.PointerCue = narrow<std::int16_t>(row);
+    selectchange();
+    UpdateCueInfo();
+    m_wiring.showStatus("Please select \"Live\" or \"Blind\" mode to modify this Cue.");
+  });
+}
+
+}  // namespace velgrove

@@ -1,0 +1,249 @@
+// The interface's protocol against the box at the other end of a line, byte by byte.
+
+#include "dmx/velgrove_comm.h"
+
+#include <numeric>
+
+#include <gtest/gtest.h>
+
+#include "controls/hand_clock.h"
+#include "dmx/box_line.h"
+
+namespace velgrove {
+namespace {
+
+using namespace std::chrono_literals;
+using Bytes = std::vector<std::uint8_t>;
+
+class Interface : public testing::Test {
+ protected:
+  HandClock clock;
+  InterfaceBox box;
+  ShowState show;
+  std::vector<std::string> texts;  ///< what the status window showed
+  std::vector<std::string> shown;  ///< boxes
+  Bytes wire;                      ///< every byte that the host wrote
+  Nanoseconds waited{};            ///< time spent waiting for the box
+  LineStatus opens = LineStatus::Ok;
+  std::vector<InterfaceDevice> devices{{"/dev/ttyUSB3", "10c4", "ea60", "0001"}};
+  bool trigger = true;
+  int gos = 0;
+  Machine machine{clock.clock(),
+                  {.show =
+                       [this](const Box& message) {
+                         shown.push_back(message.text);
+                         return BoxAnswer::Ok;
+                       },
+                   .post = [this](const Box& message) { shown.push_back(message.text); }}};
+  VelgroveComm comm{show,
+                    machine,
+                    {.line = recordingLine(),
+                     .findInterfaces = [this] { return devices; },
+                     .findAgain = [](const InterfaceDevice&) { return std::optional<std::string>(); },
+                     .triggerEnabled = [this] { return trigger; },
+                     .triggerGo = [this] { ++gos; },
+                     .repaint = [this] { texts.push_back(comm.Version.Caption); }}};
+
+  Interface() {
+    machine.Sleep = [this](Milliseconds time) { clock.pass(time); };
+    machine.DoEvents = [this] { machine.timers.runDue(); };
+  }
+
+  SerialLine recordingLine() {
+    SerialLine line = boxOnALine(box, [this](Milliseconds time) {
+      waited += time;
+      clock.pass(time);
+    });
+    line.open = [this](const std::string&) { return opens; };
+    line.write = [this](std::span<const std::uint8_t> bytes) {
+      wire.insert(wire.end(), bytes.begin(), bytes.end());
+      box.receive(bytes);
+      return LineResult{LineStatus::Ok, bytes.size()};
+    };
+    return line;
+  }
+
+  void bringUp() {
+    comm.InitVelgrove();
+    wire.clear();
+    texts.clear();
+  }
+};
+
+TEST_F(Interface, ComesUpWithItsTextsAndDeliberateWaits) {
+  comm.Form_Load();
+  EXPECT_EQ(comm.Version.Caption, "Initializing...");
+  EXPECT_EQ(comm.ProgressBar1.BarColour, 255);
+  comm.InitVelgrove();
+  ASSERT_EQ(texts.size(), 6U);
+  EXPECT_EQ(texts[3], "Getting Version");
+  EXPECT_EQ(texts[0], "Initializing USB interface");
+  EXPECT_EQ(texts[1], "starting virtual comport");
+  EXPECT_EQ(texts[2], "VC initialized, staring DMX");
+  EXPECT_GE(comm.NumDevices, 1);
+  EXPECT_EQ(texts.back(), "DMX TX/RX");
+  EXPECT_EQ(clock.now(), 4s);
+  EXPECT_EQ(comm.getCurrentStatus(), Link::Up);
+  EXPECT_EQ(comm.GetVelgrove_Port(), 3);
+  EXPECT_EQ(comm.ProgressBar1.Value, 100);
+  EXPECT_EQ(comm.ProgressBar1.BarColour, 65280);
+  EXPECT_EQ(wire, (Bytes{0x01, 0xFF, 0x01, 0xFF}));
+  EXPECT_TRUE(comm.SendTimer.enabled() && comm.RecieveTimer.enabled() && comm.TriggerTimer.enabled());
+}
+
+TEST_F(Interface, ListsItsDevicesAndTakesTheLast) {
+  devices.push_back({"/run/boxes/box", "", "", ""});
+  comm.EnumDevices();
+  EXPECT_EQ(
+      comm.initCP210x(),
+      "Found Device: VID=10c4, PID=ea60\r\n           Serial Num=0001\r\nThis device is on COM Port: 3\r\n"
+      "Found Device: VID=, PID=\r\n           Serial Num=\r\nThis device is on COM Port: 0\r\n\r\n\r\n");
+  EXPECT_EQ(comm.VelgroveCom.Path, "/run/boxes/box");
+}
+
+TEST_F(Interface, MissingOrRefusedLeavesTheDeskWithoutOutput) {
+  devices.clear();
+  comm.InitVelgrove();
+  EXPECT_EQ(texts.back(), "USB Virtual Comm - NOT FOUND");
+  EXPECT_EQ(comm.LinkState, Link::Down);
+
+  devices = {{"/dev/ttyUSB0", "", "", ""}};
+  opens = LineStatus::Busy;
+  comm.InitVelgrove();
+  EXPECT_EQ(texts.back(), "/dev/ttyUSB0: held by another program");
+  EXPECT_EQ(comm.LinkState, Link::Down);
+  EXPECT_FALSE(comm.SendTimer.enabled());
+  EXPECT_TRUE(wire.empty());
+  EXPECT_TRUE(shown.empty());
+}
+
+TEST_F(Interface, APortThatStoodOpenAlreadyIsNotUsed) {
+  comm.VelgroveCom.open();
+  comm.InitVelgrove();
+  EXPECT_EQ(comm.LinkState, Link::FoundOpen);
+  EXPECT_NE(std::ranges::find(texts, "No Velgrove Connected"), texts.end());
+  comm.SetDMX();
+  comm.GetAllDMXIn();
+  comm.TriggerTimer_Timer();
+  EXPECT_TRUE(wire.empty());
+}
+
+TEST_F(Interface, AVersionInTwoPiecesComesBackAsTheFirstAndTheWhole) {
+  const std::string whole = comm.GetVGVersion();
+  EXPECT_GE(whole.size(), 36U);
+  box.setSplit(true);
+  const std::string split = comm.GetVGVersion();
+  ASSERT_GT(split.size(), whole.size());
+  EXPECT_EQ(split.substr(split.size() - whole.size()), whole);
+  EXPECT_EQ(split.substr(0, split.size() - whole.size()), whole.substr(0, split.size() - whole.size()));
+}
+
+TEST_F(Interface, ASilentBoxEndsTheVersionLoopAfterASecond) {
+  box.setSilent(true);
+  EXPECT_EQ(comm.GetVGVersion(), "");
+  EXPECT_GE(clock.now(), 1s);
+  EXPECT_LE(clock.now(), 1100ms);
+}
+
+TEST_F(Interface, AFrameIsTheHeadAnd512LevelsWithOnesRaised) {
+  bringUp();
+  std::iota(show.DMXOutput.begin(), show.DMXOutput.end(), std::uint8_t{0});
+  comm.SetDMX();
+  Bytes expected{0x01, 0x02, 0x00, 0x00};
+  for (int i = 0; i < 512; ++i) expected.push_back(static_cast<std::uint8_t>(i % 256 == 1 ? 2 : i % 256));
+  EXPECT_EQ(wire, expected);
+  EXPECT_EQ(show.DMXOutput[1], 2);
+  EXPECT_TRUE(comm.TxToggle);
+}
+
+TEST_F(Interface, NumChannelsBoundsTheRewriteButNeverTheFrame) {
+  bringUp();
+  show.NumChannels = 100;
+  show.DMXOutput[4] = show.DMXOutput[199] = 1;
+  comm.SetDMX();
+  EXPECT_EQ(wire.size(), 516U);
+  EXPECT_EQ(wire[4 + 4], 2);
+  EXPECT_EQ(wire[4 + 199], 1);
+  wire.clear();
+  show.NumChannels = 600;
+  comm.SetDMX();
+  EXPECT_EQ(wire.size(), 516U) << "a frame that was begun is completed";
+  EXPECT_EQ(shown.size(), 1U);
+}
+
+TEST_F(Interface, AClosedPortIsReopenedWithABoxAndTheFrameGoesOut) {
+  bringUp();
+  comm.CloseVelgrove();
+  comm.SetDMX();
+  EXPECT_EQ(shown, std::vector<std::string>{"debug: port not open"});
+  EXPECT_EQ(wire.size(), 516U);
+}
+
+struct Reading {
+  const char* name;
+  std::optional<std::size_t> bytes;
+  int numChannels;
+  int updated;
+  bool whole;
+};
+
+class InterfaceReading : public Interface, public testing::WithParamInterface<Reading> {};
+
+TEST_P(InterfaceReading, TakesTheBytesThatArrivedFromChannelOneUpward) {
+  const Reading& reading = GetParam();
+  bringUp();
+  for (int channel = 1; channel <= 512; ++channel) box.setInput(channel, 50);
+  show.DMXInput.fill(7);
+  show.NumChannels = static_cast<std::int16_t>(reading.numChannels);
+  box.setShort(reading.bytes);
+  comm.GetAllDMXIn();
+  EXPECT_EQ(wire, (Bytes{0x01, 0x02, 0x03, 0x01, 0x04, 0x02, 0x01}));
+  EXPECT_EQ(std::ranges::count(show.DMXInput, 50), reading.updated);
+  EXPECT_TRUE(reading.updated == 0 || show.DMXInput[static_cast<std::size_t>(reading.updated) - 1] == 50);
+  EXPECT_EQ(comm.RxToggle, reading.whole);
+  EXPECT_EQ(box.waiting(), 0U) << "nothing is left for the next one";
+  EXPECT_TRUE(shown.empty());
+}
+
+INSTANTIATE_TEST_SUITE_P(Lengths, InterfaceReading,
+                         testing::Values(Reading{"Whole", std::nullopt, 512, 512, true},
+                                         Reading{"Of101", 101, 512, 101, false},
+                                         Reading{"Of100", 100, 512, 0, false},
+                                         Reading{"FewChannels", std::nullopt, 100, 100, true},
+                                         Reading{"NoChannels", std::nullopt, 0, 0, true}),
+                         [](const auto& tested) { return tested.param.name; });
+
+TEST_F(Interface, ASilentBoxCostsLittleAndIsTold) {
+  bringUp();
+  box.setSilent(true);
+  comm.GetAllDMXIn();
+  EXPECT_EQ(waited, 100ms);
+  comm.GetAllDMXIn();
+  EXPECT_EQ(waited, 120ms) << "less patience after a failure";
+  comm.SetDMX();
+  EXPECT_EQ(comm.Condition.Caption, "The interface does not answer.");
+  box.setSilent(false);
+  comm.GetAllDMXIn();
+  comm.SetDMX();
+  EXPECT_EQ(comm.Condition.Caption, "");
+  box.setSilent(true);
+  comm.GetAllDMXIn();
+  EXPECT_EQ(waited, 220ms);
+}
+
+TEST_F(Interface, EachTriggerByteIsAGoAndAllOthersMeanNothing) {
+  bringUp();
+  box.addTriggers(2);
+  comm.TriggerTimer_Timer();
+  EXPECT_EQ(wire, (Bytes{0x01, 0x0A}));
+  EXPECT_EQ(gos, 2);
+  comm.TriggerTimer_Timer();
+  EXPECT_EQ(gos, 2);
+  wire.clear();
+  trigger = false;
+  comm.TriggerTimer_Timer();
+  EXPECT_TRUE(wire.empty());
+}
+
+}  // namespace
+}  // namespace velgrove

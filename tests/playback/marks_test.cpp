@@ -1,0 +1,261 @@
+// Every move of the marks, row by row, in both players; the modes; and where the two players differ.
+
+#include <gtest/gtest.h>
+
+#include "support/scripted_desk.h"
+
+namespace velgrove::test {
+namespace {
+
+struct Marks {
+  int stage;
+  int next;
+};
+
+void PrintTo(const Marks& marks, std::ostream* out) {
+  *out << marks.stage << "/" << marks.next;
+}
+bool operator==(const Marks& a, const Marks& b) {
+  return a.stage == b.stage && a.next == b.next;
+}
+
+ShowMaker showOf(int rows) {
+  ShowMaker maker;
+  for (int row = 2; row <= rows; ++row) {
+    const Cue cue{.number = static_cast<float>(row - 1), .look = {{1, 10 * (row - 1)}}};
+    maker.ab.push_back(cue);
+    maker.xy.push_back(cue);
+  }
+  return maker;
+}
+
+struct Move {
+  const char* name;
+  void (*act)(QueueList&);
+  int rows;
+  Marks before;
+  int pointer;
+  Marks after;
+};
+
+void advance(QueueList& player) {
+  player.cmdAdvanceStageCue.click();
+}
+void decrement(QueueList& player) {
+  player.cmdDecrementStageCue.click();
+}
+void makeStage(QueueList& player) {
+  player.cmdMakeStageCue.click();
+}
+void makeNext(QueueList& player) {
+  player.cmdMakeNextCue.click();
+}
+void reset(QueueList& player) {
+  player.ResetStageCue();
+}
+void fadeEnds(QueueList& player) {
+  player.AdvanceQueues();
+}
+void pauseEnds(QueueList& player) {
+  player.ProcessPause();
+}
+void stepped(QueueList& player) {
+  player.cmdGoForward.click();
+}
+
+const Move Moves[] = {
+    {"LoadOfOneRow", [](QueueList&) {}, 1, {1, -1}, 1, {1, -1}},
+    {"GoLeavesTheMarks", stepped, 4, {1, 2}, 1, {1, 2}},
+    {"FadeEndWithoutNext", fadeEnds, 4, {2, -1}, 1, {2, -1}},
+    {"FadeEndBeforeTheLast", fadeEnds, 4, {3, 4}, 1, {4, -1}},
+    {"FadeEndOfTwoRows", fadeEnds, 2, {1, 2}, 1, {2, -1}},
+    {"FadeEndOnTheLast", fadeEnds, 4, {4, 2}, 1, {1, 2}},
+    {"FadeEndInTheMiddle", fadeEnds, 4, {1, 2}, 1, {2, 3}},
+    {"FadeEndDoesNotFollowAMovedNext", fadeEnds, 5, {1, 4}, 1, {2, 3}},
+    {"AdvanceFromTheLastWrapsPastBlackout", advance, 4, {4, -1}, 1, {2, 3}},
+    {"AdvanceOntoTheLast", advance, 4, {3, 4}, 1, {4, -1}},
+    {"AdvanceInTheMiddle", advance, 4, {1, 2}, 1, {2, 3}},
+    {"AdvanceNeedsThreeRows", advance, 2, {1, 2}, 1, {1, 2}},
+    {"DecrementOnTheFirst", decrement, 4, {1, 3}, 1, {1, 3}},
+    {"Decrement", decrement, 4, {3, 4}, 1, {2, 3}},
+    {"DecrementNeedsThreeRows", decrement, 2, {2, -1}, 1, {2, -1}},
+    {"ResetOnTheFirst", reset, 4, {1, 3}, 1, {1, 3}},
+    {"Reset", reset, 4, {4, -1}, 1, {1, 2}},
+    {"ResetNeedsThreeRows", reset, 2, {2, -1}, 1, {2, -1}},
+    {"MakeStageOfTheStage", makeStage, 4, {2, 3}, 2, {2, 3}},
+    {"MakeStage", makeStage, 5, {1, 2}, 3, {3, 2}},
+    {"MakeStageOfTheNext", makeStage, 5, {1, 3}, 3, {3, 4}},
+    {"MakeStageOfTheLast", makeStage, 5, {1, 2}, 5, {5, -1}},
+    {"MakeNext", makeNext, 5, {1, 2}, 4, {1, 4}},
+    {"MakeNextOfTheStage", makeNext, 5, {2, 3}, 2, {2, 3}},
+    {"PauseEndFollowsNext", pauseEnds, 5, {1, 4}, 1, {4, 5}},
+    {"PauseEndAtTheLast", pauseEnds, 5, {1, 5}, 1, {5, -1}},
+    {"PauseEndOfThreeAndTwo", pauseEnds, 5, {3, 2}, 1, {2, 3}},
+    {"PauseEndBackwards", pauseEnds, 5, {5, 3}, 1, {3, 4}},
+};
+
+class MarksMove : public testing::TestWithParam<Move> {};
+
+TEST_P(MarksMove, AsTheTableSaysInBothPlayers) {
+  const Move& move = GetParam();
+  ScriptedDesk desk(showOf(move.rows));
+  for (QueueList* player : {&desk.ab(), &desk.xy()}) {
+    player->State.StageCue = static_cast<std::int16_t>(move.before.stage);
+    player->State.NextCue = static_cast<std::int16_t>(move.before.next);
+    player->State.PointerCue = static_cast<std::int16_t>(move.pointer);
+    move.act(*player);
+    EXPECT_EQ((Marks{player->State.StageCue, player->State.NextCue}), move.after) << player->Window.Caption;
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Table, MarksMove, testing::ValuesIn(Moves),
+                         [](const auto& tested) { return tested.param.name; });
+
+TEST(Marks, AStageButtonBringsTheLookAtOnce) {
+  ScriptedDesk desk(showOf(4));
+  for (QueueList* player : {&desk.ab(), &desk.xy()}) {
+    player->cmdAdvanceStageCue.click();
+    player->cmdAdvanceStageCue.click();
+    EXPECT_EQ(player->levels()[0], 20);
+    player->cmdDecrementStageCue.click();
+    EXPECT_EQ(player->levels()[0], 10);
+    player->ListView2_MouseUp(4);
+    EXPECT_EQ(player->levels()[0], 10) << "a click alone changes nothing on stage";
+    player->cmdMakeStageCue.click();
+    EXPECT_EQ(player->levels()[0], 30);
+  }
+}
+
+TEST(Marks, TheStageButtonsSwitchEachOtherAtTheEnds) {
+  ScriptedDesk desk(showOf(3));
+  QueueList& player = desk.xy();
+  player.cmdAdvanceStageCue.click();
+  player.cmdAdvanceStageCue.click();
+  EXPECT_FALSE(player.cmdAdvanceStageCue.Enabled);
+  EXPECT_EQ(player.State.StageCue, 3);
+  player.cmdAdvanceStageCue_Click();
+  EXPECT_EQ(player.State.StageCue, 3) << "a disabled button does nothing";
+  for (int i = 0; i < 3; ++i) player.cmdDecrementStageCue.click();
+  EXPECT_FALSE(player.cmdDecrementStageCue.Enabled);
+  EXPECT_TRUE(player.cmdAdvanceStageCue.Enabled);
+  EXPECT_EQ(player.State.StageCue, 1);
+}
+
+TEST(Marks, ResetOfXYAlsoZeroesBothPlayersAndOfABNeither) {
+  ScriptedDesk desk(showOf(2));
+  desk.show.ABLevels.fill(9);
+  desk.show.XYLevels.fill(9);
+  desk.ab().ResetStageCue();
+  EXPECT_EQ(desk.show.ABLevels[5], 9);
+  desk.xy().ResetStageCue();
+  EXPECT_EQ(desk.show.ABLevels[5], 0) << "even in a list of fewer than three rows";
+  EXPECT_EQ(desk.show.XYLevels[5], 0);
+}
+
+TEST(Marks, ThePointerIconLeavesLoopMarksInXYOnly) {
+  ScriptedDesk desk(showOf(5));
+  for (QueueList* player : {&desk.ab(), &desk.xy()}) {
+    player->ListView2.row(3).SmallIcon = QueueList::LoopIcon;
+    player->State.StageCue = 2;
+    player->AttachPointerToStageCue();
+    EXPECT_EQ(player->ListView2.row(2).SmallIcon, QueueList::PointerIcon);
+    EXPECT_EQ(player->ListView2.row(1).SmallIcon, 0);
+  }
+  EXPECT_EQ(desk.ab().ListView2.row(3).SmallIcon, 0);
+  EXPECT_EQ(desk.xy().ListView2.row(3).SmallIcon, QueueList::LoopIcon);
+}
+
+TEST(Modes, LiveShowsThePointerCueAndGoesBackToTheStageCue) {
+  ScriptedDesk desk(showOf(4));
+  QueueList& player = desk.xy();
+  player.cmdAdvanceStageCue.click();
+  player.ListView2_MouseUp(4);
+  player.cmdLiveView.click();
+  EXPECT_TRUE(desk.show.LiveOn);
+  EXPECT_EQ(desk.level(1), 30);
+  EXPECT_EQ(player.State.StageCue, 2) << "the marks stay";
+  EXPECT_EQ(player.cmdLiveView.BackColour, QueueList::Green);
+  player.cmdLiveView.click();
+  EXPECT_FALSE(desk.show.LiveOn);
+  EXPECT_EQ(desk.level(1), 10);
+  EXPECT_EQ(player.State.PointerCue, 2);
+}
+
+TEST(Modes, BlindNeverReachesTheStage) {
+  ScriptedDesk desk(showOf(4));
+  QueueList& player = desk.ab();
+  player.cmdAdvanceStageCue.click();
+  player.ListView2_MouseUp(4);
+  player.cmdBlindView.click();
+  EXPECT_TRUE(desk.show.BlindOn);
+  EXPECT_EQ(desk.show.BlindLevels[0], 30);
+  EXPECT_EQ(player.levels()[0], 10);
+  player.cmdBlindView.click();
+  EXPECT_FALSE(desk.show.BlindOn);
+  EXPECT_EQ(player.State.PointerCue, 2);
+}
+
+TEST(Modes, LiveThenBlindBringsTheStageLookBack) {
+  ScriptedDesk desk(showOf(4));
+  QueueList& player = desk.xy();
+  player.cmdAdvanceStageCue.click();
+  player.ListView2_MouseUp(4);
+  player.cmdLiveView.click();
+  player.cmdBlindView.click();
+  EXPECT_TRUE(desk.show.BlindOn);
+  EXPECT_FALSE(desk.show.LiveOn);
+  EXPECT_EQ(desk.level(1), 10);
+  EXPECT_EQ(desk.show.BlindLevels[0], 30);
+}
+
+TEST(Modes, AreSharedByBothPlayers) {
+  ScriptedDesk desk(showOf(4));
+  desk.ab().cmdBlindView.click();
+  desk.xy().cmdLiveView.click();
+  EXPECT_TRUE(desk.show.LiveOn);
+  EXPECT_FALSE(desk.show.BlindOn);
+}
+
+TEST(Modes, ChangecueYieldsToTheOtherPlayer) {
+  ScriptedDesk desk(showOf(4));
+  desk.show.XYLevels[0] = 25;
+  desk.ab().ShowFixtureLevelsForSelectedCue(3, "changecue");
+  EXPECT_EQ(desk.ab().levels()[0], 0);
+  desk.ab().ShowFixtureLevelsForSelectedCue(4, "changecue");
+  EXPECT_EQ(desk.ab().levels()[0], 30);
+}
+
+TEST(Rows, ComeInOrderOfNumberAndSkipWhatIsCloserThanATenth) {
+  ShowMaker maker;
+  maker.xy = {{.number = 10}, {.number = 1.5F}, {.number = 1}, {.number = 1.1F}};
+  ScriptedDesk desk(maker);
+  std::vector<std::string> rows;
+  for (const auto& row : desk.xy().ListView2.rows()) rows.push_back(row.Texts[0]);
+  EXPECT_EQ(rows, (std::vector<std::string>{"0.00", "1.00", "1.10", "1.50", "10.00"}));
+  EXPECT_EQ(desk.xy().State.CueCount, 5);
+  EXPECT_EQ(desk.xy().lblNextNum.Caption, "1.00");
+}
+
+TEST(Rows, ACueAbove256EndsThePassWithOneBox) {
+  ShowMaker maker;
+  maker.xy = {{.number = 1}, {.number = 300}};
+  ScriptedDesk desk(maker, 1);
+  EXPECT_EQ(desk.xy().ListView2.count(), 2);
+}
+
+TEST(Rows, AClickSelectsAndFillsTheEditors) {
+  ScriptedDesk desk(showOf(4));
+  QueueList& player = desk.ab();
+  player.cmdDeleteCue.Enabled = false;
+  player.ListView2_MouseUp(3);
+  EXPECT_EQ(player.State.PointerCue, 3);
+  EXPECT_EQ(player.CueNum.text(), "2.00");
+  EXPECT_TRUE(player.cmdDeleteCue.Enabled);
+  EXPECT_EQ(player.ListView2.row(3).SmallIcon, QueueList::PointerIcon);
+  EXPECT_EQ(player.ListView2.row(1).SmallIcon, 0);
+  player.ListView2_MouseUp(0);
+  EXPECT_EQ(player.State.PointerCue, 3);
+}
+
+}  // namespace
+}  // namespace velgrove::test
