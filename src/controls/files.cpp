@@ -65,8 +65,8 @@ class TemporaryName {
 fs::path temporaryBeside(const fs::path& path) {
   static std::atomic<unsigned> last{0};
   for (;;) {
-    const fs::path name = path.parent_path() /
-                          (".velgrove-" + std::to_string(::getpid()) + "-" + std::to_string(++last) + ".tmp");
+    fs::path name = path.parent_path() /
+                    (".velgrove-" + std::to_string(::getpid()) + "-" + std::to_string(++last) + ".tmp");
     struct stat there {};
     if (::lstat(name.c_str(), &there) != 0) return name;
   }
@@ -124,7 +124,7 @@ void keepBackup(const fs::path& path, mode_t mode, const Disk& disk) {
   // Its name is removed even after the renaming: when the backup is this very file already, renaming leaves
   // both names.
   const TemporaryName second(temporaryBeside(path));
-  if (::link(path.c_str(), second.path().c_str()) != 0) {
+  if (disk.link(path.c_str(), second.path().c_str()) != 0) {
     if (errno != EPERM && errno != ENOTSUP && errno != ENOSYS && errno != EMLINK) fail(backup, errno);
     writeNew(second.path(), backup, readFile(path), &mode, disk);  // a disk without hard links
   }
@@ -144,7 +144,8 @@ void flushFolder(const fs::path& path, const Disk& disk) {
 const Disk& systemDisk() {
   static const Disk disk{
       .write = [](int file, std::string_view bytes) { return ::write(file, bytes.data(), bytes.size()); },
-      .flush = [](int file) { return ::fsync(file); }};
+      .flush = [](int file) { return ::fsync(file); },
+      .link = [](const char* file, const char* name) { return ::link(file, name); }};
   return disk;
 }
 

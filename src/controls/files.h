@@ -26,6 +26,8 @@ struct Disk {
   std::function<ssize_t(int file, std::string_view bytes)> write;
   /// Makes an open file or directory safe against a power cut; -1 with `errno` when it can't.
   std::function<int(int file)> flush;
+  /// Gives a file a second name; -1 with `errno` on a disk that has only one for each, as most sticks.
+  std::function<int(const char* file, const char* name)> link;
 };
 [[nodiscard]] const Disk& systemDisk();
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <bit>
 #include <charconv>
 #include <cmath>
@@ -24,9 +25,9 @@ inline constexpr BitsOf<Float> PlainNaN = sizeof(Float) == 4 ? BitsOf<Float>{0x7
 
 template <std::floating_point Float>
 std::string shortest(Float value) {
-  char digits[64];
-  const auto end = std::to_chars(digits, digits + sizeof digits, value).ptr;
-  return {digits, end};
+  std::array<char, 64> digits{};
+  auto* const end = std::to_chars(digits.begin(), digits.end(), value).ptr;
+  return {digits.begin(), end};
 }
 
 /// The number's text. A 32-bit float is read as a 64-bit one and then rounded; where that would miss it, it
@@ -48,9 +49,9 @@ std::string special(Float value) {
   if (std::isinf(value)) return value > 0 ? "Infinity" : "-Infinity";
   const auto bits = std::bit_cast<BitsOf<Float>>(value);
   if (bits == PlainNaN<Float>) return "NaN";
-  char digits[16];
-  const auto end = std::to_chars(digits, digits + sizeof digits, bits, 16).ptr;
-  return "NaN(0x" + std::string(digits, end) + ")";
+  std::array<char, 16> digits{};
+  auto* const end = std::to_chars(digits.begin(), digits.end(), bits, 16).ptr;
+  return "NaN(0x" + std::string(digits.begin(), end) + ")";
 }
 
 /// The float of such a text; nothing when it is none.

@@ -187,6 +187,7 @@ std::vector<std::pair<std::string, std::string>> CSetting::GetSettingAll(std::st
       keys = throughListBuffer(inOrder(std::move(names)));
     }
     std::vector<std::pair<std::string, std::string>> settings;
+    settings.reserve(keys.size());
     for (auto& key : keys) settings.emplace_back(key, readStr(section, key, ""));
     return settings;
   });

@@ -49,7 +49,7 @@ ShowRead readShow(std::string_view bytes, DMXInputRecords inputs) {
   auto project = std::make_shared<clsProject>();
   project->restore(reader);
   if (inputs == DMXInputRecords::Read) RecordFields::inputs(*project, reader);
-  if (reader.refusal()) return {nullptr, {*reader.refusal()}};
+  if (const auto& fault = reader.refusal()) return {nullptr, {*fault}};
   ShowRead read{std::move(project), reader.faults()};
   if (inputs == DMXInputRecords::Read && !reader.atEnd())
     read.faults.push_back(

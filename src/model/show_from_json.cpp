@@ -11,7 +11,7 @@
 namespace velgrove {
 namespace {
 
-using nlohmann::json;
+using Json = nlohmann::json;
 
 constexpr std::size_t LongestText = std::numeric_limits<std::uint16_t>::max();
 constexpr std::size_t MostItems = std::numeric_limits<std::int16_t>::max();
@@ -21,13 +21,12 @@ constexpr std::size_t MostItems = std::numeric_limits<std::int16_t>::max();
 }
 
 /// "a number", "an array": what stands in place of what is wanted.
-std::string kindOf(const json& value) {
-  const std::string kind = value.type_name();
-  if (value.is_null()) return kind;
-  return (value.is_structured() ? "an " : "a ") + kind;
+std::string kindOf(const Json& value) {
+  const char* const article = value.is_null() ? "" : value.is_structured() ? "an " : "a ";
+  return std::string(article) + value.type_name();
 }
 
-[[noreturn]] void wrongType(const std::string& path, const char* wanted, const json& value) {
+[[noreturn]] void wrongType(const std::string& path, const char* wanted, const Json& value) {
   fail(path, std::string(wanted) + " is wanted, here is " + kindOf(value));
 }
 
@@ -36,7 +35,7 @@ std::string element(const std::string& path, std::size_t index) {
 }
 
 template <std::integral Integer>
-Integer integerOf(const json& value, const std::string& path) {
+Integer integerOf(const Json& value, const std::string& path) {
   using Limits = std::numeric_limits<Integer>;
   if (!value.is_number()) wrongType(path, "a whole number", value);
   if (value.is_number_float()) fail(path, value.dump() + " is no whole number");
@@ -49,7 +48,7 @@ Integer integerOf(const json& value, const std::string& path) {
 }
 
 template <std::floating_point Float>
-Float floatOf(const json& value, const std::string& path) {
+Float floatOf(const Json& value, const std::string& path) {
   if (value.is_string()) {
     if (const auto special = json_floats::fromSpecial<Float>(value.get_ref<const std::string&>()))
       return *special;
@@ -62,7 +61,7 @@ Float floatOf(const json& value, const std::string& path) {
   return number;
 }
 
-const std::string& textOf(const json& value, const std::string& path) {
+const std::string& textOf(const Json& value, const std::string& path) {
   if (!value.is_string()) wrongType(path, "a text", value);
   const auto& text = value.get_ref<const std::string&>();
   for (std::string_view rest = text; !rest.empty();) {
@@ -79,7 +78,7 @@ const std::string& textOf(const json& value, const std::string& path) {
 class JsonReader {
  public:
   template <class Record>
-  static void record(Record& record, const json& object, const std::string& path) {
+  static void record(Record& record, const Json& object, const std::string& path) {
     if (!object.is_object()) wrongType(path, "an object", object);
     JsonReader reader(object, path);
     RecordFields::fields(record, reader);
@@ -118,7 +117,7 @@ class JsonReader {
   }
   template <std::size_t Length>
   void field(const char* name, std::array<std::uint8_t, Length>& bytes) {
-    const json& values = array(name);
+    const Json& values = array(name);
     if (values.size() != Length)
       fail(path(name), std::to_string(values.size()) + " numbers; it has " + std::to_string(Length));
     for (std::size_t index = 0; index < Length; ++index)
@@ -127,7 +126,7 @@ class JsonReader {
   void count(const char* name, std::int16_t) { m_used.insert(name); }
   template <class Items>
   void children(const char* name, const char*, const char*, std::int16_t, Items& items) {
-    const json& values = array(name);
+    const Json& values = array(name);
     if (values.size() > MostItems)
       fail(path(name),
            std::to_string(values.size()) + " items; a show file holds " + std::to_string(MostItems));
@@ -139,19 +138,19 @@ class JsonReader {
   }
 
  private:
-  JsonReader(const json& object, const std::string& path) : m_object(object), m_path(path) {}
+  JsonReader(const Json& object, const std::string& path) : m_object(object), m_path(path) {}
 
   [[nodiscard]] std::string path(const std::string& name) const {
     return m_path.empty() ? name : m_path + "." + name;
   }
-  const json& at(const char* name) {
+  const Json& at(const char* name) {
     const auto found = m_object.find(name);
     if (found == m_object.end()) fail(path(name), "is missing");
     m_used.insert(name);
     return *found;
   }
-  const json& array(const char* name) {
-    const json& values = at(name);
+  const Json& array(const char* name) {
+    const Json& values = at(name);
     if (!values.is_array()) wrongType(path(name), "an array", values);
     return values;
   }
@@ -160,7 +159,7 @@ class JsonReader {
       if (m_used.find(key) == m_used.end()) fail(path(key), "no such field");
   }
 
-  const json& m_object;
+  const Json& m_object;
   const std::string& m_path;
   std::set<std::string, std::less<>> m_used;
 };
@@ -175,11 +174,11 @@ std::string syntaxError(std::string_view words) {
 
 }  // namespace
 
-std::shared_ptr<clsProject> showFromJson(std::string_view text) {
-  json object;
+std::shared_ptr<clsProject> showFromJson(std::string_view json) {
+  Json object;
   try {
-    object = json::parse(text);
-  } catch (const json::exception& error) {
+    object = Json::parse(json);
+  } catch (const Json::exception& error) {
     throw RunTimeError(Fault::File, syntaxError(error.what()));
   }
   auto project = std::make_shared<clsProject>();

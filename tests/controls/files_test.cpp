@@ -71,6 +71,26 @@ TEST(Files, ADiskThatFillsUpAtAnyByteLeavesTheOldFileAndNothingElse) {
   EXPECT_EQ(readFile(folder / "show.kel"), text);
 }
 
+TEST(Files, OnADiskWithoutSecondNamesTheBackupIsACopyAndNeedsItsRoom) {
+  const std::string old = "old version", text = "new";
+  for (std::size_t room = 0; room <= old.size() + text.size(); ++room) {
+    const TempFolder folder;
+    writeFileSafely(folder / "show.kel", old, Backup::None);
+    Disk stick = fullDisk(room);
+    stick.link = [](const char*, const char*) { return errno = EPERM, -1; };
+    const auto save = [&] { writeFileSafely(folder / "show.kel", text, Backup::Keep, stick); };
+    if (room < old.size() + text.size()) {
+      EXPECT_EQ(errorOf(save).fault(), Fault::File);
+      EXPECT_EQ(readFile(folder / "show.kel"), old) << room;
+      EXPECT_THAT(folder.names(), ElementsAre("show.kel")) << room;
+    } else {
+      save();
+      EXPECT_EQ(readFile(folder / "show.kel"), text);
+      EXPECT_EQ(readFile(folder / "show.kel.bak"), old);
+    }
+  }
+}
+
 TEST(Files, ADiskThatCannotFlushIsAFaultBeforeTheOldFileIsTouched) {
   const TempFolder folder;
   writeFileSafely(folder / "show.kel", "old", Backup::None);

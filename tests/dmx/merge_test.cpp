@@ -12,6 +12,10 @@ struct MergeCase {
   Source winner;
 };
 
+void PrintTo(const MergeCase& tested, std::ostream* out) {
+  *out << tested.name;
+}
+
 class MergeOfOneChannel : public testing::TestWithParam<MergeCase> {};
 
 TEST_P(MergeOfOneChannel, GivesTheHighestAndNamesItsSource) {

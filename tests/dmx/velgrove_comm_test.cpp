@@ -187,6 +187,10 @@ struct Reading {
   bool whole;
 };
 
+void PrintTo(const Reading& reading, std::ostream* out) {
+  *out << reading.name;
+}
+
 class InterfaceReading : public Interface, public testing::WithParamInterface<Reading> {};
 
 TEST_P(InterfaceReading, TakesTheBytesThatArrivedFromChannelOneUpward) {

@@ -208,6 +208,26 @@ TEST(ShowFile, WhatTheFormatCannotHoldIsAFaultThatNamesTheField) {
   EXPECT_EQ(errorOf([&] { (void)writeShow(*show.project); }).fault(), Fault::Overflow);
 }
 
+TEST(ShowFile, AShapeOfTheTableIsARecordLikeTheOthers) {
+  clsFixtureType shape;
+  shape.id = 3;
+  shape.ScaleFactor = 0.5;
+  shape.ShapeNumber = -7;
+  shape.fname = "leko.cad";
+  RecordWriter file;
+  shape.Save(file);
+  const auto bytes = file.take();
+  ASSERT_EQ(bytes.size(), 2U + 8U + 4U + 255U);
+  RecordReader reader(bytes);
+  clsFixtureType read;
+  read.restore(reader);
+  EXPECT_TRUE(reader.atEnd());
+  EXPECT_EQ(read.id, 3);
+  EXPECT_EQ(read.ScaleFactor, 0.5);
+  EXPECT_EQ(read.ShapeNumber, -7);
+  EXPECT_EQ(read.fname.str(), shape.fname.str());
+}
+
 TEST(ShowFile, CharactersOutsideTheCodePageBecomeQuestionMarks) {
   SmallShow show;
   show.project->ProjectName = "Hamlet \xE2\x82\xAC \xD0\xAF \xF0\x9F\x8E\xAD";

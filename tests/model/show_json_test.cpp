@@ -42,7 +42,7 @@ TEST(ShowJson, FloatsOfAnyBitsComeBackTheSame) {
   auto& cues = project.colQueueData().add(std::make_shared<clsQueueData>())->colQueueEntries();
   auto& zooms = project.colViews().add(std::make_shared<clsView>())->colZooms();
   std::mt19937_64 random(7);
-  for (int count = 0; count < 3000; ++count) {
+  for (int count = 0; count < 1000; ++count) {
     cues.add(std::make_shared<clsQueueEntry>())->EntryNum =
         std::bit_cast<float>(static_cast<std::uint32_t>(random()));
     zooms.add(std::make_shared<clsZooms>())->tp = std::bit_cast<double>(random());

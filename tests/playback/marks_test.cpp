@@ -38,6 +38,10 @@ struct Move {
   Marks after;
 };
 
+void PrintTo(const Move& move, std::ostream* out) {
+  *out << move.name;
+}
+
 void advance(QueueList& player) {
   player.cmdAdvanceStageCue.click();
 }
