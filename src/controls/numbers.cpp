@@ -20,7 +20,7 @@ std::string_view trimmed(std::string_view text) {
 std::string twoDecimals(double value) {
   if (!std::isfinite(value)) throw RunTimeError(Fault::Overflow, "a number that isn't finite can't be shown");
   char shortest[400];
-  const auto end =
+  char* const end =
       std::to_chars(shortest, shortest + sizeof shortest, std::fabs(value), std::chars_format::fixed).ptr;
   std::string digits(shortest, end);
   const auto point = digits.find('.');

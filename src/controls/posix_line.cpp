@@ -138,16 +138,11 @@ class Port {
     return {LineStatus::Ok, static_cast<std::size_t>(count)};
   }
 
-  LineResult waiting() const {
-    int count = 0;
-    if (ioctl(m_descriptor, FIONREAD, &count) != 0 || count < 0) return {LineStatus::Gone, 0};
-    return {LineStatus::Ok, static_cast<std::size_t>(count)};
-  }
-
-  void wait(std::chrono::milliseconds time) const {
+  /// Waits for an event of poll, at the latest for the time given.
+  void wait(short event, std::chrono::milliseconds time) const {
     if (m_descriptor < 0) return;
     const auto end = steady_clock::now() + time;
-    pollfd watched{.fd = m_descriptor, .events = POLLIN, .revents = 0};
+    pollfd watched{.fd = m_descriptor, .events = event, .revents = 0};
     (void)uninterrupted([&] {
       const auto left = toTimespec(std::max(end - steady_clock::now(), steady_clock::duration::zero()));
       return ppoll(&watched, 1, &left, nullptr);
@@ -189,8 +184,8 @@ SerialLine makePosixLine() {
           .close = [port] { port->close(); },
           .write = [port](std::span<const std::uint8_t> bytes) { return port->write(bytes); },
           .read = [port](std::span<std::uint8_t> bytes) { return port->read(bytes); },
-          .waiting = [port] { return port->waiting(); },
-          .wait = [port](std::chrono::milliseconds time) { port->wait(time); },
+          .wait = [port](std::chrono::milliseconds time) { port->wait(POLLIN, time); },
+          .drain = [port](std::chrono::milliseconds time) { port->wait(POLLOUT, time); },
           .turnRound = waitWhole};
 }
 

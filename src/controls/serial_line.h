@@ -25,7 +25,7 @@ enum class LineStatus {
 
 struct [[nodiscard]] LineResult {
   LineStatus status = LineStatus::Ok;
-  std::size_t count = 0;  ///< bytes taken, read or waiting
+  std::size_t count = 0;  ///< bytes taken or read
 
   friend bool operator==(const LineResult&, const LineResult&) = default;
 };
@@ -39,10 +39,10 @@ struct SerialLine {
   std::function<LineResult(std::span<const std::uint8_t>)> write;
   /// Gives what waits, up to the span's size: Ok with the count, Full when nothing waits, or Gone.
   std::function<LineResult(std::span<std::uint8_t>)> read;
-  /// How many bytes wait to be read: Ok with the count, or Gone.
-  std::function<LineResult()> waiting;
   /// Returns when a byte waits or the line is gone, at the latest after the time given.
   std::function<void(std::chrono::milliseconds)> wait;
+  /// Returns when the line takes a byte again or is gone, at the latest after the time given.
+  std::function<void(std::chrono::milliseconds)> drain;
   /// Gives the other side time to answer a poll.
   std::function<void(std::chrono::milliseconds)> turnRound;
 };

@@ -15,10 +15,11 @@ void SerialPort::open() {
 }
 
 void SerialPort::close() {
-  if (m_state == State::Open) {
+  if (m_state == State::Open && !writeRest()) {
+    m_line.drain(ClosingTime);
     writeRest();
-    m_line.close();
   }
+  if (m_state == State::Open) m_line.close();
   m_state = State::Closed;
 }
 
@@ -31,17 +32,29 @@ void SerialPort::Output(std::span<const std::uint8_t> bytes) {
 
 SerialPort::Delivery SerialPort::send() {
   if (m_state == State::Lost) tryAgain();
-  if (m_state != State::Open) {
-    m_rest = m_size = 0;
-    ++m_counters.swallowed;
-    return Delivery::Swallowed;
+  const Delivery delivery = m_state == State::Open ? hand() : Delivery::Swallowed;
+  switch (delivery) {
+    case Delivery::Sent:
+      ++m_counters.sent;
+      break;
+    case Delivery::Dropped:
+      ++m_counters.dropped;
+      break;
+    case Delivery::Swallowed:
+      m_rest = m_size = 0;
+      ++m_counters.swallowed;
+      break;
   }
+  return delivery;
+}
+
+/// Hands the block at the end of the buffer to the line.
+SerialPort::Delivery SerialPort::hand() {
   // The rest of the block before goes first; while the line doesn't take it whole, the new block has no
   // place.
   if (m_rest > 0 && !writeRest()) {
     if (m_state == State::Lost) return Delivery::Swallowed;
     m_size = m_rest;
-    ++m_counters.dropped;
     return Delivery::Dropped;
   }
   const std::size_t whole = m_size;
@@ -50,11 +63,9 @@ SerialPort::Delivery SerialPort::send() {
     if (m_state == State::Lost) return Delivery::Swallowed;
     if (m_rest == whole) {
       m_rest = m_size = 0;
-      ++m_counters.dropped;
       return Delivery::Dropped;
     }
   }
-  ++m_counters.sent;
   return Delivery::Sent;
 }
 
@@ -81,7 +92,6 @@ void SerialPort::lose() {
   m_rest = m_size = 0;
   m_nextTry = m_clock.now() + BetweenTries;
   ++m_counters.losses;
-  ++m_counters.swallowed;
 }
 
 void SerialPort::tryAgain() {
@@ -91,13 +101,6 @@ void SerialPort::tryAgain() {
   if (!path || m_line.open(*path) != LineStatus::Ok) return;
   Path = *path;
   m_state = State::Open;
-}
-
-std::size_t SerialPort::InBufferCount() {
-  if (m_state != State::Open) return 0;
-  const LineResult result = m_line.waiting();
-  if (result.status == LineStatus::Gone) lose();
-  return result.status == LineStatus::Ok ? result.count : 0;
 }
 
 void SerialPort::discardInput() {

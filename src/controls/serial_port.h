@@ -43,12 +43,11 @@ class SerialPort {
   [[nodiscard]] const Counters& counters() const { return m_counters; }
 
   void open();   ///< Fault::Device, with the reason in words, when the line doesn't open
-  void close();  ///< after the rest of a block that was begun, as far as the line takes it
+  void close();  ///< behind the rest of a block that was begun, unless the line is stuck
 
   void Output(std::span<const std::uint8_t> bytes);
   Delivery send();
 
-  [[nodiscard]] std::size_t InBufferCount();
   void discardInput();
   /// Takes what waits, up to the span's size, and gives its length; 0 at once when nothing waits.
   [[nodiscard]] std::size_t Input(std::span<std::uint8_t> into);
@@ -58,6 +57,7 @@ class SerialPort {
  private:
   enum class State { Closed, Open, Lost };
 
+  Delivery hand();
   bool writeRest();
   void lose();
   void tryAgain();
@@ -65,6 +65,7 @@ class SerialPort {
   /// Room for the rest of one block and a whole one behind it.
   static constexpr std::size_t Capacity = 1100;
   static constexpr Milliseconds BetweenTries{250};
+  static constexpr Milliseconds ClosingTime{50};
 
   SerialLine m_line;
   Clock m_clock;

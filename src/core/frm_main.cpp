@@ -27,7 +27,7 @@ const std::array<frmMain::Command, 8> frmMain::Commands{{
 }};
 
 void frmMain::SSActiveToolBars1_ToolClick(std::string_view id) {
-  const auto command = std::ranges::find(Commands, id, &Command::id);
+  const auto* const command = std::ranges::find(Commands, id, &Command::id);
   if (command == Commands.end()) return;
   m_machine.errors.run([&] { (this->*command->action)(); });
 }

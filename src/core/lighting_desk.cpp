@@ -37,7 +37,7 @@ void LightingDesk::Main() {
   machine.errors.steps([&] { clearFixtures(); }, [&] { clearLevels(); });
 }
 
-void LightingDesk::clearFixtures() {
+void LightingDesk::clearFixtures() const {
   for (const auto& fixture : windows.ActiveDocument->GetCurrentView()->colFixtures()) fixture->Level = 0;
 }
 
@@ -88,8 +88,8 @@ void LightingDesk::SaveAll() {
 /// until the next start.
 void LightingDesk::noteRecentFile() {
   auto& list = show.MRUList;
-  const auto listed = list.begin() + show.MRUCount;
-  auto old = std::find(list.begin(), listed, show.ProjectFileName);
+  auto* const listed = list.begin() + show.MRUCount;
+  auto* old = std::find(list.begin(), listed, show.ProjectFileName);
   if (old == listed) old = list.begin() + (RecentFilesUsed - 1);
   std::move_backward(list.begin(), old, old + 1);
   list.front() = show.ProjectFileName;

@@ -41,7 +41,7 @@ class LightingDesk {
  private:
   void readRecentList();
   void noteRecentFile();
-  void clearFixtures();
+  void clearFixtures() const;
   void clearLevels();
   [[nodiscard]] std::filesystem::path recentList() const { return m_wiring.dataFolder / "mru.dat"; }
 

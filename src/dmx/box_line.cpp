@@ -16,14 +16,11 @@ SerialLine boxOnALine(InterfaceBox& box, std::function<void(std::chrono::millise
             const std::size_t count = box.takeReplies(into);
             return LineResult{count > 0 ? LineStatus::Ok : LineStatus::Full, count};
           },
-      .waiting =
-          [&box] {
-            return LineResult{LineStatus::Ok, box.waiting()};
-          },
       .wait =
           [&box, pass = std::move(pass)](std::chrono::milliseconds atMost) {
             if (box.waiting() == 0 && !box.holdsBack()) pass(atMost);
           },
+      .drain = [](std::chrono::milliseconds) {},
       .turnRound = [](std::chrono::milliseconds) {},
   };
 }

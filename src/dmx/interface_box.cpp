@@ -5,21 +5,17 @@
 #include <string_view>
 
 #include "controls/faults.h"
+#include "dmx/wire.h"
 
 namespace velgrove {
 namespace {
 
-constexpr std::array<std::uint8_t, 4> FrameHead{0x01, 0x02, 0x00, 0x00};
-constexpr std::array<std::uint8_t, 7> LevelsCommand{0x01, 0x02, 0x03, 0x01, 0x04, 0x02, 0x01};
-constexpr std::array<std::uint8_t, 4> VersionCommand{0x01, 0xFF, 0x01, 0xFF};
-constexpr std::array<std::uint8_t, 2> PollCommand{0x01, 0x0A};
-constexpr std::uint8_t Trigger = 0x7F;
 /// The shortest head that can only be a frame's.
 constexpr std::size_t CertainHead = 3;
 
 /// 36 characters, the fewest that a desk waits for, so that nothing of it is left on the line.
 constexpr std::string_view VersionText = "Velgrove interface box, virtual 1.00";
-static_assert(VersionText.size() == 36);
+static_assert(VersionText.size() == wire::VersionLength);
 
 }  // namespace
 
@@ -59,12 +55,12 @@ InterfaceBox::Command InterfaceBox::match() const {
   const auto is = [&](std::span<const std::uint8_t> command) {
     return head.size() == command.size() && begins(command);
   };
-  if (is(FrameHead)) return Command::Frame;
-  if (is(LevelsCommand)) return Command::Levels;
-  if (is(VersionCommand)) return Command::Version;
-  if (is(PollCommand)) return Command::Poll;
-  const bool any =
-      begins(FrameHead) || begins(LevelsCommand) || begins(VersionCommand) || begins(PollCommand);
+  if (is(wire::FrameHead)) return Command::Frame;
+  if (is(wire::ReadLevels)) return Command::Levels;
+  if (is(wire::ReadVersion)) return Command::Version;
+  if (is(wire::PollTrigger)) return Command::Poll;
+  const bool any = begins(wire::FrameHead) || begins(wire::ReadLevels) || begins(wire::ReadVersion) ||
+                   begins(wire::PollTrigger);
   return any ? Command::Begun : Command::None;
 }
 
@@ -102,7 +98,7 @@ void InterfaceBox::sendVersion() {
 
 void InterfaceBox::sendTriggers() {
   std::array<std::uint8_t, 64> bytes{};
-  bytes.fill(Trigger);
+  bytes.fill(wire::Trigger);
   while (m_triggers > 0) {
     const auto count = reply(std::span(bytes).first(std::min(m_triggers, bytes.size())));
     if (count == 0) return;
@@ -139,7 +135,7 @@ std::size_t InterfaceBox::takeReplies(std::span<std::uint8_t> into) {
 }
 
 bool InterfaceBox::reset() {
-  const bool half = m_bodyMissing > 0 || (m_headSize >= CertainHead && m_head[2] == FrameHead[2]);
+  const bool half = m_bodyMissing > 0 || (m_headSize >= CertainHead && m_head[2] == wire::FrameHead[2]);
   if (half) ++m_counters.halfFrames;
   m_bodyMissing = 0;
   m_headSize = 0;

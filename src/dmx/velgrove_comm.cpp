@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 
+#include "dmx/wire.h"
+
 namespace velgrove {
 namespace {
 
@@ -18,15 +20,8 @@ constexpr Milliseconds AnswerTimeOfSilentBox = 20ms;
 constexpr Milliseconds VersionTime = 1000ms;
 constexpr Milliseconds TurnRoundTime = 10ms;
 
-constexpr std::array<std::uint8_t, 4> FrameHead{0x01, 0x02, 0x00, 0x00};
-constexpr std::array<std::uint8_t, 7> ReadLevels{0x01, 0x02, 0x03, 0x01, 0x04, 0x02, 0x01};
-constexpr std::array<std::uint8_t, 4> ReadVersion{0x01, 0xFF, 0x01, 0xFF};
-constexpr std::array<std::uint8_t, 2> PollTrigger{0x01, 0x0A};
-constexpr std::uint8_t TriggerByte = 0x7F;
-
 constexpr std::size_t ReceiveBuffer = 615;
 constexpr std::size_t ReadingNeedsMoreThan = 100;
-constexpr std::size_t VersionLength = 36;
 
 constexpr Colour Red = 0x0000FF;
 constexpr Colour Green = 0x00FF00;
@@ -122,21 +117,21 @@ std::string VelgroveComm::initCP210x() {
   return text + Crlf + Crlf;
 }
 
-std::int16_t VelgroveComm::OpenComm() {
+std::int16_t VelgroveComm::OpenComm() const {
   return VelgroveCom.PortOpen() ? 1 : 0;
 }
 
 std::string VelgroveComm::GetVGVersion() {
   VelgroveCom.open();
   if (LinkState != Link::Up) return "No Velgrove Connected";
-  VelgroveCom.Output(ReadVersion);
+  VelgroveCom.Output(wire::ReadVersion);
   (void)VelgroveCom.send();  // a lost frame of the version shows as no answer
 
   std::string read;
   std::string answer;
   std::array<std::uint8_t, ReceiveBuffer> bytes{};
   Nanoseconds lastByte = m_machine.timers.clock().now();
-  while (read.size() < VersionLength) {
+  while (read.size() < wire::VersionLength) {
     m_machine.DoEvents();
     const std::size_t count = VelgroveCom.Input(bytes);
     const Nanoseconds now = m_machine.timers.clock().now();
@@ -164,7 +159,7 @@ void VelgroveComm::SetDMX() {
     m_machine.boxes.show({.text = "debug: port not open"});
   });
   if (LinkState != Link::Up) return;
-  m_machine.errors.run([&] { VelgroveCom.Output(FrameHead); });
+  m_machine.errors.run([&] { VelgroveCom.Output(wire::FrameHead); });
   m_machine.errors.run([&] { rewriteOnes(); });
   m_machine.errors.run([&] {
     VelgroveCom.Output(m_show.DMXOutput);
@@ -229,7 +224,7 @@ void VelgroveComm::GetAllDMXIn() {
   VelgroveCom.discardInput();
   if (LinkState != Link::Up) return;
   try {
-    VelgroveCom.Output(ReadLevels);
+    VelgroveCom.Output(wire::ReadLevels);
     if (VelgroveCom.send() != SerialPort::Delivery::Sent) return;
     std::array<std::uint8_t, ReceiveBuffer> bytes{};
     const std::size_t count = gather(bytes, ReadingNeedsMoreThan);
@@ -251,12 +246,12 @@ void VelgroveComm::TriggerTimer_Timer() {
   std::size_t count = 0;
   try {
     VelgroveCom.discardInput();
-    VelgroveCom.Output(PollTrigger);
+    VelgroveCom.Output(wire::PollTrigger);
     if (VelgroveCom.send() != SerialPort::Delivery::Sent) return;
     VelgroveCom.turnRound(TurnRoundTime);
     count = VelgroveCom.Input(bytes);
     for (std::size_t i = 0; i < count; ++i)
-      if (bytes[i] == TriggerByte) m_wiring.triggerGo();
+      if (bytes[i] == wire::Trigger) m_wiring.triggerGo();
   } catch (const RunTimeError&) {
     return;  // the next poll is the retry
   }

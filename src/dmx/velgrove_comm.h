@@ -68,7 +68,7 @@ class VelgroveComm {
   /// Text about the devices found, four characters when there is none; takes the last one's port.
   std::string initCP210x();
   /// 1 when the port stands open already, else 0.
-  std::int16_t OpenComm();
+  [[nodiscard]] std::int16_t OpenComm() const;
   /// Opens the port and reads the version text. Each partial reading stands in it again: a reply in two
   /// pieces comes back as the first piece followed by the whole.
   std::string GetVGVersion();

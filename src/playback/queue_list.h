@@ -128,7 +128,7 @@ class QueueList {
   void setUpButtons();
   void addBlackout();
   void rowPass();
-  void writeCells(ListView::Row& row, const clsQueueEntry& entry);
+  static void writeCells(ListView::Row& row, const clsQueueEntry& entry);
   void updateMarkHeaders();
   void setModeColours();
   void returnToStageCue(const std::string& panel);

@@ -158,7 +158,7 @@ void QueueList::ListView2_MouseUp(int row) {
     State.PointerCue = narrow<std::int16_t>(row);
     selectchange();
     UpdateCueInfo();
-    m_wiring.showStatus("Please select \"Live\" or \"Blind\" mode to modify this Cue.");
+    m_wiring.showStatus(R"(Please select "Live" or "Blind" mode to modify this Cue.)");
   });
 }
 

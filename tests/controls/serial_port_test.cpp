@@ -21,6 +21,7 @@ class Port : public testing::Test {
   Bytes wire;
   std::size_t room = 10000;
   LineStatus opens = LineStatus::Ok;
+  std::size_t roomLater = 0;  ///< what the line takes more after each wait for room
   bool gone = false;
   int openings = 0;
   SerialPort port{SerialLine{.open =
@@ -39,8 +40,8 @@ class Port : public testing::Test {
                                    return LineResult{taken > 0 ? LineStatus::Ok : LineStatus::Full, taken};
                                  },
                              .read = [this](std::span<std::uint8_t>) { return nothing(); },
-                             .waiting = [this] { return nothing(); },
                              .wait = [](Milliseconds) {},
+                             .drain = [this](Milliseconds) { room += roomLater; },
                              .turnRound = [](Milliseconds) {}},
                   clock.clock()};
 
@@ -103,6 +104,15 @@ TEST_F(Port, SwallowsWhileTheDeviceIsAwayAndReopensWhereItStandsAgain) {
   EXPECT_EQ(port.Path, "elsewhere");
   EXPECT_EQ(port.counters().losses, 1U);
   expectWholeBlocks({5});
+}
+
+TEST_F(Port, FinishesItsBlockBeforeItCloses) {
+  port.open();
+  room = 200;
+  roomLater = 400;
+  EXPECT_EQ(sendBlock(1), SerialPort::Delivery::Sent);
+  port.close();
+  expectWholeBlocks({1});
 }
 
 TEST_F(Port, NoticesALossWhenReading) {

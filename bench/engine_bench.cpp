@@ -1,0 +1,86 @@
+// The hot paths of the desk: what runs 33 times a second and more.
+
+#include <benchmark/benchmark.h>
+
+#include "controls/hand_clock.h"
+#include "dmx/merge.h"
+#include "dmx/velgrove_comm.h"
+#include "playback/crossfade.h"
+
+namespace velgrove {
+namespace {
+
+void fill(ShowState& show) {
+  for (std::size_t i = 0; i < ChannelCount; ++i) {
+    show.ABLevels[i] = static_cast<std::int16_t>(i * 7 % 256);
+    show.XYLevels[i] = static_cast<std::int16_t>(i * 13 % 256);
+    show.DMXInput[i] = static_cast<std::uint8_t>(i * 5 % 256);
+    show.ManualLevels[i] = static_cast<std::uint8_t>(i * 3 % 256);
+    show.SubLevels[i] = static_cast<std::uint8_t>(i * 11 % 256);
+  }
+}
+
+void MergePass(benchmark::State& state) {
+  ShowState show;
+  fill(show);
+  show.DMXDimmers = true;
+  for (auto _ : state) {
+    mergeLevels(show);
+    benchmark::DoNotOptimize(show.DMXOutput.data());
+    benchmark::ClobberMemory();
+  }
+}
+BENCHMARK(MergePass);
+
+/// A fade of four seconds, looked at from its start to its end.
+void FadeStep(benchmark::State& state) {
+  QueuePlayerState player;
+  for (std::size_t i = 0; i < ChannelCount; ++i) {
+    player.CurrentLook[i] = static_cast<std::uint8_t>(i % 200);
+    player.NextLook[i] = static_cast<std::uint8_t>(i * 3 % 200);
+  }
+  player.FadeUp = player.FadeDown = 4;
+  buildTimeline(player, 0);
+  std::array<std::int16_t, ChannelCount> levels{};
+  std::int32_t now = 0;
+  for (auto _ : state) {
+    player.CurrentLookLevel = GetCurrentLookPctDone(player, now);
+    player.NextLookLevel = GetNextLookPctDone(player, now);
+    DoScale(player, levels, ChannelCount);
+    benchmark::DoNotOptimize(levels.data());
+    benchmark::ClobberMemory();
+    now = (now + 30) % 4000;
+  }
+}
+BENCHMARK(FadeStep);
+
+/// One frame into a line that takes everything.
+void SendFrame(benchmark::State& state) {
+  HandClock clock;
+  ShowState show;
+  fill(show);
+  Machine machine(clock.clock(), {});
+  const auto ok = [](std::span<const std::uint8_t> bytes) {
+    return LineResult{LineStatus::Ok, bytes.size()};
+  };
+  const auto nothing = LineResult{LineStatus::Full, 0};
+  VelgroveComm comm(show, machine,
+                    {.line = {.open = [](const std::string&) { return LineStatus::Ok; },
+                              .close = [] {},
+                              .write = ok,
+                              .read = [=](std::span<std::uint8_t>) { return nothing; },
+                              .wait = [](Milliseconds) {},
+                              .drain = [](Milliseconds) {},
+                              .turnRound = [](Milliseconds) {}},
+                     .findInterfaces = {},
+                     .findAgain = {},
+                     .triggerEnabled = {},
+                     .triggerGo = {},
+                     .repaint = [] {}});
+  comm.VelgroveCom.open();
+  for (auto _ : state) comm.SetDMX();
+}
+BENCHMARK(SendFrame);
+
+}  // namespace
+}  // namespace velgrove
