@@ -1,8 +1,5 @@
 #include "boxes.h"
 
-#include <cinttypes>
-#include <cstdio>
-
 #include <nlohmann/json.hpp>
 
 namespace velgrove {
@@ -15,9 +12,8 @@ std::string quoted(const std::string& text) {
 }  // namespace
 
 BoxAnswer BoxLog::answer(const Box& box) {
-  (void)std::fprintf(stderr, "%" PRId64 " box %s %s\n", m_ms(), quoted(box.title).c_str(),
-                     quoted(box.text).c_str());
-  if (++m_count >= MostBoxes) throw TooManyBoxes{};
+  if (!tooMany()) m_tell(std::to_string(m_ms()) + " box " + quoted(box.title) + " " + quoted(box.text));
+  ++m_count;
   switch (box.buttons) {
     case BoxButtons::Ok:
       return BoxAnswer::Ok;

@@ -5,16 +5,13 @@
 #include <cstdio>
 
 #include "commands.h"
+#include "messages.h"
 #include "model/show_file.h"
 #include "model/show_json.h"
 #include "model/show_sheet.h"
 
 namespace velgrove {
 namespace {
-
-void complain(const std::string& what) {
-  (void)std::fprintf(stderr, "velgrove-show: %s\n", what.c_str());
-}
 
 /// Reads a show as far as it goes; one message for each fault. Null when nothing could be made of it.
 ShowRead readWithMessages(const std::string& file) {
@@ -40,10 +37,8 @@ int printShow(const std::string& file, bool asJson) {
   const ShowRead read = readWithMessages(file);
   if (read.project == nullptr) return 1;
   const std::string text = asJson ? showToJson(*read.project) : showSheet(*read.project);
-  const bool written =
-      std::fwrite(text.data(), 1, text.size(), stdout) == text.size() && std::fflush(stdout) == 0;
-  if (!written) complain("standard output can't be written");
-  return written && read.faults.empty() ? 0 : 1;
+  (void)std::fwrite(text.data(), 1, text.size(), stdout);  // what fails here, printedAll tells
+  return printedAll() && read.faults.empty() ? 0 : 1;
 }
 
 int makeShow(const std::string& jsonFile, const std::string& showFile) {

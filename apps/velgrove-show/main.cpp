@@ -3,6 +3,7 @@
 #include <iostream>
 
 #include "commands.h"
+#include "messages.h"
 
 namespace {
 
@@ -38,7 +39,7 @@ CLI::App* runCommand(CLI::App& app, const char* name, const char* what, Argument
           "--until", arguments.run.until,
           "end at this time in ms, inclusive; without it one second after the last command and fade, "
           "at the latest after an hour")
-      ->check(CLI::NonNegativeNumber);
+      ->check(CLI::Range(std::int64_t{0}, LatestInstant));
   command->footer(scriptHelp());
   return command;
 }
@@ -75,7 +76,8 @@ int main(int argc, char** argv) {
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? 0 : WrongUsage;
   } catch (const ScriptError& error) {
-    std::cerr << "velgrove-show: " << arguments.scriptFile << ": " << error.what() << '\n';
+    const bool typed = arguments.scriptFile == "-";
+    complain((typed ? "standard input" : arguments.scriptFile) + ": " + error.what());
     return WrongUsage;
   }
 

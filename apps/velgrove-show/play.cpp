@@ -1,196 +1,150 @@
-#include <cerrno>
-#include <cinttypes>
-#include <csignal>
-#include <cstdio>
-#include <ctime>
-#include <future>
-#include <sys/resource.h>
+#include <algorithm>
 
 #include "boxes.h"
 #include "commands.h"
-#include "controls/desk_thread.h"
-#include "controls/posix_line.h"
-#include "dmx/discovery.h"
+#include "console.h"
+#include "core/live_desk.h"
+#include "ending_signals.h"
+#include "messages.h"
 #include "model/registry_settings.h"
 #include "model/settings_store.h"
+#include "model/text.h"
 
 namespace velgrove {
 namespace {
 
 using namespace std::chrono_literals;
 
-/// Waits for a time or for a signal that ends the program; true when one came. The signals are blocked in all
-/// threads.
-bool endsBySignal(Nanoseconds time) {
-  sigset_t ending;
-  sigemptyset(&ending);
-  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) sigaddset(&ending, signal);
-  pthread_sigmask(SIG_BLOCK, &ending, nullptr);
-  const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(time);
-  const timespec wait{.tv_sec = seconds.count(), .tv_nsec = (time - seconds).count()};
-  return sigtimedwait(&ending, nullptr, &wait) > 0;
-}
-
-/// Waiting for the box's bytes keeps the turn, and frees the lock meanwhile.
-SerialLine keepingTurn(SerialLine line, Desk& lock) {
-  const auto wrap = [&lock](std::function<void(Milliseconds)> wait) {
-    return [&lock, wait = std::move(wait)](Milliseconds time) { lock.keepTurn([&] { wait(time); }); };
-  };
-  line.wait = wrap(std::move(line.wait));
-  line.turnRound = wrap(std::move(line.turnRound));
-  return line;
-}
-
 std::string portByHand() {
   const SettingsStore settings(defaultSettingsPath());
-  return GetStringSetting(settings, "Velgrove", "Interface", "Port", "");
+  if (settings.message()) complain(*settings.message());
+  try {
+    return GetStringSetting(settings, "Velgrove", "Interface", "Port", "");
+  } catch (const RunTimeError& error) {
+    throw RunTimeError(error.fault(),
+                       settings.file().string() + ": Velgrove, Interface, Port: " + error.what());
+  }
+}
+
+/// A text on one line of a terminal: the version is the box's own words, and a faulty box may say anything.
+std::string printable(std::string_view text) {
+  std::string line;
+  while (!text.empty()) {
+    const auto [code, bytes] = firstCharacter(text);
+    const bool shows = code >= 0x20 && (code < 0x7F || code > 0x9F) && code != NoCharacter;
+    line += shows ? text.substr(0, bytes) : "?";
+    text.remove_prefix(bytes);
+  }
+  return line;
 }
 
 /// The desk on the real clock, played by a script.
 class Performance {
  public:
-  Performance(const RunOptions& options, std::string port)
-      : m_options(options), m_port(std::move(port)), m_house(m_clock, boxes(), wiring()) {
-    m_house.machine.Sleep = [this](Milliseconds time) { m_lock.sleep(time); };
-    m_house.machine.DoEvents = [this] { m_thread.doEvents(); };
-  }
+  Performance(const RunOptions& options, const std::string& port)
+      : m_options(options),
+        m_house({.show = options.show,
+                 .portByHand = port,
+                 .boxes = {.show = [this](const Box& box) { return m_boxes.answer(box); },
+                           .post = [this](const Box& box) { (void)m_boxes.answer(box); }},
+                 .statusChanged = [this](const VelgroveComm& comm) { tellStatus(comm); }}) {}
 
   int run() {
-    (void)endsBySignal(0ns);
-    std::promise<void> started;
-    m_thread.start([&] {
-      m_house.Main();
-      m_start = m_clock.now();
-      started.set_value();
-    });
-    started.get_future().wait();
-    const bool ready =
-        m_house.windows.Comm.getCurrentStatus() == Link::Up && m_house.show.CurrentProjectIndex > 0;
+    m_house.start();
+    while (!m_house.started() && !isOver(20ms)) continue;
+    bool ready = false;
+    if (m_house.started()) m_house.act([&](LightingDesk& desk) { ready = isReady(desk); });
     if (ready) perform();
-    close();
-    return ready && !m_tooManyBoxes ? 0 : 1;
+    m_house.close();
+    tellBlocks();
+    m_console.write();
+    if (m_boxes.tooMany()) complain(BoxLog::TooMany);
+    return (ready || m_interrupted) && !m_boxes.tooMany() ? 0 : 1;
   }
 
  private:
   [[nodiscard]] std::int64_t now() const {
-    return std::chrono::duration_cast<Milliseconds>(m_clock.now() - m_start).count();
+    return std::chrono::duration_cast<Milliseconds>(m_house.now() - m_house.startTime()).count();
   }
 
-  void perform() {
-    const std::int64_t end = m_options.until.value_or(LongestRun);
-    for (const ScriptStep& step : m_options.script) {
-      if (step.ms > end || waitTo(step.ms)) return;
-      const DeskTurn turn(m_lock);
-      step.act(m_operator);
-      m_lastBusy = step.ms;
-    }
-    if (m_options.until)
-      (void)waitTo(*m_options.until);
-    else
-      waitUntilQuiet();
+  static bool isReady(const LightingDesk& desk) {
+    return desk.windows.Comm.getCurrentStatus() == Link::Up && desk.show.CurrentProjectIndex > 0;
   }
 
-  /// True when the program is to end before that time.
-  bool waitTo(std::int64_t ms) {
+  /// Waits for a time; true when the run is to end before it has passed.
+  bool isOver(Nanoseconds time) {
+    m_interrupted = m_interrupted || m_signals.comeWithin(time);
+    m_console.write();
+    return m_interrupted || m_boxes.tooMany() || m_house.ended();
+  }
+
+  bool isOverBefore(std::int64_t ms) {
+    constexpr Nanoseconds LookAtLeastEvery = 100ms;
     while (now() < ms) {
-      const Nanoseconds left = Milliseconds(ms) - (m_clock.now() - m_start);
-      if (endsBySignal(std::clamp<Nanoseconds>(left, 0ns, 100ms)) || m_tooManyBoxes) return true;
+      const Nanoseconds left = m_house.startTime() + Milliseconds(ms) - m_house.now();
+      if (isOver(std::min(left, LookAtLeastEvery))) return true;
     }
     return false;
   }
 
-  void waitUntilQuiet() {
-    constexpr std::int64_t LookEvery = 20;
-    for (;;) {
-      {
-        const DeskTurn turn(m_lock);
-        if (isFading(m_house)) m_lastBusy = now();
-      }
-      if (now() > std::min(m_lastBusy + QuietTime, LongestRun) || waitTo(now() + LookEvery)) return;
+  void perform() {
+    const std::int64_t end = m_options.until.value_or(LongestRun);
+    std::int64_t lastBusy = 0;
+    for (const ScriptStep& step : m_options.script) {
+      if (isOverBefore(std::min(step.ms, end)) || step.ms > end) return;
+      m_house.act([&](LightingDesk& desk) { actOn(desk, step); });
+      lastBusy = step.ms;
     }
+    if (m_options.until)
+      (void)isOverBefore(end);
+    else
+      waitUntilQuiet(lastBusy);
   }
 
-  void close() {
-    m_lock.close();
-    m_thread.join();
-    const DeskTurn turn(m_lock);
-    const auto counters = m_house.windows.Comm.VelgroveCom.counters();
-    m_house.ShutdownApp();
-    (void)std::fprintf(stderr, "sent %" PRIu64 ", dropped %" PRIu64 ", swallowed %" PRIu64 " blocks\n",
-                       counters.sent, counters.dropped, counters.swallowed);
+  void waitUntilQuiet(std::int64_t lastBusy) {
+    constexpr std::int64_t LookEvery = 20;
+    do {
+      m_house.act([&](const LightingDesk& desk) {
+        if (isFading(desk)) lastBusy = now();
+      });
+    } while (now() <= std::min(lastBusy + QuietTime, LongestRun) && !isOverBefore(now() + LookEvery));
   }
 
-  MessageBoxes boxes() {
-    const auto answer = [this](const Box& box) {
-      try {
-        return m_boxLog.answer(box);
-      } catch (const TooManyBoxes&) {
-        m_tooManyBoxes = true;
-        throw Closing{};
-      }
+  void actOn(LightingDesk& desk, const ScriptStep& step) {
+    const auto note = [this](const std::string& what) {
+      m_console.leave(std::to_string(now()) + " note: " + what);
     };
-    return {.show = answer, .post = [answer](const Box& box) { (void)answer(box); }};
+    Operator performer{.desk = desk,
+                       .input = [&](int, int) { note("input is the box's own on a real line"); },
+                       .trigger = [&](int) { note("trigger is the box's own on a real line"); },
+                       .note = note};
+    step.act(performer);
   }
 
-  LightingDesk::Wiring wiring() {
-    return {
-        .windows = {.interface = {.line = keepingTurn(makePosixLine(), m_lock),
-                                  .findInterfaces = [this] { return findInterfaces(m_roots, m_port); },
-                                  .findAgain =
-                                      [this](const InterfaceDevice& lost) {
-                                        return findAgain(m_roots, lost);
-                                      },
-                                  .triggerEnabled = [] { return true; },
-                                  .triggerGo = {},
-                                  .repaint = [this] { tellStatus(); }},
-                    .showCuePanel = [](const std::string&) {},
-                    .showStatus = [](const std::string&) {},
-                    .startEffect = [](const std::string&) {}},
-        .frame = {.setting = [](const std::string&, const std::string&,
-                                const std::string& fallback) { return fallback; }},
-        .dataFolder = {},
-        .raisePriority =
-            [] {
-              constexpr int Raised = -10;
-              (void)setpriority(PRIO_PROCESS, 0,
-                                Raised);  // an ordinary user is refused, and plays all the same
-            },
-        .openShow =
-            [this] {
-              m_house.show.ProjectFileName = m_options.show;
-              m_house.frame.LoadProject(1);
-            },
-    };
+  void tellBlocks() {
+    SerialPort::Counters blocks;
+    m_house.act([&](const LightingDesk& desk) { blocks = desk.windows.Comm.VelgroveCom.counters(); });
+    m_console.leave("sent " + std::to_string(blocks.sent) + ", dropped " + std::to_string(blocks.dropped) +
+                    ", swallowed " + std::to_string(blocks.swallowed) + " blocks");
   }
 
-  void tellStatus() {
-    const VelgroveComm& comm = m_house.windows.Comm;
+  void tellStatus(const VelgroveComm& comm) {
     for (const auto& [told, words] : {std::pair(&m_toldVersion, &comm.Version.Caption),
                                       std::pair(&m_toldCondition, &comm.Condition.Caption)}) {
       if (*told == *words) continue;
       *told = *words;
-      (void)std::fprintf(stderr, "interface: %s\n", words->empty() ? "all is well again" : words->c_str());
+      m_console.leave("interface: " + (words->empty() ? "all is well again" : printable(*words)));
     }
   }
 
   const RunOptions& m_options;
-  std::string m_port;
-  MachineRoots m_roots;
-  Clock m_clock = steadyClock();
-  Nanoseconds m_start{};
-  BoxLog m_boxLog{[this] { return now(); }};
-  std::atomic<bool> m_tooManyBoxes = false;
+  EndingSignals m_signals;
+  bool m_interrupted = false;
+  Console m_console;
+  BoxLog m_boxes{[this] { return now(); }, [this](const std::string& line) { m_console.leave(line); }};
   std::string m_toldVersion;
   std::string m_toldCondition;
-  Desk m_lock;
-  LightingDesk m_house;
-  DeskThread m_thread{m_lock, m_house.machine.timers};
-  Operator m_operator{
-      .desk = m_house,
-      .input = [](int, int) { (void)std::fprintf(stderr, "note: input is the box's own on a real line\n"); },
-      .trigger = [](int) { (void)std::fprintf(stderr, "note: trigger is the box's own on a real line\n"); },
-      .note = [](const std::string& what) { (void)std::fprintf(stderr, "note: %s\n", what.c_str()); }};
-  std::int64_t m_lastBusy = 0;
+  LiveDesk m_house;
 };
 
 }  // namespace
@@ -200,12 +154,12 @@ int play(const RunOptions& options) {
   try {
     const std::string port = portByHand();
     if (findInterfaces(MachineRoots(), port).empty()) {
-      (void)std::fprintf(stderr, "velgrove-show: no interface box is attached\n");
+      complain("no interface box is attached");
       return 1;
     }
     return Performance(options, port).run();
-  } catch (const RunTimeError& error) {
-    (void)std::fprintf(stderr, "velgrove-show: %s\n", error.what());
+  } catch (const std::exception& error) {
+    complain(error.what());
     return 1;
   }
 }

@@ -5,38 +5,52 @@
 #include "commands.h"
 #include "core/headless_desk.h"
 #include "frame_lines.h"
+#include "messages.h"
 
 namespace velgrove {
 namespace {
+
+/// Ends a rehearsal out of the handler that showed the last box.
+struct TooManyBoxes {};
 
 class Rehearsal {
  public:
   explicit Rehearsal(const RunOptions& options)
       : m_options(options),
         m_frames(options.changesOnly),
-        m_house({.onBox = [this](const Box& box) { return m_boxes.answer(box); }, .setting = {}}) {
+        m_house([this](const Box& box) { return answer(box); }) {
     m_house.box.onFrame = [this](InterfaceBox::Frame frame) { m_frames.write(now(), frame); };
   }
 
   int run() {
     if (!m_house.start(m_options.show)) return 1;
-    const std::int64_t end = m_options.until.value_or(LongestRun);
-    for (const ScriptStep& step : m_options.script) {
-      if (step.ms > end) break;
-      runToJustBefore(step.ms);
-      step.act(m_operator);
-      m_lastBusy = step.ms;
-    }
-    if (m_options.until)
-      m_house.runTo(*m_options.until);
-    else
-      runUntilQuiet();
-    return 0;
+    perform();
+    return printedAll() ? 0 : 1;
   }
 
  private:
   [[nodiscard]] std::int64_t now() const {
     return std::chrono::duration_cast<Milliseconds>(m_house.clock.now()).count();
+  }
+
+  BoxAnswer answer(const Box& box) {
+    const BoxAnswer answer = m_boxes.answer(box);
+    if (m_boxes.tooMany()) throw TooManyBoxes{};
+    return answer;
+  }
+
+  void perform() {
+    const std::int64_t end = m_options.until.value_or(LongestRun);
+    for (const ScriptStep& step : m_options.script) {
+      if (step.ms > end) return m_house.runTo(end);
+      runToJustBefore(step.ms);
+      step.act(m_operator);
+      m_lastBusy = step.ms;
+    }
+    if (m_options.until)
+      m_house.runTo(end);
+    else
+      runUntilQuiet();
   }
 
   /// Commands come before the timers that are due at their instant.
@@ -59,16 +73,13 @@ class Rehearsal {
 
   const RunOptions& m_options;
   FrameLines m_frames;
-  BoxLog m_boxes{[this] { return now(); }};
+  BoxLog m_boxes{[this] { return now(); }, say};
   HeadlessDesk m_house;
-  Operator m_operator{.desk = m_house.desk,
-                      .input = [this](int channel, int level) { m_house.box.setInput(channel, level); },
-                      .trigger = [this](int count) { m_house.box.addTriggers(count); },
-                      .note =
-                          [this](const std::string& what) {
-                            (void)std::fprintf(stderr, "%lld note: %s\n", static_cast<long long>(now()),
-                                               what.c_str());
-                          }};
+  Operator m_operator{
+      .desk = m_house.desk,
+      .input = [this](int channel, int level) { m_house.box.setInput(channel, level); },
+      .trigger = [this](int count) { m_house.box.addTriggers(count); },
+      .note = [this](const std::string& what) { say(std::to_string(now()) + " note: " + what); }};
   std::int64_t m_lastBusy = 0;
 };
 
@@ -86,7 +97,7 @@ int rehearse(const RunOptions& options) {
   try {
     return Rehearsal(options).run();
   } catch (const TooManyBoxes&) {
-    (void)std::fprintf(stderr, "too many boxes: the run ends here\n");
+    complain(BoxLog::TooMany);
     return 1;
   }
 }

@@ -97,8 +97,10 @@ constexpr PlayerCommand PlayerCommands[] = {
 
 Action onPlayer(Player player, const Words& words) {
   const std::size_t given = words.size() - 1;
-  if (words[0] == "reset" && given == 0)
+  if (words[0] == "reset") {
+    if (given != 0) wrong("wrong number of arguments for reset");
     return [=](Operator& op) { (op.desk.windows.*player)().ResetStageCue(); };
+  }
   for (const PlayerCommand& command : PlayerCommands) {
     if (words[0] != command.word) continue;
     if (given != (command.takesRow ? 1U : 0U)) wrong("wrong number of arguments for " + words[0]);
@@ -136,7 +138,7 @@ constexpr Command Commands[] = {
 
 ScriptStep readLine(Words words, std::int64_t earliest) {
   ScriptStep step;
-  step.ms = readWhole("the time", words[0], 0, INT64_MAX / 1'000'000);
+  step.ms = readWhole("the time", words[0], 0, LatestInstant);
   if (step.ms < earliest) wrong("the time lies before the line above");
   if (words.size() < 2) wrong("a command is missing");
   const auto* const command = std::ranges::find(Commands, words[1], &Command::word);

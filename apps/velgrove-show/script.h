@@ -19,6 +19,9 @@ struct Operator {
   std::function<void(const std::string&)> note;  ///< tells what was passed over
 };
 
+/// The last instant of the fades' clock, which counts milliseconds in 32 bits.
+inline constexpr std::int64_t LatestInstant = INT32_MAX;
+
 /// One line of a script: an action of the operator at a time.
 struct ScriptStep {
   std::int64_t ms = 0;

@@ -100,23 +100,42 @@ void Desk::tell() {
   pthread_cond_broadcast(&m_told);
 }
 
+/// While it lives the lock is free and the turn is kept.
+class Desk::Kept {
+ public:
+  explicit Kept(Desk& desk) : m_desk(desk) {
+    assert(desk.mine() && !desk.m_turnKept);
+    desk.m_turnKept = true;
+    desk.unlock();
+    if (desk.onGiven) desk.onGiven();
+  }
+  ~Kept() {
+    m_desk.lock();
+    m_desk.m_turnKept = false;
+    pthread_cond_broadcast(&m_desk.m_turnFree);
+  }
+  Kept(const Kept&) = delete;
+  Kept& operator=(const Kept&) = delete;
+
+ private:
+  Desk& m_desk;
+};
+
 void Desk::keepTurn(const std::function<void()>& work) {
-  assert(mine() && !m_turnKept);
-  m_turnKept = true;
-  unlock();
-  if (onGiven) onGiven();
+  const Kept kept(*this);
   work();
-  lock();
-  m_turnKept = false;
-  pthread_cond_broadcast(&m_turnFree);
 }
 
 void Desk::sleep(Nanoseconds time) {
   const timespec until = monotonicIn(time);
-  keepTurn([&] {
-    while (clock_nanosleep(CLOCK_MONOTONIC, TIMER_ABSTIME, &until, nullptr) == EINTR) {
+  {
+    const Kept kept(*this);
+    pthread_mutex_lock(&m_mutex);
+    while (!m_closing && pthread_cond_timedwait(&m_told, &m_mutex, &until) != ETIMEDOUT) {
     }
-  });
+    pthread_mutex_unlock(&m_mutex);
+  }
+  if (m_closing) throw Closing{};
 }
 
 void Desk::close() {

@@ -36,6 +36,7 @@ class Desk {
 
   /// Lets the lock go for the time of some work that waits, but keeps the turn: no handler runs meanwhile.
   void keepTurn(const std::function<void()>& work);
+  /// Waits and keeps the turn. Ends by `Closing` when the desk closes.
   void sleep(Nanoseconds time);
 
   /// From here on every wait ends by `Closing`.
@@ -46,6 +47,7 @@ class Desk {
   std::function<void()> onGiven;
 
  private:
+  class Kept;
   void lock();
   void unlock();
 

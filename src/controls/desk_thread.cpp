@@ -2,6 +2,7 @@
 
 #include <pthread.h>
 #include <sched.h>
+#include <utility>
 
 namespace velgrove {
 namespace {
@@ -28,14 +29,20 @@ void DeskThread::run(const std::function<void()>& setup) {
   try {
     setup();
     until([] { return false; });
-  } catch (const Closing&) {
-    return;
+  } catch (const Closing&) {  // NOLINT(bugprone-empty-catch): the way that every wait ends
   } catch (...) {
     m_failure = std::current_exception();
   }
+  m_ended = true;
+}
+
+DeskThread::~DeskThread() {
+  m_desk.close();
+  if (m_thread.joinable()) m_thread.join();
 }
 
 void DeskThread::join() {
+  m_desk.close();
   if (m_thread.joinable()) m_thread.join();
   if (m_failure) std::rethrow_exception(std::exchange(m_failure, nullptr));
 }
@@ -55,9 +62,9 @@ void DeskThread::until(const std::function<bool()>& condition) {
 
 void DeskThread::doEvents() {
   const Nanoseconds start = m_timers.clock().now();
-  while (m_timers.runOne(start)) {
+  do {
     if (m_desk.closing()) throw Closing{};
-  }
+  } while (m_timers.runOne(start));
 }
 
 }  // namespace velgrove

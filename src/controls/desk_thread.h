@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <exception>
 #include <functional>
 #include <thread>
@@ -14,13 +15,15 @@ namespace velgrove {
 class DeskThread {
  public:
   DeskThread(Desk& desk, TimerSet& timers) : m_desk(desk), m_timers(timers) {}
-  ~DeskThread() { join(); }
+  ~DeskThread();  ///< closes the desk
   DeskThread(const DeskThread&) = delete;
   DeskThread& operator=(const DeskThread&) = delete;
 
   /// Starts the thread: it runs `setup` with the desk taken, then its timers until the desk closes.
   void start(std::function<void()> setup);
-  /// Waits for the thread's end, after `Desk::close`. Passes on what `setup` threw.
+  /// Whether the thread has come to its end, by the desk's closing or by an error.
+  [[nodiscard]] bool ended() const { return m_ended; }
+  /// Closes the desk and waits for the thread's end. Passes on the error that it ended with.
   void join();
 
   /// The one way to wait on this thread, also for a handler: gives the desk, runs the timers that come due
@@ -30,14 +33,13 @@ class DeskThread {
   /// Runs all timers that are due now, nested.
   void doEvents();
 
-  [[nodiscard]] bool mine() const { return std::this_thread::get_id() == m_thread.get_id(); }
-
  private:
   void run(const std::function<void()>& setup);
 
   Desk& m_desk;
   TimerSet& m_timers;
   std::thread m_thread;
+  std::atomic<bool> m_ended = false;
   std::exception_ptr m_failure;
 };
 

@@ -118,6 +118,11 @@ class ErrorPattern {
     static thread_local Tick* current;
   };
 
+  /// Whether this thread is inside the tick of a timer that must not wait for an answer.
+  [[nodiscard]] static bool mustNotWait() {
+    return Tick::current != nullptr && Tick::current->m_waits == Waits::Never;
+  }
+
  private:
   [[nodiscard]] BoxAnswer ask(const RunTimeError& error);
 

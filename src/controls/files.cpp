@@ -181,6 +181,7 @@ void writeFileSafely(const fs::path& path, std::string_view bytes, Backup backup
   const bool replaces = ::stat(target.c_str(), &there) == 0;
   if (!replaces && errno != ENOENT) fail(target, errno);
   if (replaces && S_ISDIR(there.st_mode)) fail(target, EISDIR);
+  if (replaces && !S_ISREG(there.st_mode)) fail(target, "not a file but a device or a pipe");
   // A new file could take the name of a protected one; whoever protected a show wants it left alone.
   if (replaces && ::faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0) fail(target, errno);
 

@@ -29,6 +29,7 @@ ListView::Row& ListView::add(int position, std::string text) {
   if (position < 1 || position > count() + 1) throwNoRow(position, count());
   const auto added = m_rows.insert(m_rows.begin() + (position - 1), Row{});
   added->Texts[0] = std::move(text);
+  if (m_selected >= position) ++m_selected;
   return *added;
 }
 
@@ -36,6 +37,7 @@ void ListView::remove(int position) {
   if (position < 1 || position > count()) throwNoRow(position, count());
   m_rows.erase(m_rows.begin() + (position - 1));
   if (m_selected == position) m_selected = 0;
+  if (m_selected > position) --m_selected;
 }
 
 void ListView::clear() {

@@ -25,10 +25,8 @@ bool TimerSet::runOne(Nanoseconds until) {
   return true;
 }
 
-void TimerSet::runDue() {
-  const Nanoseconds now = m_clock.now();
-  while (runOne(now)) {
-  }
+bool TimerSet::isRunning() const {
+  return std::ranges::any_of(m_timers, &Timer::m_running);
 }
 
 Timer::Timer(TimerSet& timers, TimerRank rank, int interval, std::function<void()> handler,

@@ -26,7 +26,7 @@ enum class TimerRank {
   Receive,
 };
 
-/// All timers of a desk. Whoever owns the time asks `nextDue` and calls `runDue`: the desk thread on the real
+/// All timers of a desk. Whoever owns the time asks `nextDue` and calls `runOne`: the desk thread on the real
 /// clock, HandClock in tests and rehearsal.
 class TimerSet {
  public:
@@ -43,8 +43,8 @@ class TimerSet {
   /// none is.
   bool runOne(Nanoseconds until);
 
-  /// Runs all timers that are due now.
-  void runDue();
+  /// Whether any handler runs at this moment, on this thread or under a box that it has open.
+  [[nodiscard]] bool isRunning() const;
 
   /// Called with an error that the operator answered with Abort and nobody else took.
   std::function<void(const RunTimeError&)> onUnhandled;

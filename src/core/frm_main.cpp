@@ -28,8 +28,7 @@ const std::array<frmMain::Command, 8> frmMain::Commands{{
 
 void frmMain::SSActiveToolBars1_ToolClick(std::string_view id) {
   const auto* const command = std::ranges::find(Commands, id, &Command::id);
-  if (command == Commands.end()) return;
-  m_machine.errors.run([&] { (this->*command->action)(); });
+  if (command != Commands.end()) (this->*command->action)();
 }
 
 std::int16_t frmMain::number(const std::string& key) const {
@@ -61,38 +60,30 @@ QueueList& frmMain::shownXY() {
   return player;
 }
 
-/// A window that may not paint now must not be waited for.
-void frmMain::endRepaints() {
-  for (QueueList* player : {&m_windows.abPlayer(), &m_windows.xyPlayer()}) {
-    player->State.ListRepainting = false;
-    player->State.ListRepaintDone = true;
-  }
-}
-
 void frmMain::go() {
-  QueueList& player = shownXY();
-  m_show.GoFromInput = true;
-  m_machine.errors.run([&] { player.cmdGoForward_Click(); });
-  endRepaints();
-  m_show.GoFromInput = false;
+  m_machine.errors.steps(
+      [&] {
+        QueueList& player = shownXY();
+        const GoFromOutside outside(m_show);
+        player.cmdGoForward_Click();
+      },
+      [&] { m_windows.endRepaints(); });
 }
 
 void frmMain::stopFade() {
-  shownXY().cmdStop_Click();
+  m_machine.errors.run([&] { shownXY().cmdStop_Click(); });
 }
 
 void frmMain::nextStageCue() {
-  endRepaints();
-  shownXY().cmdAdvanceStageCue_Click();
+  m_machine.errors.steps([&] { m_windows.endRepaints(); }, [&] { shownXY().cmdAdvanceStageCue_Click(); });
 }
 
 void frmMain::previousStageCue() {
-  endRepaints();
-  shownXY().cmdDecrementStageCue_Click();
+  m_machine.errors.steps([&] { m_windows.endRepaints(); }, [&] { shownXY().cmdDecrementStageCue_Click(); });
 }
 
 void frmMain::resetCue() {
-  shownXY().ResetStageCue();
+  m_machine.errors.run([&] { shownXY().ResetStageCue(); });
 }
 
 // ---- What received levels do
@@ -117,37 +108,41 @@ void frmMain::inputToSubmasters() {
 
 bool frmMain::LoadProject(std::int16_t index) {
   if (m_show.ProjectFileName.empty()) return false;
-  ShowRead read;
+  const auto project = readProject();
+  if (project == nullptr) return false;
+
+  auto& errors = m_machine.errors;
+  errors.steps([&] { CloseViews(); },
+               [&] {
+                 if (m_show.Projects.count() > 0) m_show.Projects.Remove(m_show.Projects.count());
+                 m_show.Projects.add(project);
+                 m_show.CurrentProjectIndex = index;
+                 Window.Caption = std::string(Title) + " - " + project->ProjectName.str();
+                 m_show.CurrentViewIndex = 0;
+               });
+  for (int view = 1; view <= project->colViews().count(); ++view) {
+    ++m_show.CurrentViewIndex;
+    errors.run([&] { LoadDoc(); });
+  }
+  errors.run([&] { m_windows.loadPlayers(); });
+  return true;
+}
+
+/// Reads the show before anything is closed. A box tells why it can't be read, or what of it is missing.
+std::shared_ptr<clsProject> frmMain::readProject() {
+  const std::string& file = m_show.ProjectFileName;
   try {
-    read = readShow(readFile(m_show.ProjectFileName), DMXInputRecords::Leave);
+    const ShowRead read = readShow(readFile(file), DMXInputRecords::Leave);
+    if (!read.faults.empty()) {
+      std::string text = file + (read.project == nullptr ? " is no show.\n" : " is damaged.\n");
+      for (const FileFault& fault : read.faults) text += "\n" + describe(fault);
+      m_machine.boxes.show({.text = text, .icon = BoxIcon::Warning});
+    }
+    return read.project;
   } catch (const RunTimeError& error) {
     m_machine.boxes.show({.text = error.what(), .icon = BoxIcon::Critical});
-    return false;
+    return nullptr;
   }
-  if (read.project == nullptr || !read.faults.empty()) {
-    std::string text =
-        m_show.ProjectFileName + (read.project == nullptr ? " is no show.\n" : " is damaged.\n");
-    for (const FileFault& fault : read.faults) text += "\n" + describe(fault);
-    m_machine.boxes.show({.text = text, .icon = BoxIcon::Warning});
-  }
-  if (read.project == nullptr) return false;
-
-  m_machine.errors.steps([&] { CloseViews(); },
-                         [&] {
-                           if (m_show.Projects.count() > 0) m_show.Projects.Remove(m_show.Projects.count());
-                           m_show.Projects.add(read.project);
-                           m_show.CurrentProjectIndex = index;
-                           Window.Caption = std::string(Title) + " - " + read.project->ProjectName.str();
-                         },
-                         [&] {
-                           m_show.CurrentViewIndex = 0;
-                           for (int view = 1; view <= read.project->colViews().count(); ++view) {
-                             ++m_show.CurrentViewIndex;
-                             LoadDoc();
-                           }
-                         },
-                         [&] { m_windows.loadPlayers(); });
-  return true;
 }
 
 void frmMain::LoadDoc() {

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <array>
 #include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -47,7 +49,7 @@ class frmMain {
   static const std::array<Command, 8> Commands;
 
   QueueList& shownXY();
-  void endRepaints();
+  [[nodiscard]] std::shared_ptr<clsProject> readProject();
   void go();
   void stopFade();
   void nextStageCue();

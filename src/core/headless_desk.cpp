@@ -11,11 +11,9 @@ InterfaceDevice boxOfRehearsal() {
 
 }  // namespace
 
-HeadlessDesk::HeadlessDesk(Options options)
-    : desk(clock.clock(),
-           {.show = options.onBox, .post = [on = options.onBox](const Box& posted) { (void)on(posted); }},
-           wiring()),
-      m_options(std::move(options)) {
+HeadlessDesk::HeadlessDesk(const std::function<BoxAnswer(const Box&)>& onBox)
+    : desk(clock.clock(), {.show = onBox, .post = [onBox](const Box& posted) { (void)onBox(posted); }},
+           wiring()) {
   desk.machine.Sleep = [](Milliseconds) {};
   desk.machine.DoEvents = [] {};
 }
@@ -33,10 +31,8 @@ LightingDesk::Wiring HeadlessDesk::wiring() {
                   .showCuePanel = nothing,
                   .showStatus = nothing,
                   .startEffect = nothing},
-      .frame = {.setting =
-                    [this](const std::string& section, const std::string& key, const std::string& fallback) {
-                      return m_options.setting ? m_options.setting(section, key, fallback) : fallback;
-                    }},
+      .settingsFolder = {},
+      .applicationFolder = {},
       .dataFolder = {},
       .raisePriority = [] {},
       .openShow =
@@ -44,6 +40,7 @@ LightingDesk::Wiring HeadlessDesk::wiring() {
             desk.show.ProjectFileName = m_showFile;
             desk.frame.LoadProject(1);
           },
+      .quit = [] {},
   };
 }
 

@@ -13,16 +13,8 @@ namespace velgrove {
 /// rehearsal, tests and benchmarks. The waits of the start-up take no time, so that everything begins at 0.
 class HeadlessDesk {
  public:
-  struct Options {
-    std::function<BoxAnswer(const Box&)> onBox;  ///< the operator's answer to each box
-    /// A setting's text; without it all settings have their defaults, but for the electronic trigger, which
-    /// is on.
-    std::function<std::string(const std::string& section, const std::string& key,
-                              const std::string& fallback)>
-        setting;
-  };
-
-  explicit HeadlessDesk(Options options);
+  /// `onBox` is the operator's answer to each box.
+  explicit HeadlessDesk(const std::function<BoxAnswer(const Box&)>& onBox);
 
   HandClock clock;
   InterfaceBox box;
@@ -35,10 +27,8 @@ class HeadlessDesk {
   void runTo(std::int64_t ms) { clock.advanceTo(Milliseconds(ms), desk.machine.timers); }
 
  private:
-  [[nodiscard]] MessageBoxes answering() const;
   [[nodiscard]] LightingDesk::Wiring wiring();
 
-  Options m_options;
   std::string m_showFile;
 };
 

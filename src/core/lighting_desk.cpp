@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "controls/files.h"
+#include "model/registry_settings.h"
 #include "model/show_file.h"
 
 namespace velgrove {
@@ -12,33 +13,63 @@ using namespace std::chrono_literals;
 
 constexpr std::size_t RecentFilesUsed = 10;
 
+/// A file of a folder; none when there is no folder.
+std::filesystem::path fileIn(const std::filesystem::path& folder, const char* name) {
+  return folder.empty() ? std::filesystem::path() : folder / name;
+}
+
 }  // namespace
 
 LightingDesk::LightingDesk(Clock clock, MessageBoxes boxes, Wiring wiring)
     : machine(std::move(clock), std::move(boxes)),
+      store(fileIn(wiring.settingsFolder, "settings.toml")),
+      userStore(fileIn(wiring.settingsFolder, "user.toml")),
+      Settings(userStore, wiring.applicationFolder, "velgrove"),
       windows(show, machine, wiring.windows),
-      frame(show, machine, windows, wiring.frame),
-      m_wiring(std::move(wiring)) {}
+      frame(show, machine, windows,
+            {.setting = [this](const std::string& section, const std::string& key,
+                               const std::string& fallback) { return setting(section, key, fallback); }}),
+      m_wiring(std::move(wiring)) {
+  machine.timers.onUnhandled = [this](const RunTimeError&) { m_wiring.quit(); };
+}
+
+std::string LightingDesk::setting(const std::string& section, const std::string& key,
+                                  const std::string& fallback) const {
+  return GetStringSetting(store, "Velgrove", section, key, fallback);
+}
 
 void LightingDesk::Main() {
-  const auto inputMode = [this](const char* key) {
-    return toNumber(m_wiring.frame.setting("Project", key, "0")) != 0;
-  };
-  machine.errors.steps([&] { readRecentList(); }, [&] { show.DMXSubmasters = inputMode("DMXSubmasters"); },
-                       [&] { show.DMXDimmers = inputMode("DMXDimmers"); }, [&] { frame.MDIForm_Load(); },
-                       [&] { frame.Window.Visible = true; }, [&] { m_wiring.raisePriority(); },
-                       [&] {
-                         windows.Comm.Form_Load();
-                         windows.Comm.Window.Visible = true;
-                         windows.Comm.InitVelgrove();
-                       },
-                       [&] { machine.Sleep(1000ms); }, [&] { m_wiring.openShow(); });
+  const auto inputMode = [this](const char* key) { return toNumber(setting("Project", key, "0")) != 0; };
+  machine.errors.steps(
+      [&] {
+        if (store.message()) machine.boxes.show({.text = *store.message(), .icon = BoxIcon::Warning});
+      },
+      [&] { Settings.Init(); }, [&] { readRecentList(); },
+      [&] { show.DMXSubmasters = inputMode("DMXSubmasters"); },
+      [&] { show.DMXDimmers = inputMode("DMXDimmers"); }, [&] { frame.MDIForm_Load(); },
+      [&] { frame.Window.Visible = true; }, [&] { m_wiring.raisePriority(); },
+      [&] {
+        windows.Comm.Form_Load();
+        windows.Comm.Window.Visible = true;
+        windows.Comm.InitVelgrove();
+      },
+      [&] { machine.Sleep(1000ms); }, [&] { m_wiring.openShow(); });
   if (show.CurrentProjectIndex < 1) return;
   machine.errors.steps([&] { clearFixtures(); }, [&] { clearLevels(); });
 }
 
+void LightingDesk::act(const std::function<void()>& action) {
+  try {
+    action();
+  } catch (const RunTimeError&) {
+    m_wiring.quit();
+  }
+}
+
 void LightingDesk::clearFixtures() const {
-  for (const auto& fixture : windows.ActiveDocument->GetCurrentView()->colFixtures()) fixture->Level = 0;
+  if (windows.ActiveDocument == nullptr) throw RunTimeError(Fault::ObjectMissing, "no document is open");
+  const auto view = windows.ActiveDocument->GetCurrentView();
+  for (const auto& fixture : view->colFixtures()) fixture->Level = 0;
 }
 
 void LightingDesk::clearLevels() {
@@ -54,7 +85,7 @@ void LightingDesk::clearLevels() {
 
 void LightingDesk::readRecentList() {
   std::error_code missing;
-  if (!std::filesystem::exists(recentList(), missing)) return;
+  if (m_wiring.dataFolder.empty() || !std::filesystem::exists(recentList(), missing)) return;
   const std::string text = readFile(recentList());
   for (std::size_t at = 0; at < text.size();) {
     const std::size_t end = std::min(text.find('\n', at), text.size());
@@ -93,6 +124,7 @@ void LightingDesk::noteRecentFile() {
   if (old == listed) old = list.begin() + (RecentFilesUsed - 1);
   std::move_backward(list.begin(), old, old + 1);
   list.front() = show.ProjectFileName;
+  if (m_wiring.dataFolder.empty()) return;
 
   std::string text;
   for (std::size_t i = 0; i < RecentFilesUsed && !list[i].empty(); ++i) text += list[i] + "\r\n";
@@ -103,10 +135,8 @@ void LightingDesk::noteRecentFile() {
 
 void LightingDesk::ShutdownApp() {
   windows.Comm.SetDMXState(false);
-  for (const auto& document : windows.Documents) document->stopTimers();
   windows.unloadPlayers();
-  windows.Documents.clear();
-  windows.DocumentForm = windows.ActiveDocument = nullptr;
+  windows.closeDocuments();
   windows.Comm.CloseVelgrove();
 }
 

@@ -8,6 +8,8 @@
 #include "core/frm_main.h"
 #include "core/show_state.h"
 #include "core/windows.h"
+#include "model/setting.h"
+#include "model/settings_store.h"
 
 namespace velgrove {
 
@@ -16,10 +18,12 @@ class LightingDesk {
  public:
   struct Wiring {
     Windows::Wiring windows;
-    frmMain::Wiring frame;
-    std::filesystem::path dataFolder;     ///< where the recent list lies
-    std::function<void()> raisePriority;  ///< the light goes before all else on this machine
-    std::function<void()> openShow;       ///< the open dialog: leaves a show loaded or not
+    std::filesystem::path settingsFolder;  ///< empty: all settings have their defaults, and none is written
+    std::filesystem::path applicationFolder;  ///< of the executable
+    std::filesystem::path dataFolder;         ///< where the recent list lies; empty: there is none
+    std::function<void()> raisePriority;      ///< the light goes before all else on this machine
+    std::function<void()> openShow;           ///< the open dialog: leaves a show loaded or not
+    std::function<void()> quit;               ///< ends the program in good order: the operator chose Abort
   };
 
   LightingDesk(Clock clock, MessageBoxes boxes, Wiring wiring);
@@ -28,17 +32,24 @@ class LightingDesk {
 
   Machine machine;
   ShowState show;
+  SettingsStore store;  ///< what all of the desk's settings lie in
+  SettingsStore userStore;
+  CSetting Settings;
   Windows windows;
   frmMain frame;
 
   /// Start-up, once, top to bottom. Afterwards the desk lives in its timers and the operator's actions alone.
   void Main();
+  /// Runs an action of the operator. An error that nobody took ends the program.
+  void act(const std::function<void()>& action);
   /// Writes the show to ProjectFileName and brings it to the top of the recent list.
   void SaveAll();
   /// Stops all timers of the interface and the documents, and closes all windows.
   void ShutdownApp();
 
  private:
+  [[nodiscard]] std::string setting(const std::string& section, const std::string& key,
+                                    const std::string& fallback) const;
   void readRecentList();
   void noteRecentFile();
   void clearFixtures() const;

@@ -1,5 +1,7 @@
 #include "core/windows.h"
 
+#include <algorithm>
+
 namespace velgrove {
 namespace {
 
@@ -48,7 +50,14 @@ std::unique_ptr<QueueList> Windows::makePlayer(const PlayerTraits& traits) {
           .showStatus = m_wiring.showStatus});
 }
 
+template <class Window>
+void Windows::retire(std::unique_ptr<Window> window) {
+  if (!m_machine.timers.isRunning()) m_retired.clear();
+  m_retired.emplace_back(std::move(window));
+}
+
 void Windows::loadPlayers() {
+  unloadPlayers();
   for (auto [player, traits] : {std::pair(&ABQ, &AB), std::pair(&XYQ, &XY)}) {
     *player = makePlayer(*traits);
     (*player)->Form_Load();
@@ -57,8 +66,11 @@ void Windows::loadPlayers() {
 }
 
 void Windows::unloadPlayers() {
-  XYQ.reset();
-  ABQ.reset();
+  for (auto* player : {&XYQ, &ABQ}) {
+    if (*player == nullptr) continue;
+    (*player)->q_timer.setEnabled(false);
+    retire(std::move(*player));
+  }
 }
 
 void Windows::openDocument() {
@@ -70,25 +82,35 @@ void Windows::openDocument() {
 
 void Windows::closeDocument() {
   if (DocumentForm == nullptr) return;
-  std::erase_if(Documents, [this](const auto& each) { return each.get() == DocumentForm; });
+  DocumentForm->stopTimers();
+  const auto open = std::ranges::find(Documents, DocumentForm, &std::unique_ptr<frmDocument>::get);
+  retire(std::move(*open));
+  Documents.erase(open);
   if (ActiveDocument == DocumentForm) ActiveDocument = Documents.empty() ? nullptr : Documents.back().get();
   DocumentForm = nullptr;
+}
+
+void Windows::closeDocuments() {
+  while (!Documents.empty()) {
+    DocumentForm = Documents.back().get();
+    closeDocument();
+  }
+}
+
+void Windows::endRepaints() {
+  for (QueueList* player : {&abPlayer(), &xyPlayer()}) player->endRepaint();
 }
 
 /// The box's trigger is a hardware Go of XY; AB is never started from there.
 void Windows::goByTrigger() {
   QueueList& player = xyPlayer();
-  m_show.GoFromInput = true;
+  const GoFromOutside outside(m_show);
   if (!player.Window.Visible) {
     player.Window.Visible = true;
     player.Window.WindowState = WindowState::Minimised;
   }
   player.cmdGoForward_Click();
-  for (QueueList* each : {&player, &abPlayer()}) {
-    each->State.ListRepainting = false;
-    each->State.ListRepaintDone = true;
-  }
-  m_show.GoFromInput = false;
+  endRepaints();
 }
 
 }  // namespace velgrove

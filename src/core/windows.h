@@ -12,6 +12,18 @@
 
 namespace velgrove {
 
+/// Marks a Go that comes from the frame's tools or the interface's trigger.
+class GoFromOutside {
+ public:
+  explicit GoFromOutside(ShowState& show) : m_show(show) { m_show.GoFromInput = true; }
+  ~GoFromOutside() { m_show.GoFromInput = false; }
+  GoFromOutside(const GoFromOutside&) = delete;
+  GoFromOutside& operator=(const GoFromOutside&) = delete;
+
+ private:
+  ShowState& m_show;
+};
+
 /// The windows of a desk and the ties between them. Players and documents come and go with the show; the
 /// interface's window stays.
 class Windows {
@@ -42,8 +54,12 @@ class Windows {
   void unloadPlayers();  ///< their fades stop; the level arrays stay as they are
   void openDocument();
   void closeDocument();  ///< the one opened last
+  void closeDocuments();
+  void endRepaints();  ///< of both players: a window that may not paint now isn't waited for
 
  private:
+  template <class Window>
+  void retire(std::unique_ptr<Window> window);
   static VelgroveComm::Wiring withTriggerGo(VelgroveComm::Wiring wiring, std::function<void()> go);
   [[nodiscard]] std::unique_ptr<QueueList> makePlayer(const PlayerTraits& traits);
   [[nodiscard]] std::shared_ptr<clsView> currentView() const;
@@ -53,6 +69,8 @@ class Windows {
   Machine& m_machine;
   Wiring m_wiring;
   CueLinks m_links;
+  /// Closed windows whose handlers may still stand in an open box.
+  std::vector<std::shared_ptr<void>> m_retired;
 };
 
 }  // namespace velgrove

@@ -50,7 +50,7 @@ void mergeLevels(ShowState& state) {
   if (count < channels)
     throw RunTimeError(Fault::Overflow,
                        "the players' level of channel " + std::to_string(count + 1) + " is no byte");
-  if (wanted > channels) throw RunTimeError(Fault::Subscript, "there is no channel 513");
+  if (wanted > channels) (void)channelIndex(ChannelCount + 1);
 }
 
 }  // namespace velgrove

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <limits>
 
 #include "dmx/wire.h"
 
@@ -18,6 +19,7 @@ constexpr Milliseconds SettleTime = 1000ms;  // the bridge chip's driver comes u
 constexpr Milliseconds AnswerTime = 100ms;
 constexpr Milliseconds AnswerTimeOfSilentBox = 20ms;
 constexpr Milliseconds VersionTime = 1000ms;
+constexpr Milliseconds BetweenLooks = 10ms;
 constexpr Milliseconds TurnRoundTime = 10ms;
 
 constexpr std::size_t ReceiveBuffer = 615;
@@ -27,6 +29,12 @@ constexpr Colour Red = 0x0000FF;
 constexpr Colour Green = 0x00FF00;
 
 constexpr const char* Crlf = "\r\n";
+
+/// The digits at the end of a port's name, for the eye alone; 0 for more than a port number holds.
+std::int16_t shownNumber(const std::string& path) {
+  const int number = portNumber(path);
+  return number <= std::numeric_limits<std::int16_t>::max() ? narrow<std::int16_t>(number) : std::int16_t{0};
+}
 
 }  // namespace
 
@@ -57,46 +65,57 @@ void VelgroveComm::show(const std::string& version) {
 }
 
 std::int16_t VelgroveComm::InitVelgrove() {
-  m_machine.errors.run([&] { bringUp(); });
-  return 0;
-}
-
-void VelgroveComm::bringUp() {
-  show("Initializing USB interface");
-  EnumDevices();
-  LinkState = Link::Down;
-  m_machine.Sleep(SettleTime);
-
-  show("starting virtual comport");
-  const std::string found = initCP210x();
-  ProgressBar1.Value = 50;
+  auto& errors = m_machine.errors;
+  std::string found;
+  errors.steps(
+      [&] {
+        show("Initializing USB interface");
+        EnumDevices();
+        LinkState = Link::Down;
+      },
+      [&] { m_machine.Sleep(SettleTime); },
+      [&] {
+        show("starting virtual comport");
+        found = initCP210x();
+        ProgressBar1.Value = 50;
+      });
   constexpr std::size_t LongestWithoutDevice = 5;
   if (found.size() <= LongestWithoutDevice) {
     show("USB Virtual Comm - NOT FOUND");
-    return;
+    return 0;
   }
-  m_machine.Sleep(SettleTime);
+  errors.steps([&] { m_machine.Sleep(SettleTime); },
+               [&] {
+                 ProgressBar1.Value = 75;
+                 show("VC initialized, staring DMX");
+                 LinkState = OpenComm() == 0 ? Link::Up : Link::FoundOpen;
+               },
+               [&] { m_machine.Sleep(SettleTime); });
+  bool opened = false;
+  errors.run([&] { opened = showVersion(); });
+  if (!opened) return 0;
+  ProgressBar1.Value = 100;
+  ProgressBar1.BarColour = Green;
+  errors.steps([&] { m_machine.Sleep(SettleTime); },
+               [&] {
+                 show("DMX TX/RX");
+                 SetDMXState(true);
+               });
+  return 0;
+}
 
-  ProgressBar1.Value = 75;
-  show("VC initialized, staring DMX");
-  LinkState = OpenComm() == 0 ? Link::Up : Link::FoundOpen;
-  m_machine.Sleep(SettleTime);
-
+/// The port opens on the way. When it doesn't, the desk goes on without output and the window says why.
+bool VelgroveComm::showVersion() {
   show("Getting Version");
   try {
     show(GetVGVersion());
+    return true;
   } catch (const RunTimeError& error) {
     if (error.fault() != Fault::Device) throw;
     LinkState = Link::Down;
     show(error.what());
-    return;
+    return false;
   }
-  ProgressBar1.Value = 100;
-  ProgressBar1.BarColour = Green;
-  m_machine.Sleep(SettleTime);
-
-  show("DMX TX/RX");
-  SetDMXState(true);
 }
 
 void VelgroveComm::EnumDevices() {
@@ -111,7 +130,7 @@ std::string VelgroveComm::initCP210x() {
     text += "           Serial Num=" + device.serial + Crlf;
     m_device = device;
     VelgroveCom.Path = device.path;
-    PortNumber = narrow<std::int16_t>(portNumber(device.path));
+    PortNumber = shownNumber(device.path);
     text += "This device is on COM Port: " + std::to_string(PortNumber) + Crlf;
   }
   return text + Crlf + Crlf;
@@ -142,7 +161,7 @@ std::string VelgroveComm::GetVGVersion() {
     } else if (now - lastByte >= VersionTime) {
       break;
     } else {
-      VelgroveCom.wait(TurnRoundTime);
+      VelgroveCom.wait(BetweenLooks);
     }
   }
   return answer;
@@ -158,10 +177,10 @@ void VelgroveComm::SetDMX() {
     VelgroveCom.open();
     m_machine.boxes.show({.text = "debug: port not open"});
   });
-  if (LinkState != Link::Up) return;
-  m_machine.errors.run([&] { VelgroveCom.Output(wire::FrameHead); });
+  if (!VelgroveCom.PortOpen() || LinkState != Link::Up) return;
   m_machine.errors.run([&] { rewriteOnes(); });
   m_machine.errors.run([&] {
+    VelgroveCom.Output(wire::FrameHead);
     VelgroveCom.Output(m_show.DMXOutput);
     noteDelivery(VelgroveCom.send());
     TxToggle = !TxToggle;
@@ -175,7 +194,7 @@ void VelgroveComm::rewriteOnes() {
     auto& level = m_show.DMXOutput[static_cast<std::size_t>(i)];
     level = static_cast<std::uint8_t>(level + (level == 1 ? 1 : 0));
   }
-  if (m_show.NumChannels > ChannelCount) throw RunTimeError(Fault::Subscript, "there is no channel 513");
+  if (m_show.NumChannels > ChannelCount) (void)channelIndex(ChannelCount + 1);
 }
 
 void VelgroveComm::noteDelivery(SerialPort::Delivery delivery) {

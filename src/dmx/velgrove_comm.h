@@ -85,7 +85,7 @@ class VelgroveComm {
 
  private:
   void show(const std::string& version);
-  void bringUp();
+  [[nodiscard]] bool showVersion();
   void rewriteOnes();
   void noteDelivery(SerialPort::Delivery delivery);
   void setCondition(const char* words);

@@ -102,7 +102,7 @@ class clsView {
   std::int16_t NumberOfFixtures = 0;    ///< recounted by Save
   std::int16_t NumberOfSubMasters = 0;  ///< recounted by Save
 
-  /// Known to be defective and therefore not for use: writes the count into `ViewName` and answers 0. Ask
+  /// Not for use: writes the count into `ViewName` and answers 0. Ask
   /// `colZooms().count()`.
   std::int16_t NumberOfZooms();
   void setNumberOfZooms(std::int16_t zooms) { m_numberOfZooms = zooms; }

@@ -75,7 +75,7 @@ void DoScale(const QueuePlayerState& state, std::array<std::int16_t, ChannelCoun
     }
     levels[at] = static_cast<std::int16_t>(out);
   }
-  if (channels > ChannelCount) throw RunTimeError(Fault::Subscript, "there is no channel 513");
+  if (channels > ChannelCount) (void)channelIndex(ChannelCount + 1);
 }
 
 }  // namespace velgrove

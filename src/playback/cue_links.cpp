@@ -25,11 +25,9 @@ class Depth {
 
 void CueLinks::SimultaneousStart(const std::string& list, const std::string& number) {
   if (list == "None" || number == "None") return;
-  m_errors.run([&] {
-    if (list == "AB") startAB(number);
-    if (list == "XY") startXY(number);
-    if (list == "EF") m_wiring.startEffect(number);
-  });
+  if (list == "AB") startAB(number);
+  if (list == "XY") startXY(number);
+  if (list == "EF") m_wiring.startEffect(number);
   m_show.XYEndsManualClear = true;
   m_show.ABEndsManualClear = false;
 }
@@ -55,10 +53,7 @@ void CueLinks::startAB(const std::string& number) {
   m_show.ClearManual = true;
   goTo(player, number);
   if (m_show.GoFromInput) player.Window.WindowState = WindowState::Minimised;
-  if (player.Window.WindowState == WindowState::Minimised) {
-    player.State.ListRepainting = false;
-    player.State.ListRepaintDone = true;
-  }
+  if (player.Window.WindowState == WindowState::Minimised) player.endRepaint();
 }
 
 void CueLinks::startXY(const std::string& number) {

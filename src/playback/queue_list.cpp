@@ -50,6 +50,12 @@ std::shared_ptr<clsQueueEntry> QueueList::entryByKey(float number) {
   throw RunTimeError(Fault::ObjectMissing, "no cue " + formatCueNumber(number));
 }
 
+std::shared_ptr<clsQueueEntry> QueueList::entryByNumber(float number) {
+  for (const auto& entry : entries())
+    if (entry->EntryNum == number) return entry;
+  throw RunTimeError(Fault::ObjectMissing, "no cue " + formatCueNumber(number));
+}
+
 std::shared_ptr<clsQueueEntry> QueueList::searchRow(int row) {
   const int player = m_traits.Mark - 1;
   auto entry = search(entries(), numberOfRow(row), player, m_machine.boxes);

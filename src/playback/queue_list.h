@@ -85,7 +85,8 @@ class QueueList {
   void cmdGoResume_Click();
   void cmdForward_Click();
   void cmdGoReverse_Click();
-  void SetActionButtons(bool go, bool, bool, bool stop, bool, bool);
+  /// Go can always be pressed: its colour tells whether it starts something new.
+  void SetActionButtons(bool go, bool stop);
   void AdvanceQueues();
   void ProcessPause();
 
@@ -112,6 +113,7 @@ class QueueList {
   // Rows
   void FillList();
   void UpdateListView();
+  void endRepaint();  ///< a window that may not paint now isn't waited for
   void UpdateHeader(const std::string& panel, int row);
   void UpdateCueInfo();
   void selectchange();
@@ -121,7 +123,6 @@ class QueueList {
   /// Compares two rows by the numbers in their first columns: -1, 0 or 1.
   [[nodiscard]] static int CompareValues(const ListView::Row& a, const ListView::Row& b);
 
-  [[nodiscard]] const PlayerTraits& traits() const { return m_traits; }
   [[nodiscard]] std::array<std::int16_t, ChannelCount>& levels() { return m_show.*m_traits.Levels; }
 
  private:
@@ -133,9 +134,11 @@ class QueueList {
   void setModeColours();
   void returnToStageCue(const std::string& panel);
   void jumpToStageCue();
-  void goToPointer(int row);
-  void stopFadeAtEnd();
+  void movePointer(int row);
+  void endFade();
+  void startTimer(bool reverse);
   void takeTimes(const clsQueueEntry& entry);
+  void showOnStage(int row, bool yields);
   void showBlind(int row);
   void takeLoopStep();
 
@@ -143,7 +146,9 @@ class QueueList {
   [[nodiscard]] colQueueEntries& entries();
   /// The cue of a row, by its number and this player's mark; Fault::ObjectMissing when there is none.
   [[nodiscard]] std::shared_ptr<clsQueueEntry> entryByKey(float number);
-  /// The same by `search`, with its box and its last cue looked at.
+  /// The first cue of that number, whoever owns it; Fault::ObjectMissing when there is none.
+  [[nodiscard]] std::shared_ptr<clsQueueEntry> entryByNumber(float number);
+  /// The cue of a row by `search`, with its box and its last cue looked at.
   [[nodiscard]] std::shared_ptr<clsQueueEntry> searchRow(int row);
   [[nodiscard]] float numberOfRow(int row) const { return toCueNumber(ListView2.text(row)); }
 
@@ -160,7 +165,14 @@ class QueueList {
 
 template <class Work>
 void QueueList::forEachFixture(Work&& work) {
-  for (const auto& fixture : m_wiring.GetCurrentView()->colFixtures()) m_errors.run([&] { work(*fixture); });
+  std::shared_ptr<clsView> view;
+  m_errors.run([&] { view = m_wiring.GetCurrentView(); });
+  if (view == nullptr) return;
+  // By position: an open box lets other handlers change the plot.
+  for (int position = 1; position <= view->colFixtures().count(); ++position) {
+    const auto fixture = view->colFixtures().item(position);
+    m_errors.run([&] { work(*fixture); });
+  }
 }
 
 }  // namespace velgrove

@@ -16,7 +16,7 @@ void QueueList::cmdGoForward_Click() {
   }
   if (!cmdGoForward.Enabled) return;
 
-  if (m_traits.GoColoursButtons) SetActionButtons(false, false, false, true, true, true);
+  if (m_traits.GoColoursButtons) SetActionButtons(false, true);
   m_errors.steps([&] { takeTimes(*searchRow(State.StageCue)); },
                  [&] {
                    const auto next = searchRow(State.NextCue);
@@ -33,11 +33,15 @@ void QueueList::cmdGoForward_Click() {
   m_show.ClearManual = true;
   m_errors.run([&] { buildTimeline(State, m_machine.timeGetTime()); });
   SetupCrossFade();
+  startTimer(false);
+  AttachPointerToStageCue();
+}
+
+void QueueList::startTimer(bool reverse) {
   State.Paused = false;
-  State.Reverse = false;
+  State.Reverse = reverse;
   State.Fading = true;
   q_timer.setEnabled(true);
-  AttachPointerToStageCue();
 }
 
 void QueueList::takeTimes(const clsQueueEntry& entry) {
@@ -47,14 +51,14 @@ void QueueList::takeTimes(const clsQueueEntry& entry) {
 }
 
 void QueueList::cmdStop_Click() {
-  SetActionButtons(true, true, true, false, true, true);
+  SetActionButtons(true, false);
   State.Fading = false;
   q_timer.setEnabled(false);
   State.Paused = true;
 }
 
 void QueueList::cmdGoResume_Click() {
-  SetActionButtons(false, false, false, true, true, true);
+  SetActionButtons(false, true);
   if (State.Reverse)
     cmdGoReverse_Click();
   else
@@ -63,7 +67,7 @@ void QueueList::cmdGoResume_Click() {
 
 /// Slides the whole timeline so that the down ramp goes on where it stopped; the up ramp follows from that.
 void QueueList::cmdForward_Click() {
-  SetActionButtons(false, false, false, true, true, true);
+  SetActionButtons(false, true);
   const std::int32_t now = m_machine.timeGetTime();
   m_errors.steps(
       [&] {
@@ -83,11 +87,8 @@ void QueueList::cmdForward_Click() {
         State.UpSpan = narrow<std::int32_t>(std::int64_t{State.UpEndTime} - State.UpStartTime);
         State.FadeEndTime = State.UpEndTime;
       });
-  State.Paused = false;
-  State.Reverse = false;
-  State.Fading = true;
   State.FadeStartTime = m_machine.timeGetTime();
-  q_timer.setEnabled(true);
+  startTimer(false);
 }
 
 /// The resume of a fade that runs back. Its times are taken as they stand, in seconds on a timeline of
@@ -104,15 +105,11 @@ void QueueList::cmdGoReverse_Click() {
         State.UpSpan = roundTo<std::int32_t>(State.FadeUp);
         State.FadeEndTime = State.UpEndTime;
       });
-  State.Paused = false;
-  State.Reverse = true;
-  State.Fading = true;
   State.FadeStartTime = m_machine.timeGetTime();
-  q_timer.setEnabled(true);
+  startTimer(true);
 }
 
-/// Go can always be pressed; only its colour tells whether a fade runs.
-void QueueList::SetActionButtons(bool go, bool, bool, bool stop, bool, bool) {
+void QueueList::SetActionButtons(bool go, bool stop) {
   cmdGoForward.Enabled = true;
   cmdStop.Enabled = stop;
   cmdGoForward.BackColour = go ? BrightGreen : Grey;
@@ -126,7 +123,7 @@ void QueueList::q_timer_Timer() {
     bool goesOn = false;
     m_errors.run([&] { goesOn = ProcessLoop(); });
     if (!goesOn) {
-      stopFadeAtEnd();
+      endFade();
       return;
     }
   }
@@ -137,7 +134,7 @@ void QueueList::q_timer_Timer() {
   });
 }
 
-void QueueList::stopFadeAtEnd() {
+void QueueList::endFade() {
   State.Fading = false;
   q_timer.setEnabled(false);
   if (State.Paused) {
@@ -149,7 +146,7 @@ void QueueList::stopFadeAtEnd() {
       State.LoopSkipAdvance = false;
     else
       AdvanceQueues();
-    if (m_traits.FadeEndColoursButtons) SetActionButtons(true, true, false, false, true, true);
+    if (m_traits.FadeEndColoursButtons) SetActionButtons(true, false);
   }
   UpdateListView();
 }

@@ -1,8 +1,6 @@
 // How the cues of a player become levels: the two looks of a crossfade, a look shown at once, and loop
 // passes.
 
-#include <algorithm>
-
 #include "playback/crossfade.h"
 #include "playback/queue_list.h"
 
@@ -14,55 +12,50 @@ void QueueList::SetupCrossFade() {
   std::shared_ptr<clsQueueEntry> stage;
   std::shared_ptr<clsQueueEntry> next;
   m_errors.steps([&] { stage = entryByKey(numberOfRow(State.StageCue)); },
-                 [&] { next = entryByKey(numberOfRow(State.NextCue)); },
-                 [&] {
-                   State.NextLookLevel = 0;
-                   State.CurrentLookLevel = 0;
-                   State.CurrentLook.fill(0);
-                   State.NextLook.fill(0);
-                 },
-                 [&] {
-                   forEachFixture([&](const clsFixture& fixture) {
-                     const auto at = channelIndex(fixture.Channel);
-                     if (stage != nullptr) State.CurrentLook[at] = stage->Values[at];
-                     if (next != nullptr) State.NextLook[at] = next->Values[at];
-                   });
-                 });
+                 [&] { next = entryByKey(numberOfRow(State.NextCue)); });
+  State.NextLookLevel = 0;
+  State.CurrentLookLevel = 0;
+  State.CurrentLook.fill(0);
+  State.NextLook.fill(0);
+  forEachFixture([&](const clsFixture& fixture) {
+    const auto at = channelIndex(fixture.Channel);
+    if (stage != nullptr) State.CurrentLook[at] = stage->Values[at];
+    if (next != nullptr) State.NextLook[at] = next->Values[at];
+  });
 }
 
 void QueueList::ShowFixtureLevelsForSelectedCue(int row, const std::string& mode) {
-  if (mode == "blind") {
-    showBlind(row);
-    return;
-  }
-  const bool yields = mode == "changecue";
-  if (!yields && mode != "live" && !mode.empty()) return;
-  m_errors.run([&] {
-    const auto entry = searchRow(row);
-    levels().fill(0);
-    const auto& others = m_show.*m_traits.OtherLevels;
-    forEachFixture([&](clsFixture& fixture) {
-      const auto at = channelIndex(fixture.Channel);
-      if (yields && entry->Values[at] < others[at]) return;
-      fixture.Level = entry->Values[at];
-      levels()[at] = fixture.Level;
-    });
+  if (mode == "blind") showBlind(row);
+  if (mode == "live" || mode.empty()) showOnStage(row, false);
+  if (mode == "changecue") showOnStage(row, true);
+}
+
+/// A look that comes at once. A cue that isn't found leaves the stage dark.
+void QueueList::showOnStage(int row, bool yields) {
+  std::shared_ptr<clsQueueEntry> entry;
+  m_errors.run([&] { entry = searchRow(row); });
+  levels().fill(0);
+  if (entry == nullptr) return;
+  const auto& others = m_show.*m_traits.OtherLevels;
+  forEachFixture([&](clsFixture& fixture) {
+    const auto at = channelIndex(fixture.Channel);
+    if (yields && entry->Values[at] < others[at]) return;
+    fixture.Level = entry->Values[at];
+    levels()[at] = fixture.Level;
+    m_show.ProjectDirty = true;
   });
 }
 
 /// A look that only the plot shows. The cue is taken by its number alone, whoever owns it.
 void QueueList::showBlind(int row) {
   if (m_traits.BlindCallSetsMode) m_show.BlindOn = true;
-  m_errors.run([&] {
-    const float number = numberOfRow(row);
-    const auto entry =
-        std::ranges::find_if(entries(), [&](const auto& each) { return each->EntryNum == number; });
-    if (entry == entries().end())
-      throw RunTimeError(Fault::ObjectMissing, "no cue " + formatCueNumber(number));
-    forEachFixture([&](const clsFixture& fixture) {
-      const auto at = channelIndex(fixture.Channel);
-      m_show.BlindLevels[at] = (*entry)->Values[at];
-    });
+  std::shared_ptr<clsQueueEntry> entry;
+  m_errors.run([&] { entry = entryByNumber(numberOfRow(row)); });
+  if (entry == nullptr) return;
+  forEachFixture([&](const clsFixture& fixture) {
+    const auto at = channelIndex(fixture.Channel);
+    m_show.BlindLevels[at] = entry->Values[at];
+    m_show.ProjectDirty = true;
   });
 }
 

@@ -28,12 +28,10 @@ void QueueList::cmdAdvanceStageCue_Click() {
       },
       [&] { jumpToStageCue(); },
       [&] {
-        if (m_traits.MinimisedSkipsRedraw && Window.WindowState == WindowState::Minimised) {
-          State.ListRepainting = false;
-          State.ListRepaintDone = true;
-        } else {
+        if (m_traits.MinimisedSkipsRedraw && Window.WindowState == WindowState::Minimised)
+          endRepaint();
+        else
           UpdateListView();
-        }
         updateMarkHeaders();
       });
 }
@@ -91,12 +89,12 @@ void QueueList::jumpToStageCue() {
   if (m_traits.StageButtonsAttach)
     AttachPointerToStageCue();
   else
-    goToPointer(State.StageCue);
+    movePointer(State.StageCue);
   ShowFixtureLevelsForSelectedCue(State.StageCue, "live");
 }
 
 /// Moves the pointer and its icon to a row; all other icons stay.
-void QueueList::goToPointer(int row) {
+void QueueList::movePointer(int row) {
   m_errors.steps([&] { ListView2.row(State.PointerCue).SmallIcon = 0; },
                  [&] { ListView2.row(row).SmallIcon = PointerIcon; },
                  [&] { State.PointerCue = narrow<std::int16_t>(row); });
@@ -166,7 +164,7 @@ void QueueList::cmdBlindView_Click() {
 void QueueList::returnToStageCue(const std::string& panel) {
   setModeColours();
   m_wiring.showStatus("Returning to Stage Cue");
-  m_errors.steps([&] { goToPointer(State.StageCue); }, [&] { ListView2.redraw(); },
+  m_errors.steps([&] { movePointer(State.StageCue); }, [&] { ListView2.redraw(); },
                  [&] { ShowFixtureLevelsForSelectedCue(State.StageCue, "live"); });
   UpdateHeader(panel, State.PointerCue);
 }

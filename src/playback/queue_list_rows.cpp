@@ -79,6 +79,11 @@ void QueueList::UpdateListView() {
   ListView2.redraw();
 }
 
+void QueueList::endRepaint() {
+  State.ListRepainting = false;
+  State.ListRepaintDone = true;
+}
+
 void QueueList::UpdateHeader(const std::string& panel, int row) {
   m_errors.run([&] {
     if ((row == -1 && panel != "Next") || (row == 0 && panel != "Stage")) return;
@@ -131,13 +136,13 @@ void QueueList::selectchange() {
 }
 
 void QueueList::AttachPointerToStageCue() {
-  m_errors.run([&] {
-    for (ListView::Row& row : ListView2.rows())
-      if (!m_traits.AttachKeepsLoopMarks || row.SmallIcon == PointerIcon) row.SmallIcon = 0;
-    ListView2.row(State.StageCue).SmallIcon = PointerIcon;
-    State.PointerCue = State.StageCue;
-    ListView2.redraw();
-  });
+  m_errors.steps(
+      [&] {
+        for (ListView::Row& row : ListView2.rows())
+          if (!m_traits.AttachKeepsLoopMarks || row.SmallIcon == PointerIcon) row.SmallIcon = 0;
+      },
+      [&] { ListView2.row(State.StageCue).SmallIcon = PointerIcon; },
+      [&] { State.PointerCue = State.StageCue; }, [&] { ListView2.redraw(); });
 }
 
 void QueueList::ListView2_MouseUp(int row) {

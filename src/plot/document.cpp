@@ -36,7 +36,7 @@ void frmDocument::Form_Load() {
         auto zoom = std::make_shared<clsZooms>();
         zoom->tp = 1000;
         zoom->rt = 1000;
-        m_activeView->colZooms().add(std::move(zoom));
+        GetCurrentView()->colZooms().add(std::move(zoom));
       },
       [&] { SetViewFixtures(); }, [&] { m_show.LevelTextSource = 0; },
       [&] {
@@ -45,13 +45,19 @@ void frmDocument::Form_Load() {
       });
 }
 
+std::shared_ptr<clsView> frmDocument::GetCurrentView() const {
+  if (m_activeView == nullptr) throw RunTimeError(Fault::ObjectMissing, "the document shows no view");
+  return m_activeView;
+}
+
 void frmDocument::stopTimers() {
   for (Timer* timer : {&TallyInputs, &SubsInput, &UpdateDisplay}) timer->setEnabled(false);
 }
 
 /// A view that was never opened has no submasters yet.
 void frmDocument::makeSubMasters() {
-  auto& subMasters = m_activeView->colSubMasters();
+  const auto view = GetCurrentView();
+  auto& subMasters = view->colSubMasters();
   if (subMasters.count() > 0) return;
   for (int index = 0; index < ShowState::SubMasterCount; ++index) {
     auto subMaster = std::make_shared<clsSubMaster>();
@@ -62,9 +68,11 @@ void frmDocument::makeSubMasters() {
 }
 
 void frmDocument::SetViewFixtures() {
-  for (const auto& fixture : m_activeView->colFixtures()) {
+  const auto view = GetCurrentView();
+  for (const auto& fixture : view->colFixtures()) {
     m_show.SelectedFixtureType = fixture->IconShape;
     LastChannel = std::max(LastChannel, fixture->Channel);
+    m_show.ProjectDirty = true;
   }
 }
 
@@ -73,7 +81,11 @@ void frmDocument::TallyInputs_Timer() {
 }
 
 void frmDocument::UpdateDisplay_Timer() {
-  for (const auto& fixture : m_activeView->colFixtures()) {
+  std::shared_ptr<clsView> view;
+  m_errors.run([&] { view = GetCurrentView(); });
+  if (view == nullptr) return;
+  for (int position = 1; position <= view->colFixtures().count(); ++position) {
+    const auto fixture = view->colFixtures().item(position);
     m_errors.run([&] {
       const auto at = channelIndex(fixture->Channel);
       fixture->Level = m_show.DMXOutput[at];

@@ -32,7 +32,8 @@ class frmDocument {
   void Form_Load();
   void stopTimers();
 
-  [[nodiscard]] const std::shared_ptr<clsView>& GetCurrentView() const { return m_activeView; }
+  /// Fault::ObjectMissing when the window found none to show.
+  [[nodiscard]] std::shared_ptr<clsView> GetCurrentView() const;
 
   void TallyInputs_Timer();
   void UpdateDisplay_Timer();

@@ -6,31 +6,20 @@ import os
 import select
 import shutil
 import signal
-import subprocess
-import sys
 import tempfile
 import termios
 import time
 import tty
 import unittest
 
-PROGRAM = sys.argv.pop(1)
+from programs import NOBODY, program
+from virtual_box import PATIENCE, Box, eventually
+
 FRAME_HEAD = bytes([1, 2, 0, 0])
 READ_LEVELS = bytes([1, 2, 3, 1, 4, 2, 1])
 READ_VERSION = bytes([1, 255, 1, 255])
 POLL = bytes([1, 10])
-NOBODY = 65534
-PATIENCE = 5.0  # seconds until something that must come counts as missing
 SILENCE = 0.15  # seconds without a byte that count as no answer
-
-
-def eventually(condition):
-    end = time.monotonic() + PATIENCE
-    while time.monotonic() < end:
-        if condition():
-            return True
-        time.sleep(0.005)
-    return False
 
 
 class Desk:
@@ -61,40 +50,6 @@ class Desk:
     def ask(self, command, count):
         self.send(command)
         return self.receive(count)
-
-
-class Box:
-    def __init__(self, runtime, *arguments, program=PROGRAM, **identity):
-        self.folder = os.path.join(runtime, "velgrove", "boxes")
-        self.process = subprocess.Popen(
-            [program, *arguments], env=dict(os.environ, XDG_RUNTIME_DIR=runtime), stdin=subprocess.PIPE,
-            stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True, bufsize=1, **identity)
-
-    def started(self):
-        line = self.process.stdout.readline()
-        assert line.startswith("plugged in: "), line + self.process.stderr.readline()
-        return self
-
-    def command(self, line):
-        self.process.stdin.write(line + "\n")
-
-    def obeyed(self):
-        """Waits until all commands so far are carried out: complaints come in order."""
-        self.command("no-such-command")
-        line = self.process.stderr.readline()
-        assert "no-such-command" in line, line
-
-    def link(self, name="box"):
-        return os.path.join(self.folder, name)
-
-    def end(self, how=signal.SIGTERM):
-        if self.process.poll() is None:
-            self.process.send_signal(how)
-        return self.end_by_itself()
-
-    def end_by_itself(self):
-        output, complaints = self.process.communicate(timeout=PATIENCE)
-        return self.process.returncode, output, complaints
 
 
 class VirtualBox(unittest.TestCase):
@@ -256,8 +211,8 @@ class VirtualBox(unittest.TestCase):
         if os.geteuid() != 0:
             return self.start()
         os.chown(self.runtime, NOBODY, NOBODY)
-        program = shutil.copy(PROGRAM, self.runtime)
-        box = Box(self.runtime, "--quiet", program=program, user=NOBODY, group=NOBODY, extra_groups=[]).started()
+        copy = shutil.copy(program("velgrove-box"), self.runtime)
+        box = Box(self.runtime, "--quiet", copy=copy, user=NOBODY, group=NOBODY, extra_groups=[]).started()
         self.addCleanup(lambda: box.process.poll() is None and box.end(signal.SIGKILL))
         return box
 

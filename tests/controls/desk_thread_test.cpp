@@ -18,13 +18,6 @@ struct House {
   Desk desk;
   TimerSet timers{steadyClock()};
   DeskThread thread{desk, timers};
-
-  ~House() { end(); }
-  /// Before anything goes that the thread's timers use.
-  void end() {
-    desk.close();
-    thread.join();
-  }
 };
 
 TEST(DeskThread, RunsTimersAndTheFacesActionsOneAtATime) {
@@ -49,7 +42,7 @@ TEST(DeskThread, RunsTimersAndTheFacesActionsOneAtATime) {
     alone();
     enough = ticks >= 20;
   }
-  house.end();
+  house.thread.join();
 }
 
 TEST(DeskThread, AWaitInsideAHandlerRunsTheOtherTimersNested) {
@@ -78,7 +71,7 @@ TEST(DeskThread, AWaitInsideAHandlerRunsTheOtherTimersNested) {
     done = answered && !waiting;
     EXPECT_LE(entered, 1);
   }
-  house.end();
+  house.thread.join();
 }
 
 TEST(DeskThread, ASleeperKeepsTheTurnButLetsTheFaceCopy) {
@@ -132,7 +125,7 @@ TEST(DeskThread, ClosingEndsEveryWaitAndIsNoRunTimeError) {
     timer->setEnabled(true);
   });
   while (!nested) std::this_thread::yield();
-  house.end();
+  house.thread.join();
   EXPECT_TRUE(unwound);
   timer.reset();
 }
@@ -141,6 +134,18 @@ TEST(DeskThread, PassesOnWhatItsSetUpThrew) {
   House house;
   house.thread.start([] { throw RunTimeError(Fault::File, "no show"); });
   EXPECT_THROW(house.thread.join(), RunTimeError);
+  EXPECT_TRUE(house.thread.ended());
+}
+
+TEST(DeskThread, ASleepEndsWhenTheDeskCloses) {
+  House house;
+  std::atomic<bool> asleep = false;
+  house.thread.start([&] {
+    asleep = true;
+    house.desk.sleep(24h);
+  });
+  while (!asleep) std::this_thread::yield();
+  house.thread.join();
 }
 
 TEST(DeskThread, AnActionOfTheFaceThatSetsATimerWakesIt) {
@@ -155,7 +160,7 @@ TEST(DeskThread, AnActionOfTheFaceThatSetsATimerWakesIt) {
     timer.setEnabled(true);
   }
   while (!ticked) std::this_thread::yield();
-  house.end();
+  house.thread.join();
 }
 
 }  // namespace

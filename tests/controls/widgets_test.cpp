@@ -78,6 +78,10 @@ TEST(ListView, KeepsRowsInOrderAndFindsThemByTheirWholeText) {
   EXPECT_THROW(list.add(6, "x"), RunTimeError);
   EXPECT_THROW((void)list.row(0), RunTimeError);
   list.select(2);
+  list.add(1, "0.00");
+  EXPECT_EQ(list.selected(), 3) << "the row, not the place";
+  list.remove(1);
+  EXPECT_EQ(list.selected(), 2);
   list.remove(2);
   EXPECT_EQ(list.selected(), 0);
   EXPECT_EQ(list.text(2), "abc");

@@ -4,12 +4,12 @@
 
 #include <filesystem>
 #include <fstream>
-#include <map>
 
 #include <gtest/gtest.h>
 
 #include "controls/files.h"
 #include "dmx/box_line.h"
+#include "model/registry_settings.h"
 #include "support/scripted_desk.h"
 
 namespace velgrove::test {
@@ -24,7 +24,9 @@ class Desks : public testing::Test {
   HandClock clock;
   InterfaceBox box;
   std::string open;  ///< what the open dialog opens; "" cancels it
-  std::map<std::string, std::string> settings;
+  bool quit = false;
+  BoxAnswer answer = BoxAnswer::Ignore;
+  std::function<void()> onBox;  ///< what the operator does while a box is open
   std::vector<InterfaceDevice> interfaces;
 
   void SetUp() override { fs::create_directories(folder); }
@@ -37,7 +39,8 @@ class Desks : public testing::Test {
         MessageBoxes{.show =
                          [this](const Box& message) {
                            boxes.push_back(message.text);
-                           return message.buttons == BoxButtons::Ok ? BoxAnswer::Ok : BoxAnswer::Ignore;
+                           if (onBox) onBox();
+                           return message.buttons == BoxButtons::Ok ? BoxAnswer::Ok : answer;
                          },
                      .post = [this](const Box& message) { boxes.push_back(message.text); }},
         LightingDesk::Wiring{
@@ -51,18 +54,16 @@ class Desks : public testing::Test {
                         .showCuePanel = nothing,
                         .showStatus = nothing,
                         .startEffect = nothing},
-            .frame = {.setting =
-                          [this](const std::string&, const std::string& key, const std::string& fallback) {
-                            const auto found = settings.find(key);
-                            return found == settings.end() ? fallback : found->second;
-                          }},
+            .settingsFolder = folder / "settings",
+            .applicationFolder = folder,
             .dataFolder = folder / "data",
             .raisePriority = [] {},
             .openShow =
                 [this] {
                   current->show.ProjectFileName = open;
                   if (!open.empty()) current->frame.LoadProject(1);
-                }});
+                },
+            .quit = [this] { quit = true; }});
     desk->machine.Sleep = [this](Milliseconds time) { clock.pass(time); };
     desk->machine.DoEvents = [] {};
     current = desk.get();
@@ -108,8 +109,17 @@ TEST_F(Desks, CancellingTheFirstDialogLeavesNoShowAndNoMerge) {
 }
 
 TEST_F(Desks, SettingsComeInAtStart) {
-  settings = {{"Up", "4"},          {"Down", "5"},           {"Delay", "6"},
-              {"DMXDimmers", "-1"}, {"PREF_SHOWSUBS", "-1"}, {"MainLeft", "1200.5"}};
+  {
+    SettingsStore store(folder / "settings" / "settings.toml");
+    for (const auto& [section, key, text] :
+         std::initializer_list<std::array<const char*, 3>>{{"Project", "Up", "4"},
+                                                           {"Project", "Down", "5"},
+                                                           {"Project", "Delay", "6"},
+                                                           {"Project", "DMXDimmers", "-1"},
+                                                           {"Project", "PREF_SHOWSUBS", "-1"},
+                                                           {"Settings", "MainLeft", "1200.5"}})
+      SaveStringSetting(store, "Velgrove", section, key, text);
+  }
   ShowMaker maker;
   auto project = maker.project();
   project->colQueueData().item(1)->colQueueEntries().Remove(1);
@@ -247,6 +257,39 @@ TEST_F(Desks, TheInputToolsSetTheModeAndTheReceiveTimer) {
   EXPECT_TRUE(!desk->show.DMXDimmers && desk->show.DMXSubmasters);
   frame.SSActiveToolBars1_ToolClick("ID_noInput");
   EXPECT_FALSE(desk->windows.Comm.RecieveTimer.enabled());
+}
+
+TEST_F(Desks, ADamagedSettingsFileIsToldAndTheDefaultsAreUsed) {
+  fs::create_directories(folder / "settings");
+  std::ofstream(folder / "settings" / "settings.toml") << "not = [ a settings file";
+  open = write("a.kel", showBytes());
+  const auto desk = start();
+  ASSERT_EQ(boxes.size(), 1U);
+  EXPECT_NE(boxes[0].find("settings.toml"), std::string::npos) << boxes[0];
+  EXPECT_EQ(desk->frame.Window.Width, 6500);
+  EXPECT_EQ(desk->Settings.GetSettingInt("Any", "Key", 7), 7);
+}
+
+TEST_F(Desks, AnErrorThatTheOperatorAbortsEndsTheProgram) {
+  open = write("a.kel", showBytes());
+  const auto desk = start();
+  answer = BoxAnswer::Abort;
+  desk->act([&] { desk->windows.XYQ->ShowFixtureLevelsForSelectedCue(99, "live"); });
+  EXPECT_TRUE(quit);
+  EXPECT_EQ(boxes.size(), 1U) << "one procedure asks once";
+}
+
+TEST_F(Desks, AShowMayCloseWhileABoxOfItsTimerIsOpen) {
+  ShowMaker maker;
+  maker.channels = {0};
+  open = write("unpatched.kel", writeShow(*maker.project()));
+  const auto desk = start();
+  onBox = [&] {
+    onBox = nullptr;
+    desk->frame.LoadProject(1);
+  };
+  clock.advanceTo(clock.now() + Milliseconds(333), desk->machine.timers);
+  EXPECT_EQ(desk->windows.Documents.size(), 1U);
 }
 
 TEST_F(Desks, ShuttingDownStopsEveryTimer) {

@@ -32,7 +32,7 @@ class ScriptedDesk {
   ScriptedDesk(const ScriptedDesk&) = delete;
   ScriptedDesk& operator=(const ScriptedDesk&) = delete;
 
-  HeadlessDesk house{{.onBox = [this](const Box& box) { return answer(box); }, .setting = {}}};
+  HeadlessDesk house{[this](const Box& box) { return answer(box); }};
   ShowState& show = house.desk.show;
   Frame last{};
   int frames = 0;

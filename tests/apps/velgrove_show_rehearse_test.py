@@ -1,0 +1,325 @@
+"""Rehearsal: a show and a script go in, and just the right frames come out."""
+
+import os
+import subprocess
+import sys
+import unittest
+
+from fade_model import FULL, Model
+from programs import LONGEST_RUN, InAFolder, frame_of, frames_of, lit, program, show_program
+from show_bytes import fixture, header, look, show, view, zoom
+
+HERE = os.path.dirname(os.path.abspath(__file__))
+DATA = os.path.join(HERE, "..", "..", "data")
+TOOLS = os.path.join(HERE, "..", "..", "tools")
+SYSTEM_ERROR = 'box "SYSTEM ERROR" "Application may close, Would you like to continue?"'
+AT_END = 'box "Velgrove" "At end of show - no more cues left"'
+
+
+class Rehearsal(InAFolder):
+    def run_show(self, data, script="", *arguments):
+        done = show_program("rehearse", self.write("show.kel", data), self.write("script", script), *arguments)
+        self.assertEqual(done.code, 0, done.complaints)
+        return frames_of(done.output), done.lines
+
+    def lit_from(self, data, script, *arguments):
+        """What is lit from when on: {ms: {channel: level}}. A run without words on standard error."""
+        frames, complaints = self.run_show(data, script, "--changes", *arguments)
+        self.assertEqual(complaints, [])
+        return {ms: lit(levels) for ms, levels in frames}
+
+
+def instant_cues(*looks):
+    """Cues 1, 2, ... that come at once."""
+    return [{"number": number, "levels": levels} for number, levels in enumerate(looks, 1)]
+
+
+class Frames(Rehearsal):
+    def test_a_frame_goes_out_every_30_ms_and_the_end_is_inclusive(self):
+        for until, last in ((0, 0), (29, 0), (30, 30), (59, 30), (90, 90), (10_000, 9990)):
+            frames, _ = self.run_show(show(), "", "--until", until)
+            self.assertEqual([ms for ms, _ in frames], list(range(30, last + 1, 30)))
+            self.assertTrue(all(len(levels) == 512 and not any(levels) for _, levels in frames))
+
+    def test_without_an_end_a_run_goes_on_for_a_second_behind_the_last_command_and_fade(self):
+        fading = show(xy=[{"number": 1, "up": 1, "down": 1}, {"number": 2}])
+        for script, last in (("", 990), ("470 manual 1 1", 1470), ("100 xy plus\n200 go", 2220), ("5000 stop", 6000)):
+            frames, _ = self.run_show(fading, script)
+            self.assertEqual(frames[-1][0], last, script)
+
+    def test_commands_behind_the_end_are_left_out(self):
+        frames, _ = self.run_show(show(), "0 manual 1 9\n300 manual 1 10\n301 manual 1 11", "--until", 300)
+        self.assertEqual([levels[0] for _, levels in frames], [0, *[9] * 9])
+        self.assertEqual(frames[-1][0], 300)
+
+    def test_a_run_ends_after_an_hour_at_the_latest(self):
+        path, script = self.write("show.kel", show()), self.write("script", "0 manual 1 9\n3600001 manual 1 10\n")
+        count, rest = 0, b""
+        with subprocess.Popen([program("velgrove-show"), "rehearse", path, script], stdout=subprocess.PIPE) as run:
+            while piece := run.stdout.read(1 << 20):
+                count += piece.count(b"\n")
+                rest = (rest + piece)[-4000:]
+        self.assertEqual((run.returncode, count), (0, 120_000))
+        ms, levels = frame_of(rest.decode().splitlines()[-1])
+        self.assertEqual((ms, lit(levels)), (3_600_000, {1: 9}))
+
+    def test_changes_leaves_out_frames_equal_to_the_one_before(self):
+        script = "100 manual 1 9\n200 manual 1 9\n300 manual 1 0"
+        self.assertEqual(self.lit_from(show(), script), {30: {}, 150: {1: 9}, 330: {}})
+
+    def test_comments_blank_lines_and_any_blanks_are_passed_over(self):
+        script = "# a comment\n\n   \t\n  #100 manual 1 1\n\t0   manual\t1  9 \r\n0 manual 2 8"
+        path = self.write("show.kel", show())
+        for arguments in ([self.write("script", script)], ["-"]):
+            done = show_program("rehearse", path, *arguments, "--until", 60, "--changes", stdin=script)
+            self.assertEqual((done.code, done.complaints), (0, ""))
+            self.assertEqual(lit(frames_of(done.output)[-1][1]), {1: 9, 2: 8})
+
+    def test_nothing_depends_on_the_day(self):
+        path, script = os.path.join(DATA, "demo.kel"), os.path.join(DATA, "demo.script")
+        one, other = (show_program("rehearse", path, script) for _ in range(2))
+        self.assertEqual(one, other)
+
+
+class Order(Rehearsal):
+    def test_at_one_instant_come_the_command_the_frame_the_merge_and_then_the_box(self):
+        for script, expected in (
+            ("40 manual 1 9", {60: {1: 9}}),   # in time for the merge at 40
+            ("41 manual 1 9", {90: {1: 9}}),
+            ("120 manual 1 9", {150: {1: 9}}),  # at 120 the frame leaves before the merge
+            ("0 mode fixtures\n200 input 1 9", {270: {1: 9}}),  # read at 200, behind that instant's merge
+            ("0 mode fixtures\n201 input 1 9", {330: {1: 9}}),
+            ("0 manual 1 9\n40 manual 1 8", {60: {1: 8}}),
+        ):
+            self.assertEqual(self.lit_from(show(), script), {30: {}, **expected}, script)
+
+    def test_a_fade_step_is_merged_at_its_own_instant(self):
+        fading = show(xy=[{"number": 1, "levels": {1: 255}, "up": 10, "down": 10}])
+        frames, _ = self.run_show(fading, "90 go", "--until", 210)
+        self.assertEqual({ms: levels[0] for ms, levels in frames if levels[0]}, {150: FULL, 180: FULL, 210: FULL})
+        slow = show(xy=[{"number": 1, "up": 10, "down": 10}, {"number": 2, "levels": {1: 255}}])
+        # The steps at 120 and 240 fall on merges, and the frames behind have them.
+        self.assertEqual(self.lit_from(slow, "0 xy plus\n90 go", "--until", 270), {30: {}, 150: {1: 2}, 270: {1: 4}})
+
+
+class Sources(Rehearsal):
+    def test_a_level_set_by_hand_reaches_the_wire_patched_or_not(self):
+        script = "0 manual 1 255\n0 manual 300 1\n0 manual 512 2"
+        self.assertEqual(self.lit_from(show(), script), {30: {}, 60: {1: 255, 300: 2, 512: 2}})
+
+    def test_a_go_takes_the_levels_set_by_hand_away(self):
+        cues = show(xy=instant_cues({1: 200}, {1: 100}))
+        self.assertEqual(self.lit_from(cues, "0 manual 1 255\n0 manual 2 50\n200 go"),
+                         {30: {}, 60: {1: 255, 2: 50}, 210: {1: 200}})
+
+    def test_received_levels_do_what_the_mode_says(self):
+        script = "0 input 5 77\n500 mode fixtures\n1000 mode subs\n1500 mode none\n2000 mode fixtures"
+        self.assertEqual(self.lit_from(show(), script), {30: {}, 540: {5: 77}, 1020: {}, 2130: {5: 77}})
+
+    def test_a_trigger_is_a_go_at_the_next_poll(self):
+        cues = show(xy=instant_cues({1: 10}, {1: 20}, {1: 30}))
+        self.assertEqual(self.lit_from(cues, "500 trigger\n1001 trigger"), {30: {}, 1050: {1: 10}, 2070: {1: 20}})
+
+    def test_every_trigger_byte_counts(self):
+        _, complaints = self.run_show(show(), "500 trigger 3")
+        self.assertEqual(complaints, [f"1000 {AT_END}"] * 3)
+
+
+class Buttons(Rehearsal):
+    CUES = show(xy=instant_cues({1: 10}, {1: 20}, {1: 30}), ab=instant_cues({2: 11}, {2: 22}))
+
+    def test_tools_act_on_xy_and_buttons_on_their_own_player(self):
+        for script, expected in (
+            ("0 go", {60: {1: 10}}),
+            ("0 xy go", {60: {1: 10}}),
+            ("0 ab go", {60: {2: 11}}),
+            ("0 plus\n100 plus\n200 minus\n300 reset", {60: {1: 10}, 150: {1: 20}, 210: {1: 10}, 330: {}}),
+            ("0 ab plus\n100 ab plus\n200 ab minus\n300 ab reset", {60: {2: 11}, 150: {2: 22}, 210: {2: 11}, 330: {}}),
+            ("0 xy plus\n100 ab plus\n200 xy minus", {60: {1: 10}, 150: {1: 10, 2: 11}, 210: {2: 11}}),
+            ("0 ab plus\n0 xy plus\n100 reset", {60: {1: 10, 2: 11}, 150: {}}),  # XY's clears both players
+            ("0 xy plus\n0 ab plus\n100 ab reset", {60: {1: 10, 2: 11}, 150: {1: 10}}),
+            ("0 xy minus\n0 xy plus\n100 xy minus\n200 xy minus", {60: {1: 10}, 150: {}}),
+        ):
+            self.assertEqual(self.lit_from(self.CUES, script), {30: {}, **expected}, script)
+
+    def test_a_disabled_button_does_nothing(self):
+        script = "0 plus\n100 plus\n200 plus\n300 plus\n400 xy plus\n500 minus"
+        self.assertEqual(self.lit_from(self.CUES, script), {30: {}, 60: {1: 10}, 150: {1: 20}, 210: {1: 30}, 540: {1: 20}})
+
+    def test_stage_and_next_put_the_marks_on_the_row(self):
+        self.assertEqual(self.lit_from(self.CUES, "0 xy stage 2\n200 go"), {30: {}, 60: {1: 10}, 210: {1: 20}})
+        self.assertEqual(self.lit_from(self.CUES, "0 xy stage 3\n200 go"), {30: {}, 60: {1: 20}, 210: {1: 10}},
+                         "a next mark elsewhere stays")
+        # Go follows the moved mark; the stage then stands one row below the old one, and the next Go leads on.
+        self.assertEqual(self.lit_from(self.CUES, "0 xy next 4\n100 go\n500 go"), {30: {}, 150: {1: 30}, 540: {1: 20}})
+        self.assertEqual(self.lit_from(self.CUES, "0 ab stage 2\n100 ab stage 1"), {30: {}, 60: {2: 11}, 150: {}})
+
+    def test_a_row_that_is_not_there_is_noted_and_passed_over(self):
+        frames, complaints = self.run_show(self.CUES, "0 ab stage 4\n50 xy next 5\n90 xy stage 2", "--until", 150)
+        self.assertEqual(complaints, ["0 note: AB - CueList has no row 4", "50 note: XY - CueList has no row 5"])
+        self.assertEqual(lit(frames[-1][1]), {1: 10})
+
+    def test_live_shows_the_chosen_row_and_gives_the_stage_back(self):
+        script = "0 xy stage 2\n0 xy next 4\n200 xy live\n400 xy live\n600 go"
+        self.assertEqual(self.lit_from(self.CUES, script), {30: {}, 60: {1: 10}, 210: {1: 30}, 420: {1: 10}, 630: {1: 30}})
+
+    def test_blind_changes_nothing_on_the_wire_and_ends_live(self):
+        script = "0 xy stage 2\n0 xy next 4\n200 xy blind\n400 xy blind\n600 xy next 3\n700 xy live\n900 ab blind"
+        self.assertEqual(self.lit_from(self.CUES, script), {30: {}, 60: {1: 10}, 750: {1: 20}})
+        self.assertEqual(self.lit_from(self.CUES, "0 xy next 3\n0 xy live\n200 xy blind"), {30: {}, 60: {1: 20}, 210: {}})
+
+    def test_a_stop_holds_the_levels_and_the_next_go_resumes(self):
+        fading = show(xy=[{"number": 1, "levels": {1: 200}, "up": 10, "down": 10}, {"number": 2}])
+        frames, _ = self.run_show(fading, "0 xy plus\n100 go\n4100 stop\n6000 go")
+        levels = {ms: channels[0] for ms, channels in frames}
+        self.assertEqual(levels[4170], levels[6000])
+        self.assertAlmostEqual(levels[4170], 120, delta=2)
+        self.assertEqual(frames[-1][0], (6000 + 6020 + 1000) // 30 * 30, "6 s are left, and the quiet second")
+
+
+class Links(Rehearsal):
+    def test_a_cue_starts_the_other_list_on_the_row_that_it_names(self):
+        cues = show(xy=[{"number": 1, "levels": {1: 10}, "link": ("AB", "2.00")}], ab=instant_cues({2: 11}, {2: 22}))
+        self.assertEqual(self.lit_from(cues, "0 go"), {30: {}, 60: {1: 10, 2: 22}})
+        back = show(xy=instant_cues({1: 10}, {1: 20}), ab=[{"number": 1, "levels": {2: 11}, "link": ("XY", "2.00")}])
+        self.assertEqual(self.lit_from(back, "0 ab go"), {30: {}, 60: {1: 20, 2: 11}})
+
+    def test_the_lists_fade_on_their_own_times(self):
+        cues = show(xy=[{"number": 1, "up": 0, "down": 0, "levels": {1: 10}, "link": ("AB", "2.00")}],
+                    ab=[{"number": 1, "up": 2, "down": 2, "levels": {2: 200}}, {"number": 2, "levels": {3: 200}}])
+        frames, _ = self.run_show(cues, "0 go")
+        levels = {ms: channels[:3] for ms, channels in frames}
+        self.assertEqual(levels[60], [10, 197, 3])
+        self.assertEqual(levels[1050], [10, 98, 102])
+
+    def test_half_a_link_starts_nothing_and_a_missing_row_is_an_error(self):
+        for link in (("None", "2.00"), ("AB", "None")):
+            cues = show(xy=[{"number": 1, "levels": {1: 10}, "link": link}], ab=instant_cues({2: 11}, {2: 22}))
+            self.assertEqual(self.lit_from(cues, "0 go"), {30: {}, 60: {1: 10}})
+        lost = show(xy=[{"number": 1, "levels": {1: 10}, "link": ("AB", "9.00")}], ab=instant_cues({2: 11}))
+        _, complaints = self.run_show(lost, "0 go")
+        self.assertEqual(complaints[0], f"0 {SYSTEM_ERROR}")
+
+
+class Boxes(Rehearsal):
+    def test_every_box_is_told_with_its_time_title_and_text(self):
+        _, complaints = self.run_show(show(), "0 go\n250 xy go\n1000 ab go")
+        self.assertEqual(complaints, [f"0 {AT_END}", f"250 {AT_END}", f"1000 {AT_END}"])
+
+    def test_after_1000_boxes_the_run_ends(self):
+        script = self.write("script", "".join(f"{10 * i} go\n" for i in range(1200)))
+        done = show_program("rehearse", self.write("show.kel", show()), script, "--changes")
+        self.assertEqual(done.code, 1)
+        self.assertEqual(done.lines[:1000], [f"{10 * i} {AT_END}" for i in range(1000)])
+        self.assertEqual(done.lines[1000:], ["velgrove-show: too many boxes: the run ends here"])
+
+    def test_a_light_without_a_channel_is_an_error_once_per_onset(self):
+        for patch, count in (([1, 0], 1), ([513], 1), ([0, 1, -7], 2)):
+            _, complaints = self.run_show(show(patch=patch), "", "--until", 3000)
+            self.assertEqual(complaints, [f"333 {SYSTEM_ERROR}"] * count)
+        frames, complaints = self.run_show(show(patch=[0, 1], xy=instant_cues({1: 10})), "400 go")
+        self.assertEqual(complaints[0], f"333 {SYSTEM_ERROR}")
+        self.assertEqual(set(complaints[1:]), {f"400 {SYSTEM_ERROR}"}, "at the Go, and not again")
+        self.assertEqual(lit(frames[-1][1]), {1: 10}, "the others play on")
+
+    def test_a_show_without_cue_lists_opens_with_boxes_and_plays_dark(self):
+        data = header(1, 0, 0) + view([fixture(1)], [zoom()])
+        frames, complaints = self.run_show(data, "100 go\n200 manual 1 9")
+        self.assertEqual(set(complaints), {f"0 {SYSTEM_ERROR}", f"100 {AT_END}"})
+        self.assertEqual(lit(frames[-1][1]), {1: 9})
+
+
+class Reckoned(Rehearsal):
+    """Fades frame by frame against levels reckoned from their times alone."""
+
+    PATCH = (1, 2, 3, 4, 100, 512)
+    OLD = {1: 200, 2: 255, 3: 1, 4: 0, 5: 99, 100: 3}
+    NEW = {1: 100, 2: 0, 3: 255, 4: 77, 5: 98, 512: 250}
+    FAINT = {1: 1, 2: 1, 4: 1}
+
+    def look_on_stage(self, levels):
+        return [level if channel in self.PATCH else 0 for channel, level in enumerate(look(levels), 1)]
+
+    def compare(self, up, down, delay, old, new, script, commands, until):
+        times = {"up": up, "down": down, "delay": delay}
+        data = show(xy=[{"number": 1, "levels": old, **times}, {"number": 2, "levels": new}], patch=self.PATCH)
+        frames, complaints = self.run_show(data, script, "--until", until)
+        model = Model().run(commands, until)
+        self.assertEqual(len(frames), len(model.frames))
+        for frame, expected in zip(frames, model.frames):
+            self.assertEqual((frame[0], lit(frame[1])), (expected[0], lit(expected[1])))
+        self.assertEqual(complaints, [f"{ms} {SYSTEM_ERROR}" for ms in model.boxes])
+        return model
+
+    def fade(self, up, down, delay, old, new, at=0):
+        """From cue 1, put on stage at 0, to cue 2."""
+        stage, coming = self.look_on_stage(old), self.look_on_stage(new)
+        commands = [(0, lambda model: model.jump(stage))]
+        if up == 0 and down == 0:
+            commands.append((at, lambda model: model.jump(coming)))
+        commands.append((at, lambda model: model.go(at, stage, coming, up, down, delay)))
+        return self.compare(up, down, delay, old, new, f"0 xy plus\n{at} go", commands,
+                            at + 1000 * max(up + delay, 1) + 300)
+
+    def test_fades_with_all_kinds_of_times(self):
+        for up, down, delay in ((2, 2, 0), (3, 3, 0), (1, 1, 0), (2, 1, 3), (2, 10, 0), (2, 1, 0), (3, 2, 1), (0, 0, 0),
+                                (0, 0, 1), (0, 2, 0), (0, 1, 2), (2, 0, 0), (1, 0, 1), (7, 5, 0)):
+            for at in (0, 17, 40):
+                with self.subTest(up=up, down=down, delay=delay, at=at):
+                    self.fade(up, down, delay, self.OLD, self.NEW, at)
+
+    def test_looks_that_add_up_to_more_than_full(self):
+        quiet = self.fade(1, 2, 0, self.FAINT, self.FAINT)
+        self.assertEqual(quiet.boxes, [])
+        loud = self.fade(1, 2, 0, {1: 9, 2: 200, 3: 80}, {1: 3, 2: 20, 3: 90})
+        self.assertNotEqual(loud.boxes, [], "a sum that is no level is told")
+        self.fade(1, 9, 0, {1: 255, 2: 255, 3: 255}, {1: 255, 2: 255, 3: 255})
+
+    def test_a_fade_that_is_stopped_and_resumed(self):
+        for up, down, delay, stop in ((4, 4, 0, 1600), (2, 1, 2, 500), (2, 1, 2, 2700)):
+            with self.subTest(up=up, down=down, delay=delay, stop=stop):
+                old, new = self.look_on_stage(self.OLD), self.look_on_stage(self.NEW)
+                commands = [(0, lambda model: model.jump(old)),
+                            (10, lambda model: model.go(10, old, new, up, down, delay)),
+                            (stop, Model.stop), (5000, lambda model: model.resume(5000))]
+                self.compare(up, down, delay, self.OLD, self.NEW, f"0 xy plus\n10 go\n{stop} stop\n5000 go", commands, 9500)
+
+
+class Demo(InAFolder):
+    """The demo evening, as it stands in the repository."""
+
+    GOLDEN = os.path.join(HERE, "..", "data", "demo.golden")
+
+    def test_the_demo_evening_comes_out_as_it_always_did(self):
+        done = show_program("rehearse", os.path.join(DATA, "demo.kel"), os.path.join(DATA, "demo.script"), "--changes")
+        self.assertEqual((done.code, done.complaints), (0, ""))
+        actual = "".join(self.compact(*frame) for frame in frames_of(done.output))
+        with open(self.GOLDEN, encoding="ascii") as file:
+            golden = file.read()
+        if actual == golden:
+            return
+        with open(self.GOLDEN + ".actual", "w", encoding="ascii") as file:
+            file.write(actual)
+        self.fail(self.first_difference(golden.splitlines(), actual.splitlines()))
+
+    @staticmethod
+    def compact(ms, levels):
+        return " ".join([str(ms), *(f"{channel}={level}" for channel, level in lit(levels).items())]) + "\n"
+
+    @staticmethod
+    def first_difference(golden, actual):
+        at = next((at for at, (left, right) in enumerate(zip(golden, actual)) if left != right),
+                  min(len(golden), len(actual)))
+        left, right = (lines[at] if at < len(lines) else "(the end)" for lines in (golden, actual))
+        return f"demo.golden and demo.golden.actual differ first in line {at + 1}:\n  golden: {left}\n  actual: {right}"
+
+    def test_the_demo_show_is_what_its_tool_makes(self):
+        tool = os.path.join(TOOLS, "demo_show.py")
+        tree = subprocess.run([sys.executable, tool], capture_output=True, timeout=LONGEST_RUN, check=True).stdout
+        self.assertEqual(show_program("make", self.write("demo.json", tree), self.path("demo.kel")), (0, "", ""))
+        with open(os.path.join(DATA, "demo.kel"), "rb") as file:
+            self.assertEqual(self.read("demo.kel"), file.read())
+
+
+if __name__ == "__main__":
+    unittest.main()
