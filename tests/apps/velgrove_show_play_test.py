@@ -35,7 +35,8 @@ class Desk:
     def __init__(self, folder, *arguments, stdin=""):
         environment = dict(os.environ, XDG_RUNTIME_DIR=folder, XDG_CONFIG_HOME=os.path.join(folder, "config"))
         self.process = subprocess.Popen([program("velgrove-show"), "play", *map(str, arguments)], env=environment,
-                                        stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
+                                        stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=subprocess.PIPE,
+                                        encoding="utf-8", errors="surrogateescape")
         self.process.stdin.write(stdin)
         self.process.stdin.close()
         self.lines = []
