@@ -13,7 +13,8 @@ using Column = TextTable::Column;
 constexpr auto Right = TextTable::Align::Right;
 
 std::string cueNumber(float number) {
-  return std::isfinite(number) ? formatCueNumber(number) : "?";
+  if (!std::isfinite(number)) return "?";
+  return number == 0 ? formatFixed2(0) : formatCueNumber(number);
 }
 
 std::string place(double value) {

@@ -131,6 +131,7 @@ class QueueList {
   void rowPass();
   static void writeCells(ListView::Row& row, const clsQueueEntry& entry);
   void updateMarkHeaders();
+  void showMovedMarks();
   void setModeColours();
   void returnToStageCue(const std::string& panel);
   void jumpToStageCue();

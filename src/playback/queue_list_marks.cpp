@@ -49,11 +49,7 @@ void QueueList::cmdDecrementStageCue_Click() {
           cmdGoForward.Enabled = true;
         }
       },
-      [&] { jumpToStageCue(); },
-      [&] {
-        UpdateListView();
-        updateMarkHeaders();
-      });
+      [&] { jumpToStageCue(); }, [&] { showMovedMarks(); });
 }
 
 void QueueList::ResetStageCue() {
@@ -76,11 +72,12 @@ void QueueList::ResetStageCue() {
       [&] {
         if (m_traits.ResetAttachesPointer) AttachPointerToStageCue();
       },
-      [&] { ShowFixtureLevelsForSelectedCue(State.StageCue, "live"); },
-      [&] {
-        UpdateListView();
-        updateMarkHeaders();
-      });
+      [&] { ShowFixtureLevelsForSelectedCue(State.StageCue, "live"); }, [&] { showMovedMarks(); });
+}
+
+void QueueList::showMovedMarks() {
+  UpdateListView();
+  updateMarkHeaders();
 }
 
 /// What every stage button ends with: the pointer goes along, and the look of the new stage cue comes at
@@ -108,19 +105,14 @@ void QueueList::cmdMakeStageCue_Click() {
         if (State.NextCue == State.StageCue) State.NextCue = narrow<std::int16_t>(State.StageCue + 1);
         if (State.StageCue == State.CueCount) State.NextCue = -1;
       },
-      [&] { ShowFixtureLevelsForSelectedCue(State.StageCue, "live"); },
-      [&] {
-        UpdateListView();
-        updateMarkHeaders();
-      });
+      [&] { ShowFixtureLevelsForSelectedCue(State.StageCue, "live"); }, [&] { showMovedMarks(); });
 }
 
 void QueueList::cmdMakeNextCue_Click() {
   if (State.PointerCue == State.StageCue || State.PointerCue == State.NextCue) return;
   m_errors.run([&] {
     State.NextCue = State.PointerCue;
-    UpdateListView();
-    updateMarkHeaders();
+    showMovedMarks();
   });
 }
 

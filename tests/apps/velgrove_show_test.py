@@ -190,7 +190,7 @@ class BadJson(InAFolder):
             ([*first_cue, "EntryDesc"], "\u03a9", at_first_cue + 'EntryDesc: a show file has no character "\u03a9"'),
             ([*first_cue, "Fade"], 1, at_first_cue + "Fade: no such field"),
             ([*first_cue, "Down"], "gone", at_first_cue + "Down: is missing"),
-            (["ProjectName"], "short", "ProjectName: 5 characters, blanks included; it has 50"),
+            (["ProjectName"], "n" * 51, "ProjectName: 51 characters; a show file holds 50"),
         ]:
             tree = json.loads(json.dumps(whole))
             record = tree

@@ -127,7 +127,7 @@ TEST(ShowJson, WhatIsWrongIsNamedByItsPath) {
       {cue + "QueueNumberMasterGo", 1, inCue + "QueueNumberMasterGo: a text is wanted, here is a number"},
       {cue + "Values", json::array({1, 2}), inCue + "Values: 2 numbers; it has 512"},
       {cue + "Values/511", 256, inCue + "Values[511]: 256 is outside 0 to 255"},
-      {"/ProjectName", "Play", "ProjectName: 4 characters, blanks included; it has 50"},
+      {"/ProjectName", std::string(51, 'x'), "ProjectName: 51 characters; a show file holds 50"},
       {"/colViews", json::object(), "colViews: an array is wanted, here is an object"},
       {"/colViews/0", 1, "colViews[0]: an object is wanted, here is a number"},
       {"/colDMXIn/0/Values", json::array(), "colDMXIn[0].Values: 0 numbers; it has 513"},

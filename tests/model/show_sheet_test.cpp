@@ -59,7 +59,7 @@ CUES  AB  AB Fader  (2 cues)
 
     Cue  Up  Down  Delay  Channels  Description   Link
   -----  --  ----  -----  --------  ------------  -------
-    .00   0     0      0         0  Blackout
+   0.00   0     0      0         0  Blackout
   10.50  12     0      0         3  Café at dusk  XY 2.00
 
 PATCH  Play  (2 fixtures)
