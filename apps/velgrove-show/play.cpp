@@ -17,7 +17,7 @@ using namespace std::chrono_literals;
 
 std::string portByHand() {
   const SettingsStore settings(defaultSettingsPath());
-  if (settings.message()) complain(*settings.message());
+  if (const auto& message = settings.message()) complain(*message);
   try {
     return GetStringSetting(settings, "Velgrove", "Interface", "Port", "");
   } catch (const RunTimeError& error) {

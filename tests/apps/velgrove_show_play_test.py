@@ -158,9 +158,11 @@ class Shows(Play):
         box = self.box()
         desk = self.play("0 input 1 5\n0 trigger\n0 xy stage 9\n0 manual 1 5\n", "--until", 300)
         self.assertEqual(desk.end_by_itself()[0], 0)
-        self.assertEqual([line.split(" ", 1)[1] for line in desk.lines if " note: " in line],
-                         ["note: input is the box's own on a real line", "note: trigger is the box's own on a real line",
-                          "note: XY - CueList has no row 9"])
+        self.assertEqual([line.split(" ", 1)[1] for line in desk.lines if " note: " in line], [
+            "note: input is the box's own on a real line",
+            "note: trigger is the box's own on a real line",
+            "note: XY - CueList has no row 9",
+        ])
         self.assertEqual(lit(self.all_frames(box)[-1][1]), {1: 5})
 
     def test_after_1000_boxes_it_ends_with_words(self):
@@ -295,15 +297,16 @@ class Ports(Play):
         settings = self.set_port(5)
         desk = self.play()
         self.assertEqual(desk.end_by_itself()[0], 1)
-        self.assertEqual(desk.lines, [f"velgrove-show: {settings}: Velgrove, Interface, Port: Registry data not a string"])
+        place = f"{settings}: Velgrove, Interface, Port"
+        self.assertEqual(desk.lines, [f"velgrove-show: {place}: Registry data not a string"])
 
     def test_damaged_settings_are_set_aside_with_words_and_the_box_is_found(self):
         box = self.box()
         settings = self.set_port("/dev/ttyUSB0")
         desk = self.play("0 manual 1 9\n")
         self.assertEqual(desk.end_by_itself()[0], 0)
-        self.assertRegex(desk.lines[0], rf"^velgrove-show: The settings in {settings} are damaged \(line 2: .*\)\. They "
-                         rf"were set aside as {settings}\.damaged; the defaults are used\.$")
+        self.assertRegex(desk.lines[0], rf"^velgrove-show: The settings in {settings} are damaged \(line 2: .*\)\. "
+                         rf"They were set aside as {settings}\.damaged; the defaults are used\.$")
         self.assertIn("ttyUSB0", self.read("config/velgrove/settings.toml.damaged").decode())
         self.assertEqual(lit(self.all_frames(box)[-1][1]), {1: 9})
 

@@ -144,7 +144,8 @@ class Buttons(Rehearsal):
 
     def test_a_disabled_button_does_nothing(self):
         script = "0 plus\n100 plus\n200 plus\n300 plus\n400 xy plus\n500 minus"
-        self.assertEqual(self.lit_from(self.CUES, script), {30: {}, 60: {1: 10}, 150: {1: 20}, 210: {1: 30}, 540: {1: 20}})
+        self.assertEqual(self.lit_from(self.CUES, script),
+                         {30: {}, 60: {1: 10}, 150: {1: 20}, 210: {1: 30}, 540: {1: 20}})
 
     def test_stage_and_next_put_the_marks_on_the_row(self):
         self.assertEqual(self.lit_from(self.CUES, "0 xy stage 2\n200 go"), {30: {}, 60: {1: 10}, 210: {1: 20}})
@@ -161,12 +162,14 @@ class Buttons(Rehearsal):
 
     def test_live_shows_the_chosen_row_and_gives_the_stage_back(self):
         script = "0 xy stage 2\n0 xy next 4\n200 xy live\n400 xy live\n600 go"
-        self.assertEqual(self.lit_from(self.CUES, script), {30: {}, 60: {1: 10}, 210: {1: 30}, 420: {1: 10}, 630: {1: 30}})
+        self.assertEqual(self.lit_from(self.CUES, script),
+                         {30: {}, 60: {1: 10}, 210: {1: 30}, 420: {1: 10}, 630: {1: 30}})
 
     def test_blind_changes_nothing_on_the_wire_and_ends_live(self):
         script = "0 xy stage 2\n0 xy next 4\n200 xy blind\n400 xy blind\n600 xy next 3\n700 xy live\n900 ab blind"
         self.assertEqual(self.lit_from(self.CUES, script), {30: {}, 60: {1: 10}, 750: {1: 20}})
-        self.assertEqual(self.lit_from(self.CUES, "0 xy next 3\n0 xy live\n200 xy blind"), {30: {}, 60: {1: 20}, 210: {}})
+        from_live = "0 xy next 3\n0 xy live\n200 xy blind"
+        self.assertEqual(self.lit_from(self.CUES, from_live), {30: {}, 60: {1: 20}, 210: {}})
 
     def test_a_stop_holds_the_levels_and_the_next_go_resumes(self):
         fading = show(xy=[{"number": 1, "levels": {1: 200}, "up": 10, "down": 10}, {"number": 2}])
@@ -276,13 +279,14 @@ class Reckoned(Rehearsal):
         self.fade(1, 9, 0, {1: 255, 2: 255, 3: 255}, {1: 255, 2: 255, 3: 255})
 
     def test_a_fade_that_is_stopped_and_resumed(self):
-        for up, down, delay, stop in ((4, 4, 0, 1600), (2, 1, 2, 500), (2, 1, 2, 2700)):
+        for up, down, delay, stop in ((4, 4, 0, 1600), (4, 3, 0, 3100), (2, 1, 2, 500), (2, 1, 2, 2700)):
             with self.subTest(up=up, down=down, delay=delay, stop=stop):
                 old, new = self.look_on_stage(self.OLD), self.look_on_stage(self.NEW)
                 commands = [(0, lambda model: model.jump(old)),
                             (10, lambda model: model.go(10, old, new, up, down, delay)),
                             (stop, Model.stop), (5000, lambda model: model.resume(5000))]
-                self.compare(up, down, delay, self.OLD, self.NEW, f"0 xy plus\n10 go\n{stop} stop\n5000 go", commands, 9500)
+                script = f"0 xy plus\n10 go\n{stop} stop\n5000 go"
+                self.compare(up, down, delay, self.OLD, self.NEW, script, commands, 9500)
 
 
 class Demo(InAFolder):

@@ -274,21 +274,35 @@ class BadScripts(InAFolder):
     def test_a_bad_line_stops_with_its_number_before_anything_runs(self):
         path = self.write("show.kel", show(xy=[{"number": 1}]))
         for line, words in [
-            ("soon go", "the time is no whole number: soon"), ("-1 go", "the time is outside 0 to 2147483647: -1"),
-            ("1.5 go", "the time is no whole number: 1.5"), ("99999999999999999999 go", "the time is no whole number"),
+            ("soon go", "the time is no whole number: soon"),
+            ("-1 go", "the time is outside 0 to 2147483647: -1"),
+            ("1.5 go", "the time is no whole number: 1.5"),
+            ("99999999999999999999 go", "the time is no whole number"),
             ("2147483648 go", "the time is outside 0 to 2147483647: 2147483648"),
-            ("99 go", "the time lies before the line above"), ("500", "a command is missing"),
-            ("500 dance", "no such command: dance"), ("500 Go", "no such command: Go"),
-            ("500 go 1", "wrong number of arguments for go"), ("500 ab", "wrong number of arguments for ab"),
-            ("500 ab dance", "no such button of a player: dance"), ("500 xy go 1", "wrong number of arguments for go"),
-            ("500 xy stage", "wrong number of arguments for stage"), ("500 xy stage 0", "ROW is outside 1 to 32767: 0"),
-            ("500 ab next two", "ROW is no whole number: two"), ("500 ab reset 1", "wrong number of arguments for reset"),
-            ("500 manual 1", "wrong number of arguments for manual"), ("500 manual 0 5", "CHANNEL is outside 1 to 512: 0"),
-            ("500 manual 513 5", "CHANNEL is outside 1 to 512: 513"), ("500 manual 1 256", "LEVEL is outside 0 to 255: 256"),
-            ("500 manual 1 -1", "LEVEL is outside 0 to 255: -1"), ("500 manual 1 5 5", "wrong number of arguments for manual"),
-            ("500 input x 5", "CHANNEL is no whole number: x"), ("500 input 1 5%", "LEVEL is no whole number: 5%"),
-            ("500 mode", "wrong number of arguments for mode"), ("500 mode all", "mode is none, fixtures or subs, not all"),
-            ("500 trigger 0", "COUNT is outside 1 to"), ("500 trigger 1 1", "wrong number of arguments for trigger"),
+            ("99 go", "the time lies before the line above"),
+            ("500", "a command is missing"),
+            ("500 dance", "no such command: dance"),
+            ("500 Go", "no such command: Go"),
+            ("500 go 1", "wrong number of arguments for go"),
+            ("500 ab", "wrong number of arguments for ab"),
+            ("500 ab dance", "no such button of a player: dance"),
+            ("500 xy go 1", "wrong number of arguments for go"),
+            ("500 xy stage", "wrong number of arguments for stage"),
+            ("500 xy stage 0", "ROW is outside 1 to 32767: 0"),
+            ("500 ab next two", "ROW is no whole number: two"),
+            ("500 ab reset 1", "wrong number of arguments for reset"),
+            ("500 manual 1", "wrong number of arguments for manual"),
+            ("500 manual 0 5", "CHANNEL is outside 1 to 512: 0"),
+            ("500 manual 513 5", "CHANNEL is outside 1 to 512: 513"),
+            ("500 manual 1 256", "LEVEL is outside 0 to 255: 256"),
+            ("500 manual 1 -1", "LEVEL is outside 0 to 255: -1"),
+            ("500 manual 1 5 5", "wrong number of arguments for manual"),
+            ("500 input x 5", "CHANNEL is no whole number: x"),
+            ("500 input 1 5%", "LEVEL is no whole number: 5%"),
+            ("500 mode", "wrong number of arguments for mode"),
+            ("500 mode all", "mode is none, fixtures or subs, not all"),
+            ("500 trigger 0", "COUNT is outside 1 to"),
+            ("500 trigger 1 1", "wrong number of arguments for trigger"),
             ("\x89PNG", "the time is no whole number"),
         ]:
             script = self.write("show.script", f"# a comment\n\n100 go\n{line}\n200 go\n")
@@ -296,7 +310,7 @@ class BadScripts(InAFolder):
                 done = show_program(command, path, script)
                 self.assertEqual((done.code, done.output), (2, ""), line)
                 self.assertEqual(len(done.lines), 1, done.complaints)
-                self.assertTrue(done.complaints.startswith(f"velgrove-show: {script}: line 4: {words}"), done.complaints)
+                self.assertTrue(done.complaints.startswith(f"velgrove-show: {script}: line 4: {words}"), done)
 
     def test_a_bad_line_on_standard_input_is_named_too(self):
         done = show_program("rehearse", self.write("show.kel", show()), "-", stdin="go\n")
