@@ -44,9 +44,7 @@ CLI::App* runCommand(CLI::App& app, const char* name, const char* what, Argument
   return command;
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
+int run(int argc, char** argv) {
   CLI::App app{"Shows as text and JSON, rehearsed in simulated time, or played on the line.",
                "velgrove-show"};
   app.require_subcommand(1);
@@ -85,4 +83,15 @@ int main(int argc, char** argv) {
   if (*make) return makeShow(arguments.json, arguments.out);
   if (*rehearsal) return rehearse(arguments.run);
   return play(arguments.run);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  try {
+    return run(argc, argv);
+  } catch (const std::exception& error) {
+    complain(error.what());
+    return 1;
+  }
 }

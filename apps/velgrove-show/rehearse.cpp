@@ -44,7 +44,7 @@ class Rehearsal {
     for (const ScriptStep& step : m_options.script) {
       if (step.ms > end) return m_house.runTo(end);
       runToJustBefore(step.ms);
-      step.act(m_operator);
+      m_house.desk.act([&] { step.act(m_operator); });
       m_lastBusy = step.ms;
     }
     if (m_options.until)
@@ -63,11 +63,13 @@ class Rehearsal {
   }
 
   void runUntilQuiet() {
-    while (const auto due = m_house.desk.machine.timers.nextDue()) {
-      const auto ms = std::chrono::duration_cast<Milliseconds>(*due).count();
+    constexpr Nanoseconds Never = Milliseconds(LongestRun + 1);
+    for (;;) {
+      const Nanoseconds due = m_house.desk.machine.timers.nextDue().value_or(Never);
+      const auto ms = std::chrono::duration_cast<Milliseconds>(due).count();
       if (isFading(m_house.desk)) m_lastBusy = ms;
       if (ms > std::min(m_lastBusy + QuietTime, LongestRun)) return;
-      m_house.clock.advanceTo(*due, m_house.desk.machine.timers);
+      m_house.clock.advanceTo(due, m_house.desk.machine.timers);
     }
   }
 

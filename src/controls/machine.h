@@ -10,8 +10,8 @@ namespace velgrove {
 /// What the desk's behaviour asks of the machine that it runs on. On the real clock the desk thread stands
 /// behind it, in tests and rehearsal a clock that is moved by hand.
 struct Machine {
-  Machine(Clock clock, MessageBoxes toOperator)
-      : timers(std::move(clock)), boxes(neverHoldingUp(std::move(toOperator))) {}
+  Machine(Clock clock, const MessageBoxes& toOperator)
+      : timers(std::move(clock)), boxes(neverHoldingUp(toOperator)) {}
   Machine(const Machine&) = delete;
   Machine& operator=(const Machine&) = delete;
 
@@ -28,7 +28,7 @@ struct Machine {
  private:
   /// A box that comes up in the merge, the send or a fade step is posted: the light never waits for its
   /// answer.
-  static MessageBoxes neverHoldingUp(MessageBoxes toOperator) {
+  static MessageBoxes neverHoldingUp(const MessageBoxes& toOperator) {
     auto show = [toOperator](const Box& box) {
       if (!ErrorPattern::mustNotWait()) return toOperator.show(box);
       toOperator.post(box);

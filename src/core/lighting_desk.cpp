@@ -20,8 +20,8 @@ std::filesystem::path fileIn(const std::filesystem::path& folder, const char* na
 
 }  // namespace
 
-LightingDesk::LightingDesk(Clock clock, MessageBoxes boxes, Wiring wiring)
-    : machine(std::move(clock), std::move(boxes)),
+LightingDesk::LightingDesk(Clock clock, const MessageBoxes& boxes, Wiring wiring)
+    : machine(std::move(clock), boxes),
       store(fileIn(wiring.settingsFolder, "settings.toml")),
       userStore(fileIn(wiring.settingsFolder, "user.toml")),
       Settings(userStore, wiring.applicationFolder, "velgrove"),
@@ -58,7 +58,7 @@ void LightingDesk::Main() {
   machine.errors.steps([&] { clearFixtures(); }, [&] { clearLevels(); });
 }
 
-void LightingDesk::act(const std::function<void()>& action) {
+void LightingDesk::act(const std::function<void()>& action) const {
   try {
     action();
   } catch (const RunTimeError&) {

@@ -26,7 +26,7 @@ class LightingDesk {
     std::function<void()> quit;               ///< ends the program in good order: the operator chose Abort
   };
 
-  LightingDesk(Clock clock, MessageBoxes boxes, Wiring wiring);
+  LightingDesk(Clock clock, const MessageBoxes& boxes, Wiring wiring);
   LightingDesk(const LightingDesk&) = delete;
   LightingDesk& operator=(const LightingDesk&) = delete;
 
@@ -41,7 +41,7 @@ class LightingDesk {
   /// Start-up, once, top to bottom. Afterwards the desk lives in its timers and the operator's actions alone.
   void Main();
   /// Runs an action of the operator. An error that nobody took ends the program.
-  void act(const std::function<void()>& action);
+  void act(const std::function<void()>& action) const;
   /// Writes the show to ProjectFileName and brings it to the top of the recent list.
   void SaveAll();
   /// Stops all timers of the interface and the documents, and closes all windows.

@@ -97,7 +97,7 @@ void Windows::closeDocuments() {
   }
 }
 
-void Windows::endRepaints() {
+void Windows::endRepaints() const {
   for (QueueList* player : {&abPlayer(), &xyPlayer()}) player->endRepaint();
 }
 

@@ -55,7 +55,7 @@ class Windows {
   void openDocument();
   void closeDocument();  ///< the one opened last
   void closeDocuments();
-  void endRepaints();  ///< of both players: a window that may not paint now isn't waited for
+  void endRepaints() const;  ///< of both players: a window that may not paint now isn't waited for
 
  private:
   template <class Window>
