@@ -4,7 +4,6 @@ namespace velgrove {
 
 const PlayerTraits AB{
     .Caption = "AB - CueList",
-    .ControlSuffix = "",
     .Levels = &ShowState::ABLevels,
     .OtherLevels = &ShowState::XYLevels,
     .Player = 1,
@@ -29,7 +28,6 @@ const PlayerTraits AB{
 
 const PlayerTraits XY{
     .Caption = "XY - CueList",
-    .ControlSuffix = "1",
     .Levels = &ShowState::XYLevels,
     .OtherLevels = &ShowState::ABLevels,
     .Player = 2,

@@ -16,7 +16,6 @@ struct PlayerTraits {
   enum class LoopTimes { OfRowBeforeNext, OfStageRow };
 
   const char* Caption;         ///< of the window
-  const char* ControlSuffix;   ///< behind the names of the editors
   PlayerLevels Levels;         ///< what this player puts out
   PlayerLevels OtherLevels;    ///< what the other one puts out
   std::int16_t Player;         ///< CurrentPlayer, and the position of its list in the project

@@ -18,8 +18,6 @@ from virtual_box import PATIENCE, Box, eventually
 FRAME_HEAD = bytes([1, 2, 0, 0])
 READ_LEVELS = bytes([1, 2, 3, 1, 4, 2, 1])
 READ_VERSION = bytes([1, 255, 1, 255])
-POLL = bytes([1, 10])
-SILENCE = 0.15  # seconds without a byte that count as no answer
 
 
 class Desk:
@@ -35,9 +33,9 @@ class Desk:
     def send(self, data):
         return os.write(self.descriptor, data)
 
-    def receive(self, count, patience=PATIENCE):
+    def receive(self, count):
         data = b""
-        end = time.monotonic() + patience
+        end = time.monotonic() + PATIENCE
         while len(data) < count and time.monotonic() < end:
             if select.select([self.descriptor], [], [], end - time.monotonic())[0]:
                 data += os.read(self.descriptor, count - len(data))
@@ -65,20 +63,6 @@ class VirtualBox(unittest.TestCase):
 
     def open(self, box, name="box"):
         return Desk(box.link(name))
-
-    def test_every_exchange_is_answered_as_a_box_answers(self):
-        box = self.start()
-        box.command("input 1 7")
-        box.command("input 512 255")
-        box.command("trigger 2")
-        box.obeyed()
-        desk = self.open(box)
-        levels = desk.ask(READ_LEVELS, 512)
-        self.assertEqual(levels, bytes([7] + [0] * 510 + [255]))
-        self.assertEqual(len(desk.ask(READ_VERSION, 36)), 36)
-        self.assertEqual(desk.ask(POLL, 2), b"\x7f\x7f")
-        self.assertEqual((desk.send(POLL), desk.receive(1, SILENCE)), (2, b""))
-        self.assertEqual(desk.receive(1, SILENCE), b"", "nothing more than the exchanges")
 
     def test_recorded_frames_carry_all_levels_and_rising_times(self):
         path = os.path.join(self.runtime, "frames")
@@ -108,54 +92,6 @@ class VirtualBox(unittest.TestCase):
         line = box.process.stdout.readline()
         self.assertRegex(line, r"^[\d.]+ frames/s, longest gap [\d.]+ ms, 5=128\n$")
         self.assertEqual(box.end()[0], 0)
-
-    def test_a_silent_box_answers_nothing_and_keeps_its_triggers(self):
-        box = self.start()
-        desk = self.open(box)
-        box.command("silent on")
-        box.command("trigger")
-        box.obeyed()
-        desk.send(READ_VERSION + READ_LEVELS + POLL)
-        self.assertEqual(desk.receive(1, SILENCE), b"")
-        box.command("silent off")
-        box.obeyed()
-        self.assertEqual(desk.ask(POLL, 1), b"\x7f")
-
-    def test_replies_come_short_and_split_on_command(self):
-        box = self.start()
-        desk = self.open(box)
-        whole = desk.ask(READ_VERSION, 36)
-        box.command("split on")
-        box.obeyed()
-        desk.send(READ_VERSION)
-        first = desk.one_reading()
-        self.assertLess(len(first), 36)
-        self.assertEqual(first + desk.receive(36 - len(first)), whole)
-        box.command("split off")
-        box.command("short 101")
-        box.obeyed()
-        self.assertEqual(desk.ask(READ_LEVELS, 101), bytes(101))
-        self.assertEqual(desk.receive(1, SILENCE), b"")
-        box.command("short 0")
-        box.obeyed()
-        self.assertEqual(len(desk.ask(READ_LEVELS, 512)), 512)
-
-    def test_a_stalled_box_takes_nothing_until_it_goes_on(self):
-        box = self.start()
-        desk = self.open(box)
-        box.command("stall on")
-        box.obeyed()
-        stream = (FRAME_HEAD + bytes(512)) * 200
-        sent = 0
-        with self.assertRaises(BlockingIOError):
-            while sent < len(stream):
-                sent += desk.send(stream[sent:])
-        box.command("stall off")
-        while sent < len(stream):
-            select.select([], [desk.descriptor], [], PATIENCE)
-            sent += desk.send(stream[sent:])
-        desk.ask(READ_VERSION, 36)
-        self.assertIn("frames 200\n", box.end()[1])
 
     def test_an_unplugged_box_is_gone_for_the_desk_and_comes_back_under_the_same_name(self):
         box = self.start()

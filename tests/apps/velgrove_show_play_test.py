@@ -280,25 +280,11 @@ class Ports(Play):
         self.assertEqual(self.all_frames(other, "z"), [])
 
     def test_a_port_set_by_hand_that_is_not_there_is_named(self):
-        self.refuses("/no/such/port", "not there")
-
-    def test_a_port_set_by_hand_that_is_no_port_is_named(self):
-        self.refuses("/dev/null", "not a serial port that runs at 500000 baud")
-
-    def refuses(self, port, reason):
         self.box()
-        self.set_port(f"'{port}'")
+        self.set_port("'/no/such/port'")
         desk = self.play()
         self.assertEqual(desk.end_by_itself(), (1, ""))
-        self.assertIn(f"interface: {port}: {reason}", desk.lines)
-
-    def test_a_port_that_is_no_text_is_told_with_the_settings_file(self):
-        self.box()
-        settings = self.set_port(5)
-        desk = self.play()
-        self.assertEqual(desk.end_by_itself()[0], 1)
-        place = f"{settings}: Velgrove, Interface, Port"
-        self.assertEqual(desk.lines, [f"velgrove-show: {place}: Registry data not a string"])
+        self.assertIn("interface: /no/such/port: not there", desk.lines)
 
     def test_damaged_settings_are_set_aside_with_words_and_the_box_is_found(self):
         box = self.box()

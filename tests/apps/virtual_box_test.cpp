@@ -65,15 +65,6 @@ TEST(Report, AnInterruptionIsNoGap) {
             "garbage bytes 4\nhalf frames 1\n");
 }
 
-TEST(Report, AFullChangeOfLightIsShownInPart) {
-  Report report(Start);
-  Levels levels{};
-  levels.fill(9);
-  report.addFrame(Start, levels);
-  EXPECT_THAT(report.line(Start + milliseconds(1000)), HasSubstr(", 1=9 2=9 3=9 4=9 5=9 6=9 7=9 8=9 9=9 10=9 "
-                                                                 "11=9 12=9 and 500 more\n"));
-}
-
 template <class Wanted>
 Wanted parsed(const char* line) {
   const Command command = parseCommand(line);
@@ -102,12 +93,6 @@ TEST(Console, WhatCannotBeFollowedIsRefusedWithWords) {
         "input 1 0x10", "input 1.5 1", "trigger 0", "trigger x", "trigger 1 2", "silent", "silent maybe",
         "short", "short -1", "short 99999999999", "unplug now", "QUIT"})
     EXPECT_THAT(parsed<command::Bad>(line).why, testing::Not(IsEmpty())) << line;
-}
-
-TEST(Console, HelpNamesEveryCommand) {
-  for (const char* name :
-       {"input", "trigger", "silent", "short", "split", "stall", "unplug", "plug", "help", "quit"})
-    EXPECT_THAT(std::string("\n") + consoleHelp(), HasSubstr(std::string("\n") + name + ' ')) << name;
 }
 
 TEST(Console, LinesAreJoinedFromPiecesAndAFloodIsCut) {

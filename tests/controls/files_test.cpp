@@ -30,10 +30,12 @@ TEST(Files, AMissingFileAndAFolderAreFaultsThatNamePathAndReason) {
               AllOf(HasSubstr("no/show.kel"), HasSubstr("No such file")));
 }
 
-TEST(Files, APipeInPlaceOfAFileDoesNotHoldTheReaderUp) {
+TEST(Files, APipeInPlaceOfAFileHoldsNobodyUp) {
   const TempFolder folder;
   ASSERT_EQ(::mkfifo((folder / "pipe").c_str(), 0600), 0);
   EXPECT_EQ(errorOf([&] { (void)readFile(folder / "pipe"); }).fault(), Fault::File);
+  EXPECT_THAT(errorOf([&] { writeFileSafely(folder / "pipe", "x", Backup::None); }).what(),
+              HasSubstr("a pipe"));
 }
 
 TEST(Files, WhatIsWrittenIsReadBackAndTheVersionBeforeStays) {

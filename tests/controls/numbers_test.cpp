@@ -6,16 +6,13 @@
 
 #include <gtest/gtest.h>
 
+#include "support/fault_of.h"
+
 namespace velgrove {
 namespace {
 
 Fault faultOf(const std::function<void()>& work) {
-  try {
-    work();
-  } catch (const RunTimeError& error) {
-    return error.fault();
-  }
-  throw std::logic_error("no run-time error came");
+  return errorOf(work).fault();
 }
 
 TEST(Numbers, FloatsRoundToTheNearestIntegerWithHalvesToEven) {

@@ -1,7 +1,6 @@
 #include "controls/posix_line.h"
 
 #include <csignal>
-#include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
@@ -13,6 +12,8 @@
 #include <vector>
 
 #include <gtest/gtest.h>
+
+#include "support/temp_folder.h"
 
 namespace velgrove {
 namespace {
@@ -179,9 +180,8 @@ TEST(PosixLine, AClosedPortIsShutToNobody) {
 }
 
 TEST(PosixLine, WhatIsNoFreeSerialPortIsNamed) {
-  std::string folder = testing::TempDir() + "posix_line_test.XXXXXX";
-  ASSERT_NE(mkdtemp(folder.data()), nullptr);
-  const std::filesystem::path root(folder);
+  const TempFolder folder;
+  const auto& root = folder.path();
   std::ofstream(root / "file") << "text";
   std::filesystem::create_symlink(root / "nowhere", root / "dangling");
   const SerialLine line = makePosixLine();
@@ -200,42 +200,21 @@ TEST(PosixLine, WhatIsNoFreeSerialPortIsNamed) {
     std::filesystem::permissions(root / "file", std::filesystem::perms::none);
     EXPECT_EQ(line.open(root / "file"), LineStatus::Refused);
   }
-  std::filesystem::remove_all(root);
 }
-
-/// A signal every half millisecond, each of which cuts short the system call that it meets.
-class SignalStorm {
- public:
-  SignalStorm() {
-    struct sigaction action {};
-    action.sa_handler = [](int) {};
-    sigaction(SIGALRM, &action, &m_before);
-    set(500);
-  }
-  ~SignalStorm() {
-    set(0);
-    sigaction(SIGALRM, &m_before, nullptr);
-  }
-  SignalStorm(const SignalStorm&) = delete;
-  SignalStorm& operator=(const SignalStorm&) = delete;
-
- private:
-  static void set(suseconds_t microseconds) {
-    const itimerval timer{.it_interval = {0, microseconds}, .it_value = {0, microseconds}};
-    setitimer(ITIMER_REAL, &timer, nullptr);
-  }
-  struct sigaction m_before {};
-};
 
 TEST(PosixLine, SignalsCutNoWaitShort) {
   OtherSide other;
   const SerialLine line = makePosixLine();
-  const SignalStorm storm;
+  std::signal(SIGALRM, [](int) {});
+  itimerval storm{.it_interval = {0, 500}, .it_value = {0, 500}};
+  setitimer(ITIMER_REAL, &storm, nullptr);
   ASSERT_EQ(line.open(other.path()), LineStatus::Ok);
   const auto before = steady_clock::now();
   line.wait(milliseconds(10));
   line.turnRound(milliseconds(10));
   EXPECT_GE(steady_clock::now() - before, milliseconds(20));
+  storm = {};
+  setitimer(ITIMER_REAL, &storm, nullptr);
 }
 
 TEST(PosixLine, WaitEndsWithAByteAndTurningRoundTakesItsWholeTime) {

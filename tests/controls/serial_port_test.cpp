@@ -6,8 +6,8 @@
 
 #include <gtest/gtest.h>
 
-#include "controls/faults.h"
 #include "controls/hand_clock.h"
+#include "support/fault_of.h"
 
 namespace velgrove {
 namespace {
@@ -126,12 +126,7 @@ TEST_F(Port, NoticesALossWhenReading) {
 TEST_F(Port, SaysWhyItDoesNotOpenAndCountsAsClosedThen) {
   port.Path = "/dev/tty7";
   opens = LineStatus::Busy;
-  try {
-    port.open();
-    FAIL() << "it opened";
-  } catch (const RunTimeError& error) {
-    EXPECT_STREQ(error.what(), "/dev/tty7: held by another program");
-  }
+  EXPECT_STREQ(errorOf([&] { port.open(); }).what(), "/dev/tty7: held by another program");
   EXPECT_FALSE(port.PortOpen());
   EXPECT_THROW(port.Output(Bytes{1}), RunTimeError);
 }

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "controls/hand_clock.h"
+#include "controls/machine.h"
 
 namespace velgrove {
 namespace {
@@ -167,6 +168,16 @@ TEST_F(Faults, OfALightTimerNeverWaitForTheAnswer) {
   EXPECT_EQ(posted, 1);
   EXPECT_EQ(shown, 0);
   EXPECT_EQ(ticks, 4);
+}
+
+TEST_F(Faults, AnOrdinaryBoxOfALightTimerIsPostedToo) {
+  Machine machine(clock.clock(), boxes);
+  Timer timer(
+      machine.timers, TimerRank::Send, 10, [&] { machine.boxes.show({.text = "port not open"}); },
+      ErrorPattern::Waits::Never);
+  timer.setEnabled(true);
+  clock.advanceTo(10ms, machine.timers);
+  EXPECT_EQ(posted, 1);
 }
 
 TEST_F(Faults, AbortedByTheOperatorReachTheTop) {

@@ -9,8 +9,8 @@
 
 #include "controls/files.h"
 #include "dmx/box_line.h"
-#include "model/registry_settings.h"
 #include "support/scripted_desk.h"
+#include "support/temp_folder.h"
 
 namespace velgrove::test {
 namespace {
@@ -19,7 +19,8 @@ namespace fs = std::filesystem;
 
 class Desks : public testing::Test {
  protected:
-  fs::path folder = fs::temp_directory_path() / ("velgrove-desk-" + std::to_string(getpid()));
+  TempFolder temporary;
+  const fs::path& folder = temporary.path();
   std::vector<std::string> boxes;
   HandClock clock;
   InterfaceBox box;
@@ -28,9 +29,6 @@ class Desks : public testing::Test {
   BoxAnswer answer = BoxAnswer::Ignore;
   std::function<void()> onBox;  ///< what the operator does while a box is open
   std::vector<InterfaceDevice> interfaces;
-
-  void SetUp() override { fs::create_directories(folder); }
-  void TearDown() override { fs::remove_all(folder); }
 
   std::unique_ptr<LightingDesk> start() {
     const auto nothing = [](const std::string&) {};
@@ -109,17 +107,10 @@ TEST_F(Desks, CancellingTheFirstDialogLeavesNoShowAndNoMerge) {
 }
 
 TEST_F(Desks, SettingsComeInAtStart) {
-  {
-    SettingsStore store(folder / "settings" / "settings.toml");
-    for (const auto& [section, key, text] :
-         std::initializer_list<std::array<const char*, 3>>{{"Project", "Up", "4"},
-                                                           {"Project", "Down", "5"},
-                                                           {"Project", "Delay", "6"},
-                                                           {"Project", "DMXDimmers", "-1"},
-                                                           {"Project", "PREF_SHOWSUBS", "-1"},
-                                                           {"Settings", "MainLeft", "1200.5"}})
-      SaveStringSetting(store, "Velgrove", section, key, text);
-  }
+  fs::create_directories(folder / "settings");
+  std::ofstream(folder / "settings" / "settings.toml")
+      << "[Velgrove.Project]\nUp = '4'\nDown = '5'\nDelay = '6'\nDMXDimmers = '-1'\nPREF_SHOWSUBS = '-1'\n"
+         "[Velgrove.Settings]\nMainLeft = '1200.5'\n";
   ShowMaker maker;
   auto project = maker.project();
   project->colQueueData().item(1)->colQueueEntries().Remove(1);

@@ -12,42 +12,35 @@ struct MergeCase {
   Source winner;
 };
 
-void PrintTo(const MergeCase& tested, std::ostream* out) {
-  *out << tested.name;
+TEST(Merge, GivesTheHighestAndNamesItsSource) {
+  const MergeCase cases[] = {
+      {"AllEqual", 200, 0, 200, 200, 200, 200, Source::Queue},
+      {"InputBeforeManual", 50, 0, 100, 100, 0, 100, Source::Input},
+      {"InputBeforeSubmaster", 0, 0, 100, 0, 100, 100, Source::Input},
+      {"ManualBeforeSubmaster", 0, 0, 0, 100, 100, 100, Source::Manual},
+      {"SubmasterStrictlyAbove", 100, 100, 100, 100, 101, 101, Source::Submaster},
+      {"QueueBeforeManual", 90, 100, 0, 100, 0, 100, Source::Queue},
+      {"SubmasterAboveAll", 50, 0, 40, 60, 70, 70, Source::Submaster},
+      {"ABAlone", 255, 0, 0, 0, 0, 255, Source::Queue},
+      {"XYAlone", 0, 255, 0, 0, 0, 255, Source::Queue},
+      {"LevelOnePasses", 1, 0, 0, 0, 0, 1, Source::Queue},
+  };
+  for (const MergeCase& c : cases) {
+    ShowState show;
+    show.DMXDimmers = true;
+    show.ABLevels[7] = static_cast<std::int16_t>(c.ab);
+    show.XYLevels[7] = static_cast<std::int16_t>(c.xy);
+    show.DMXInput[7] = static_cast<std::uint8_t>(c.input);
+    show.ManualLevels[7] = static_cast<std::uint8_t>(c.manual);
+    show.SubLevels[7] = static_cast<std::uint8_t>(c.submaster);
+    mergeLevels(show);
+    EXPECT_EQ(show.DMXOutput[7], c.output) << c.name;
+    EXPECT_EQ(show.LevelSource[7], static_cast<std::int16_t>(c.winner)) << c.name;
+    EXPECT_EQ(show.DMXOutput[6], 0);
+    EXPECT_EQ(show.LevelSource[6], static_cast<std::int16_t>(Source::Queue))
+        << "a dark channel is the players'";
+  }
 }
-
-class MergeOfOneChannel : public testing::TestWithParam<MergeCase> {};
-
-TEST_P(MergeOfOneChannel, GivesTheHighestAndNamesItsSource) {
-  const MergeCase& c = GetParam();
-  ShowState show;
-  show.DMXDimmers = true;
-  show.ABLevels[7] = static_cast<std::int16_t>(c.ab);
-  show.XYLevels[7] = static_cast<std::int16_t>(c.xy);
-  show.DMXInput[7] = static_cast<std::uint8_t>(c.input);
-  show.ManualLevels[7] = static_cast<std::uint8_t>(c.manual);
-  show.SubLevels[7] = static_cast<std::uint8_t>(c.submaster);
-  mergeLevels(show);
-  EXPECT_EQ(show.DMXOutput[7], c.output);
-  EXPECT_EQ(show.LevelSource[7], static_cast<std::int16_t>(c.winner));
-  EXPECT_EQ(show.DMXOutput[6], 0);
-  EXPECT_EQ(show.LevelSource[6], static_cast<std::int16_t>(Source::Queue))
-      << "a dark channel is the players'";
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Ties, MergeOfOneChannel,
-    testing::Values(MergeCase{"AllEqual", 200, 0, 200, 200, 200, 200, Source::Queue},
-                    MergeCase{"InputBeforeManual", 50, 0, 100, 100, 0, 100, Source::Input},
-                    MergeCase{"InputBeforeSubmaster", 0, 0, 100, 0, 100, 100, Source::Input},
-                    MergeCase{"ManualBeforeSubmaster", 0, 0, 0, 100, 100, 100, Source::Manual},
-                    MergeCase{"SubmasterStrictlyAbove", 100, 100, 100, 100, 101, 101, Source::Submaster},
-                    MergeCase{"QueueBeforeManual", 90, 100, 0, 100, 0, 100, Source::Queue},
-                    MergeCase{"SubmasterAboveAll", 50, 0, 40, 60, 70, 70, Source::Submaster},
-                    MergeCase{"ABAlone", 255, 0, 0, 0, 0, 255, Source::Queue},
-                    MergeCase{"XYAlone", 0, 255, 0, 0, 0, 255, Source::Queue},
-                    MergeCase{"LevelOnePasses", 1, 0, 0, 0, 0, 1, Source::Queue}),
-    [](const auto& tested) { return tested.param.name; });
 
 TEST(Merge, ClearManualWipesTheHandsLevelsForGood) {
   ShowState show;

@@ -179,43 +179,34 @@ TEST_F(Interface, AClosedPortIsReopenedWithABoxAndTheFrameGoesOut) {
   EXPECT_EQ(wire.size(), 516U);
 }
 
-struct Reading {
-  const char* name;
-  std::optional<std::size_t> bytes;
-  int numChannels;
-  int updated;
-  bool whole;
-};
-
-void PrintTo(const Reading& reading, std::ostream* out) {
-  *out << reading.name;
-}
-
-class InterfaceReading : public Interface, public testing::WithParamInterface<Reading> {};
-
-TEST_P(InterfaceReading, TakesTheBytesThatArrivedFromChannelOneUpward) {
-  const Reading& reading = GetParam();
+TEST_F(Interface, AReadingTakesTheBytesThatArrivedFromChannelOneUpward) {
+  const struct {
+    std::optional<std::size_t> bytes;
+    int numChannels, updated;
+    bool whole;
+  } cases[] = {{{}, 512, 512, true},
+               {101, 512, 101, false},
+               {100, 512, 0, false},
+               {{}, 100, 100, true},
+               {{}, 0, 0, true}};
   bringUp();
   for (int channel = 1; channel <= 512; ++channel) box.setInput(channel, 50);
-  show.DMXInput.fill(7);
-  show.NumChannels = static_cast<std::int16_t>(reading.numChannels);
-  box.setShort(reading.bytes);
-  comm.GetAllDMXIn();
-  EXPECT_EQ(wire, (Bytes{0x01, 0x02, 0x03, 0x01, 0x04, 0x02, 0x01}));
-  EXPECT_EQ(std::ranges::count(show.DMXInput, 50), reading.updated);
-  EXPECT_TRUE(reading.updated == 0 || show.DMXInput[static_cast<std::size_t>(reading.updated) - 1] == 50);
-  EXPECT_EQ(comm.RxToggle, reading.whole);
-  EXPECT_EQ(box.waiting(), 0U) << "nothing is left for the next one";
-  EXPECT_TRUE(shown.empty());
+  for (const auto& [bytes, numChannels, updated, whole] : cases) {
+    SCOPED_TRACE(testing::PrintToString(std::pair(bytes, numChannels)));
+    wire.clear();
+    show.DMXInput.fill(7);
+    show.NumChannels = static_cast<std::int16_t>(numChannels);
+    box.setShort(bytes);
+    comm.RxToggle = false;
+    comm.GetAllDMXIn();
+    EXPECT_EQ(wire, (Bytes{0x01, 0x02, 0x03, 0x01, 0x04, 0x02, 0x01}));
+    EXPECT_EQ(std::ranges::count(show.DMXInput, 50), updated);
+    EXPECT_TRUE(updated == 0 || show.DMXInput[static_cast<std::size_t>(updated) - 1] == 50);
+    EXPECT_EQ(comm.RxToggle, whole);
+    EXPECT_EQ(box.waiting(), 0U) << "nothing is left for the next one";
+    EXPECT_TRUE(shown.empty());
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(Lengths, InterfaceReading,
-                         testing::Values(Reading{"Whole", std::nullopt, 512, 512, true},
-                                         Reading{"Of101", 101, 512, 101, false},
-                                         Reading{"Of100", 100, 512, 0, false},
-                                         Reading{"FewChannels", std::nullopt, 100, 100, true},
-                                         Reading{"NoChannels", std::nullopt, 0, 0, true}),
-                         [](const auto& tested) { return tested.param.name; });
 
 TEST_F(Interface, ASilentBoxCostsLittleAndIsTold) {
   bringUp();

@@ -53,98 +53,29 @@ TEST(CueSearch, WithoutAMatchItShowsACriticalBoxAndGivesTheLastCue) {
   EXPECT_EQ(boxes.shown[0].buttons, BoxButtons::Ok);
 }
 
-TEST(CueSearch, AMarkOfNeitherPlayerIsNeverFound) {
-  const auto entries = listOf({{1, 0}, {1, 3}});
-  Boxes boxes;
-  for (const int player : {-1, 0, 1, 2}) (void)search(entries, 1, player, boxes.service);
-  EXPECT_EQ(boxes.shown.size(), 4U);
-}
-
 TEST(CueSearch, RemovingTakesTheMatchOrShowsItsBoxAndThenRaisesAnError) {
   auto entries = listOf({{1, 2}, {2, 2}, {2, 1}});
   Boxes boxes;
   SearchRemove(entries, 2, 0, boxes.service);
-  EXPECT_THAT(boxes.texts(), IsEmpty());
   ASSERT_EQ(entries.count(), 2);
   EXPECT_EQ(entries.item(2)->EntryQueueList, 2);
-
   EXPECT_EQ(errorOf([&] { SearchRemove(entries, 9, 0, boxes.service); }).fault(), Fault::Subscript);
   EXPECT_THAT(boxes.texts(), ElementsAre("cue search Remove error"));
-  EXPECT_EQ(boxes.shown[0].icon, BoxIcon::Critical);
-  EXPECT_EQ(entries.count(), 2);
 }
 
-std::vector<int> channelsAfterRemoving(std::initializer_list<int> channels, int target) {
-  colFixtures fixtures;
-  for (const int channel : channels)
-    fixtures.add(std::make_shared<clsFixture>())->Channel = static_cast<std::int16_t>(channel);
-  SearchRemove(fixtures, static_cast<std::int16_t>(target));
-  std::vector<int> left;
-  for (const auto& fixture : fixtures) left.push_back(fixture->Channel);
-  return left;
-}
-
-TEST(FixtureSearch, TheValueIsTheChannelThatIsSoughtAndThePositionThatGoes) {
-  EXPECT_THAT(channelsAfterRemoving({7, 3, 9}, 3), ElementsAre(7, 3));
-  EXPECT_THAT(channelsAfterRemoving({7, 3, 9}, 9), ElementsAre(7, 3, 9));
-  EXPECT_THAT(channelsAfterRemoving({7, 3, 9}, 1), ElementsAre(7, 3, 9));
-  EXPECT_THAT(channelsAfterRemoving({0, -1}, 0), ElementsAre(0, -1));
-  EXPECT_THAT(channelsAfterRemoving({0, -1}, -1), ElementsAre(0, -1));
-  EXPECT_THAT(channelsAfterRemoving({2, 2}, 2), ElementsAre(2));
-}
-
-TEST(SubMaster, ARecordedLookLeavesTheLastChannelAsItWas) {
+TEST(RecordedLevels, LeaveTheLastOneAsItWas) {
   ChannelBytes full;
   full.fill(255);
   clsSubMaster sub;
   sub.setDimmerLevel(full);
   EXPECT_EQ(sub.DimmerLevel()[510], 255);
   EXPECT_EQ(sub.DimmerLevel()[511], 0);
-  sub.setStored({.DimmerLevel = full});
-  sub.setDimmerLevel({});
-  EXPECT_EQ(sub.DimmerLevel()[510], 0);
-  EXPECT_EQ(sub.DimmerLevel()[511], 255);
-}
-
-TEST(SubMaster, ItsInputFieldsAnswerTheLevelAndKeepWhatWasSet) {
-  clsSubMaster sub;
-  sub.Level = 77;
-  sub.setDMXIn(1);
-  sub.setDMXInControlChannel(9);
-  EXPECT_EQ(sub.DMXIn(), 77);
-  EXPECT_EQ(sub.DMXInControlChannel(), 77);
-  EXPECT_EQ(sub.stored().DMXIn, 1);
-  EXPECT_EQ(sub.stored().DMXInControlChannel, 9);
-  sub.Level = 256;
-  EXPECT_EQ(errorOf([&] { (void)sub.DMXIn(); }).fault(), Fault::Overflow);
-}
-
-TEST(Fixture, FollowsAnInputOnlyByAValueThatFitsAByte) {
-  clsFixture fixture;
-  fixture.setDMXIn(255);
-  EXPECT_EQ(fixture.DMXIn(), 255);
-  EXPECT_EQ(errorOf([&] { fixture.setDMXIn(256); }).fault(), Fault::Overflow);
-  EXPECT_EQ(errorOf([&] { fixture.setDMXIn(-1); }).fault(), Fault::Overflow);
-  EXPECT_EQ(fixture.DMXIn(), 255);
-}
-
-TEST(DMXInput, TheLastIndexIsNeverTakenOver) {
-  clsDMXIn::Levels full;
-  full.fill(255);
+  clsDMXIn::Levels received;
+  received.fill(255);
   clsDMXIn input;
-  input.setValues(full);
+  input.setValues(received);
   EXPECT_EQ(input.Values()[511], 255);
   EXPECT_EQ(input.Values()[512], 0);
-}
-
-TEST(View, ItsFixturesCanBeReplacedAndAreMadeWhenThereAreNone) {
-  clsView view;
-  auto fixtures = std::make_shared<colFixtures>();
-  fixtures->add(std::make_shared<clsFixture>());
-  view.setColFixtures(fixtures);
-  EXPECT_EQ(&view.colFixtures(), fixtures.get());
-  view.setColFixtures(nullptr);
-  EXPECT_EQ(view.colFixtures().count(), 0);
 }
 
 TEST(Collection, ItemsMoveUpBehindARemovedOneAndWrongPositionsAreErrors) {

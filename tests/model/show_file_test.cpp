@@ -40,23 +40,6 @@ TEST(ShowFile, ANewShowIsWrittenByteForByteAsTheFormatLaysItOut) {
   EXPECT_EQ(writeShow(*exampleShow()), exampleBytes());
 }
 
-TEST(ShowFile, ANewShowIsReadBackFieldByField) {
-  const auto read = readShow(exampleBytes(), Leave);
-  EXPECT_THAT(read.faults, IsEmpty());
-  ASSERT_NE(read.project, nullptr);
-  EXPECT_EQ(read.project->ProjectName.str(), "Play" + std::string(46, ' '));
-  const auto& view = *read.project->colViews().item(1);
-  EXPECT_EQ(view.ViewName, "Play");
-  EXPECT_EQ(view.storedNumberOfZooms(), 1);
-  EXPECT_EQ(read.project->colViews().item(1)->colZooms().item(1)->rt, 1000);
-  EXPECT_EQ(read.project->colViews().item(1)->colSubMasters().item(24)->Identifier, 23);
-  ASSERT_EQ(read.project->colQueueData().count(), 2);
-  const auto& xy = *read.project->colQueueData().item(2);
-  EXPECT_EQ(xy.QueueListDesc, "XY Fader");
-  EXPECT_EQ(xy.colQueueEntries().item(1)->EntryQueueList, 1);
-  EXPECT_EQ(xy.colQueueEntries().item(1)->QueueNumberMasterGo, "None");
-}
-
 TEST(ShowFile, TheDeskLeavesTheInputRecordsAndItsNextSaveDropsThem) {
   const auto read = readShow(exampleBytes(), Leave);
   EXPECT_EQ(read.project->NumberOfDMXEntries, 1);
@@ -208,7 +191,7 @@ TEST(ShowFile, WhatTheFormatCannotHoldIsAFaultThatNamesTheField) {
   EXPECT_EQ(errorOf([&] { (void)writeShow(*show.project); }).fault(), Fault::Overflow);
 }
 
-TEST(ShowFile, AShapeOfTheTableIsARecordLikeTheOthers) {
+TEST(ShowFile, AShapeOfTheTableIsWrittenLikeTheOtherRecords) {
   clsFixtureType shape;
   shape.id = 3;
   shape.ScaleFactor = 0.5;
@@ -216,26 +199,8 @@ TEST(ShowFile, AShapeOfTheTableIsARecordLikeTheOthers) {
   shape.fname = "leko.cad";
   RecordWriter file;
   shape.Save(file);
-  const auto bytes = file.take();
-  ASSERT_EQ(bytes.size(), 2U + 8U + 4U + 255U);
-  RecordReader reader(bytes);
-  clsFixtureType read;
-  read.restore(reader);
-  EXPECT_TRUE(reader.atEnd());
-  EXPECT_EQ(read.id, 3);
-  EXPECT_EQ(read.ScaleFactor, 0.5);
-  EXPECT_EQ(read.ShapeNumber, -7);
-  EXPECT_EQ(read.fname.str(), shape.fname.str());
-}
-
-TEST(ShowFile, CharactersOutsideTheCodePageBecomeQuestionMarks) {
-  SmallShow show;
-  show.project->ProjectName = "Hamlet \xE2\x82\xAC \xD0\xAF \xF0\x9F\x8E\xAD";
-  show.view->ViewName = "caf\xC3\xA9";
-  const auto bytes = writeShow(*show.project);
-  EXPECT_EQ(bytes.substr(0, 50), "Hamlet \x80 ? ?" + std::string(38, ' '));
-  EXPECT_EQ(bytes.substr(311, 6), "\4\0caf\xE9"s);
-  EXPECT_EQ(readShow(bytes, Leave).project->colViews().item(1)->ViewName, "caf\xC3\xA9");
+  EXPECT_EQ(file.take(),
+            "\3\0"s + "\0\0\0\0\0\0\xE0\x3F"s + "\xF9\xFF\xFF\xFF"s + "leko.cad" + std::string(247, ' '));
 }
 
 }  // namespace

@@ -55,27 +55,12 @@ TEST(ShowJson, TheTextNamesTheFieldsInTheOrderOfTheRecords) {
   const auto text = showToJson(*oddShow());
   EXPECT_THAT(text, StartsWith("{\n  \"ProjectName\": \""));
   std::size_t at = 0;
-  for (const char* part : {"\"NumberOfViews\": 2,\n",
-                           "\"NumberOfDMXEntries\": 1,\n",
-                           "\"colViews\": [\n",
-                           "\"NumberOfZooms\": 0,",
-                           "\"colFixtures\": []",
-                           "\"Angle\": \"NaN(0x7ff0000000000001)\"",
-                           "\"x\": \"-Infinity\"",
-                           "\"Wattage\": \"NaN(0xffc00001)\"",
-                           "\"DMXInControlChannel\": 7",
-                           "\"colSubMasters\": [",
-                           "\"DimmerLevel\": [",
-                           "\"colQueueData\": [",
-                           "\"Reserved\": 258",
-                           "\"EntryNum\": 1.1,",
-                           "\"QueueNumberMasterGo\": \"\"",
-                           "\"EntryNum\": \"NaN(0x7fa00000)\"",
-                           "\"QueueNumberMasterGo\": \"2.5\"",
-                           "\"EntryNum\": \"NaN\"",
-                           "\"QueueNumberMasterGo\": null",
-                           "\"EntryNum\": \"Infinity\"",
-                           "\"colDMXIn\": ["}) {
+  for (const char* part :
+       {"\"NumberOfViews\": 2,\n", "\"colFixtures\": []", "\"Angle\": \"NaN(0x7ff0000000000001)\"",
+        "\"x\": \"-Infinity\"", "\"Wattage\": \"NaN(0xffc00001)\"", "\"DMXInControlChannel\": 7",
+        "\"Reserved\": 258", "\"EntryNum\": 1.1,", "\"QueueNumberMasterGo\": \"\"",
+        "\"EntryNum\": \"NaN(0x7fa00000)\"", "\"QueueNumberMasterGo\": \"2.5\"",
+        "\"QueueNumberMasterGo\": null", "\"colDMXIn\": ["}) {
     const auto found = text.find(part, at);
     ASSERT_NE(found, std::string::npos) << part;
     at = found;
@@ -111,7 +96,6 @@ TEST(ShowJson, WhatIsWrongIsNamedByItsPath) {
     std::string text;
   } cases[] = {
       {cue + "Up", 70000, inCue + "Up: 70000 is outside -32768 to 32767"},
-      {cue + "Up", -32769, inCue + "Up: -32769 is outside -32768 to 32767"},
       {cue + "Up", 18446744073709551615U, inCue + "Up: 18446744073709551615 is outside -32768 to 32767"},
       {cue + "Up", 1.5, inCue + "Up: 1.5 is no whole number"},
       {cue + "Up", "1", inCue + "Up: a whole number is wanted, here is a string"},
@@ -119,12 +103,9 @@ TEST(ShowJson, WhatIsWrongIsNamedByItsPath) {
       {cue + "EntryNum", 1e39, inCue + "EntryNum: 1e+39 doesn't fit 32 bits"},
       {cue + "EntryNum", "nan", inCue + "EntryNum: \"nan\" is no number"},
       {cue + "EntryNum", "NaN(0x3f800000)", inCue + "EntryNum: \"NaN(0x3f800000)\" is no number"},
-      {cue + "EntryNum", true, inCue + "EntryNum: a number is wanted, here is a boolean"},
       {cue + "EntryDesc", "\xD0\xAF", inCue + "EntryDesc: a show file has no character \"\xD0\xAF\""},
       {cue + "EntryDesc", std::string(65536, 'x'),
        inCue + "EntryDesc: 65536 characters; a show file holds 65535"},
-      {cue + "EntryDesc", 1, inCue + "EntryDesc: a text is wanted, here is a number"},
-      {cue + "QueueNumberMasterGo", 1, inCue + "QueueNumberMasterGo: a text is wanted, here is a number"},
       {cue + "Values", json::array({1, 2}), inCue + "Values: 2 numbers; it has 512"},
       {cue + "Values/511", 256, inCue + "Values[511]: 256 is outside 0 to 255"},
       {"/ProjectName", std::string(51, 'x'), "ProjectName: 51 characters; a show file holds 50"},

@@ -7,17 +7,7 @@
 namespace velgrove::test {
 namespace {
 
-struct Marks {
-  int stage;
-  int next;
-};
-
-void PrintTo(const Marks& marks, std::ostream* out) {
-  *out << marks.stage << "/" << marks.next;
-}
-bool operator==(const Marks& a, const Marks& b) {
-  return a.stage == b.stage && a.next == b.next;
-}
+using Marks = std::pair<int, int>;  ///< stage and next
 
 ShowMaker showOf(int rows) {
   ShowMaker maker;
@@ -38,38 +28,18 @@ struct Move {
   Marks after;
 };
 
-void PrintTo(const Move& move, std::ostream* out) {
-  *out << move.name;
-}
-
-void advance(QueueList& player) {
-  player.cmdAdvanceStageCue.click();
-}
-void decrement(QueueList& player) {
-  player.cmdDecrementStageCue.click();
-}
-void makeStage(QueueList& player) {
-  player.cmdMakeStageCue.click();
-}
-void makeNext(QueueList& player) {
-  player.cmdMakeNextCue.click();
-}
-void reset(QueueList& player) {
-  player.ResetStageCue();
-}
-void fadeEnds(QueueList& player) {
-  player.AdvanceQueues();
-}
-void pauseEnds(QueueList& player) {
-  player.ProcessPause();
-}
-void stepped(QueueList& player) {
-  player.cmdGoForward.click();
-}
+constexpr auto advance = [](QueueList& player) { player.cmdAdvanceStageCue.click(); };
+constexpr auto decrement = [](QueueList& player) { player.cmdDecrementStageCue.click(); };
+constexpr auto makeStage = [](QueueList& player) { player.cmdMakeStageCue.click(); };
+constexpr auto makeNext = [](QueueList& player) { player.cmdMakeNextCue.click(); };
+constexpr auto reset = [](QueueList& player) { player.ResetStageCue(); };
+constexpr auto fadeEnds = [](QueueList& player) { player.AdvanceQueues(); };
+constexpr auto pauseEnds = [](QueueList& player) { player.ProcessPause(); };
+constexpr auto go = [](QueueList& player) { player.cmdGoForward.click(); };
 
 const Move Moves[] = {
     {"LoadOfOneRow", [](QueueList&) {}, 1, {1, -1}, 1, {1, -1}},
-    {"GoLeavesTheMarks", stepped, 4, {1, 2}, 1, {1, 2}},
+    {"GoLeavesTheMarks", go, 4, {1, 2}, 1, {1, 2}},
     {"FadeEndWithoutNext", fadeEnds, 4, {2, -1}, 1, {2, -1}},
     {"FadeEndBeforeTheLast", fadeEnds, 4, {3, 4}, 1, {4, -1}},
     {"FadeEndOfTwoRows", fadeEnds, 2, {1, 2}, 1, {2, -1}},
@@ -98,22 +68,19 @@ const Move Moves[] = {
     {"PauseEndBackwards", pauseEnds, 5, {5, 3}, 1, {3, 4}},
 };
 
-class MarksMove : public testing::TestWithParam<Move> {};
-
-TEST_P(MarksMove, AsTheTableSaysInBothPlayers) {
-  const Move& move = GetParam();
-  ScriptedDesk desk(showOf(move.rows));
-  for (QueueList* player : {&desk.ab(), &desk.xy()}) {
-    player->State.StageCue = static_cast<std::int16_t>(move.before.stage);
-    player->State.NextCue = static_cast<std::int16_t>(move.before.next);
-    player->State.PointerCue = static_cast<std::int16_t>(move.pointer);
-    move.act(*player);
-    EXPECT_EQ((Marks{player->State.StageCue, player->State.NextCue}), move.after) << player->Window.Caption;
+TEST(Marks, MoveAsTheTableSaysInBothPlayers) {
+  for (const Move& move : Moves) {
+    ScriptedDesk desk(showOf(move.rows));
+    for (QueueList* player : {&desk.ab(), &desk.xy()}) {
+      player->State.StageCue = static_cast<std::int16_t>(move.before.first);
+      player->State.NextCue = static_cast<std::int16_t>(move.before.second);
+      player->State.PointerCue = static_cast<std::int16_t>(move.pointer);
+      move.act(*player);
+      EXPECT_EQ(Marks(player->State.StageCue, player->State.NextCue), move.after)
+          << move.name << ", " << player->Window.Caption;
+    }
   }
 }
-
-INSTANTIATE_TEST_SUITE_P(Table, MarksMove, testing::ValuesIn(Moves),
-                         [](const auto& tested) { return tested.param.name; });
 
 TEST(Marks, AStageButtonBringsTheLookAtOnce) {
   ScriptedDesk desk(showOf(4));

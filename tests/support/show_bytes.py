@@ -22,28 +22,27 @@ def look(levels):
     return bytes(levels.get(channel, 0) for channel in range(1, CHANNELS + 1))
 
 
-def header(views, lists, inputs, name="Play", description=""):
-    return (name.encode("cp1252").ljust(50) + description.encode("cp1252").ljust(255)
-            + struct.pack("<3h", views, lists, inputs))
+def header(views, lists, inputs):
+    return b"Play".ljust(50) + b" " * 255 + struct.pack("<3h", views, lists, inputs)
 
 
-def fixture(channel, name="Lamp", x=0.0, wattage=500.0):
+def fixture(channel, name="Lamp"):
     return (text("leko") + text(name) + struct.pack("<BihIIIIIII", 0, 0, channel, 0, 0, 0, 2, 0, 0, 0)
-            + struct.pack("<5df", 0.0, 0.0, 0.0, x, 0.0, wattage)
+            + struct.pack("<5df", 0.0, 0.0, 0.0, 0.0, 0.0, 500.0)
             + b"".join(text(each) for each in ("L103", "Lee", "", "", "", "", ""))
             + struct.pack("<i4B", 0, 0, 0, 0, 0))
 
 
-def zoom(top=1000.0, bottom=0.0, left=0.0, right=1000.0):
-    return struct.pack("<4d", top, bottom, left, right)
+def zoom():
+    return struct.pack("<4d", 1000.0, 0.0, 0.0, 1000.0)
 
 
-def submaster(index, name=" ", levels=None):
-    return text(name) + struct.pack("<ii", 0, index) + look(levels or {}) + bytes(2)
+def submaster(index):
+    return text(" ") + struct.pack("<ii", 0, index) + look({}) + bytes(2)
 
 
-def view(fixtures=(), zooms=(), submasters=(), name="Play"):
-    return (text(name) + struct.pack("<3h", len(zooms), len(fixtures), len(submasters))
+def view(fixtures, zooms, submasters):
+    return (text("Play") + struct.pack("<3h", len(zooms), len(fixtures), len(submasters))
             + b"".join([*fixtures, *zooms, *submasters]))
 
 
@@ -52,16 +51,16 @@ def cue(mark, number, levels=None, up=0, down=0, delay=0, description="", link=(
             + look(levels or {}) + struct.pack("<h", mark) + text(link[0]) + tagged(link[1]))
 
 
-def blackout(mark, **times):
-    return cue(mark, 0, description="Blackout", **times)
+def blackout(mark):
+    return cue(mark, 0, description="Blackout")
 
 
 def cue_list(name, cues):
     return text(name) + text(name + " Fader") + struct.pack("<h", len(cues)) + b"".join(cues)
 
 
-def dmx_input(patch=0, name="", values=bytes(513)):
-    return struct.pack("<h", patch) + text(name) + text("") + values + struct.pack("<h", 0)
+def dmx_input():
+    return bytes(2) + text("") + text("") + bytes(513) + bytes(2)
 
 
 def show(xy=(), ab=(), patch=range(1, 13)):
