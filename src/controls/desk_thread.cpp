@@ -55,8 +55,25 @@ void DeskThread::until(const std::function<bool()>& condition) {
       m_desk.give();
       m_desk.take();
     } else {
-      m_desk.wait(m_timers.nextDue(), m_timers.clock());
+      waitForTimer();
     }
+  }
+}
+
+/// A sleeper wakes a tenth of a millisecond late, now more and now less, and that would be the unsteadiness
+/// of the frames. So the thread wakes early and watches the clock for the rest, with the desk free meanwhile.
+void DeskThread::waitForTimer() {
+  constexpr Nanoseconds WakingLag{120'000};
+  const auto now = [this] { return m_timers.clock().now(); };
+  const auto due = m_timers.nextDue();
+  if (!due) {
+    m_desk.wait(std::nullopt, m_timers.clock());
+  } else if (*due - now() > WakingLag) {
+    m_desk.wait(*due - WakingLag, m_timers.clock());
+  } else {
+    m_desk.give();
+    while (now() < *due && !m_desk.closing()) continue;
+    m_desk.take();
   }
 }
 

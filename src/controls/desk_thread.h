@@ -35,6 +35,7 @@ class DeskThread {
 
  private:
   void run(const std::function<void()>& setup);
+  void waitForTimer();
 
   Desk& m_desk;
   TimerSet& m_timers;
