@@ -129,7 +129,7 @@ bool frmMain::LoadProject(std::int16_t index) {
 }
 
 /// Reads the show before anything is closed. A box tells why it can't be read, or what of it is missing.
-std::shared_ptr<clsProject> frmMain::readProject() {
+std::shared_ptr<clsProject> frmMain::readProject() const {
   const std::string& file = m_show.ProjectFileName;
   try {
     const ShowRead read = readShow(readFile(file), DMXInputRecords::Leave);

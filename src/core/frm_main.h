@@ -49,7 +49,7 @@ class frmMain {
   static const std::array<Command, 8> Commands;
 
   QueueList& shownXY();
-  [[nodiscard]] std::shared_ptr<clsProject> readProject();
+  [[nodiscard]] std::shared_ptr<clsProject> readProject() const;
   void go();
   void stopFade();
   void nextStageCue();

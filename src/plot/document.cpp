@@ -55,7 +55,7 @@ void frmDocument::stopTimers() {
 }
 
 /// A view that was never opened has no submasters yet.
-void frmDocument::makeSubMasters() {
+void frmDocument::makeSubMasters() const {
   const auto view = GetCurrentView();
   auto& subMasters = view->colSubMasters();
   if (subMasters.count() > 0) return;

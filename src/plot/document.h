@@ -39,7 +39,7 @@ class frmDocument {
   void UpdateDisplay_Timer();
 
  private:
-  void makeSubMasters();
+  void makeSubMasters() const;
   void SetViewFixtures();
 
   ShowState& m_show;
