@@ -8,7 +8,6 @@
 #include "messages.h"
 #include "model/registry_settings.h"
 #include "model/settings_store.h"
-#include "model/text.h"
 
 namespace velgrove {
 namespace {
@@ -24,18 +23,6 @@ std::string portByHand() {
     throw RunTimeError(error.fault(),
                        settings.file().string() + ": Velgrove, Interface, Port: " + error.what());
   }
-}
-
-/// A text on one line of a terminal: the version is the box's own words, and a faulty box may say anything.
-std::string printable(std::string_view text) {
-  std::string line;
-  while (!text.empty()) {
-    const auto [code, bytes] = firstCharacter(text);
-    const bool shows = code >= 0x20 && (code < 0x7F || code > 0x9F) && code != NoCharacter;
-    line += shows ? text.substr(0, bytes) : "?";
-    text.remove_prefix(bytes);
-  }
-  return line;
 }
 
 /// The desk on the real clock, played by a script.
@@ -133,7 +120,7 @@ class Performance {
                                       std::pair(&m_toldCondition, &comm.Condition.Caption)}) {
       if (*told == *words) continue;
       *told = *words;
-      m_console.leave("interface: " + (words->empty() ? "all is well again" : printable(*words)));
+      m_console.leave("interface: " + (words->empty() ? "all is well again" : *words));
     }
   }
 

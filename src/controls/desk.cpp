@@ -97,6 +97,11 @@ void Desk::wait(std::optional<Nanoseconds> until, const Clock& clock) {
 }
 
 void Desk::tell() {
+  // Whoever looked at the condition before it changed is by now in its wait, and no longer on the way to it.
+  if (!mine()) {
+    lock();
+    unlock();
+  }
   pthread_cond_broadcast(&m_told);
 }
 

@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "dmx/wire.h"
+#include "model/text.h"
 
 namespace velgrove {
 namespace {
@@ -108,7 +109,7 @@ std::int16_t VelgroveComm::InitVelgrove() {
 bool VelgroveComm::showVersion() {
   show("Getting Version");
   try {
-    show(GetVGVersion());
+    show(printable(GetVGVersion()));  // the box's own words, and a faulty one may say anything
     return true;
   } catch (const RunTimeError& error) {
     if (error.fault() != Fault::Device) throw;

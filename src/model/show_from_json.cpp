@@ -178,7 +178,7 @@ std::shared_ptr<clsProject> showFromJson(std::string_view json) {
   try {
     object = Json::parse(json);
   } catch (const Json::exception& error) {
-    throw RunTimeError(Fault::File, syntaxError(error.what()));
+    throw RunTimeError(Fault::File, printable(syntaxError(error.what())));
   }
   auto project = std::make_shared<clsProject>();
   JsonReader::record(*project, object, "");

@@ -108,4 +108,15 @@ std::string fixedText(std::string_view text, std::size_t length) {
   return std::string(text.substr(0, end)).append(length - count, ' ');
 }
 
+std::string printable(std::string_view text) {
+  std::string line;
+  while (!text.empty()) {
+    const auto [code, bytes] = firstCharacter(text);
+    const bool shows = code >= 0x20 && (code < 0x7F || code > 0x9F) && code != NoCharacter;
+    line += shows ? text.substr(0, bytes) : "?";
+    text.remove_prefix(bytes);
+  }
+  return line;
+}
+
 }  // namespace velgrove

@@ -27,6 +27,9 @@ inline constexpr char32_t NoCharacter = 0xFFFFFFFF;
 /// The byte that stands for a character in Windows-1252; nothing when it has none.
 [[nodiscard]] std::optional<std::uint8_t> codePageByte(char32_t character);
 
+/// A foreign text as one line that can be shown: control characters and bytes that are no UTF-8 become '?'.
+[[nodiscard]] std::string printable(std::string_view text);
+
 /// The first `length` characters of a text, filled up with blanks.
 [[nodiscard]] std::string fixedText(std::string_view text, std::size_t length);
 
