@@ -25,9 +25,12 @@ class Depth {
 
 void CueLinks::SimultaneousStart(const std::string& list, const std::string& number) {
   if (list == "None" || number == "None") return;
-  if (list == "AB") startAB(number);
-  if (list == "XY") startXY(number);
-  if (list == "EF") m_wiring.startEffect(number);
+  if (list == "AB")
+    startAB(number);
+  else if (list == "XY")
+    startXY(number);
+  else if (list == "EF")
+    m_wiring.startEffect(number);
   m_show.XYEndsManualClear = true;
   m_show.ABEndsManualClear = false;
 }

@@ -29,7 +29,10 @@ void QueueList::cmdGoForward_Click() {
                  });
   m_show.XYEndsManualClear = true;
   m_show.ABEndsManualClear = true;
-  m_errors.run([&] { m_wiring.SimultaneousStart(State.MasterGoList, State.MasterGoNumber); });
+  // Copies: the link can come back to this list and take the next cue's link there.
+  m_errors.run([&, list = State.MasterGoList, number = State.MasterGoNumber] {
+    m_wiring.SimultaneousStart(list, number);
+  });
   m_show.ClearManual = true;
   m_errors.run([&] { buildTimeline(State, m_machine.timeGetTime()); });
   SetupCrossFade();
