@@ -135,6 +135,7 @@ void LightingDesk::noteRecentFile() {
 
 void LightingDesk::ShutdownApp() {
   windows.Comm.SetDMXState(false);
+  windows.Effects.ChaseTimer.setEnabled(false);
   windows.unloadPlayers();
   windows.closeDocuments();
   windows.Comm.CloseVelgrove();

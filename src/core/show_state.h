@@ -43,6 +43,7 @@ struct ShowState {
   std::int16_t BarColumns = 0;
   std::int16_t BarRows = 0;
   std::int16_t BarGap = 0;
+  std::int16_t EffectListNext = 1;   ///< number of the next effect
   std::int16_t LevelTextSource = 0;  ///< the Source code with which level text is drawn next
 
   std::int16_t DefaultUp = 0;  ///< times of a new cue, seconds

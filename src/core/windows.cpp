@@ -14,13 +14,14 @@ QueueList& loaded(const std::unique_ptr<QueueList>& player) {
 
 Windows::Windows(ShowState& show, Machine& machine, Wiring wiring)
     : Comm(show, machine, withTriggerGo(wiring.interface, [this] { goByTrigger(); })),
+      Effects(show, machine),
       m_show(show),
       m_machine(machine),
       m_wiring(std::move(wiring)),
       m_links(show, machine,
               {.ABQ = [this]() -> QueueList& { return abPlayer(); },
                .XYQ = [this]() -> QueueList& { return xyPlayer(); },
-               .startEffect = m_wiring.startEffect}) {}
+               .startEffect = [this](const std::string& number) { startEffect(number); }}) {}
 
 VelgroveComm::Wiring Windows::withTriggerGo(VelgroveComm::Wiring wiring, std::function<void()> go) {
   wiring.triggerGo = std::move(go);
@@ -99,6 +100,11 @@ void Windows::closeDocuments() {
 
 void Windows::endRepaints() const {
   for (QueueList* player : {&abPlayer(), &xyPlayer()}) player->endRepaint();
+}
+
+void Windows::startEffect(const std::string& number) {
+  if (m_show.GoFromInput) Effects.Window.WindowState = WindowState::Minimised;
+  Effects.doEffect(number);
 }
 
 /// The box's trigger is a hardware Go of XY; AB is never started from there.

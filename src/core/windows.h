@@ -7,6 +7,7 @@
 
 #include "dmx/velgrove_comm.h"
 #include "playback/cue_links.h"
+#include "playback/effects_queue.h"
 #include "playback/queue_list.h"
 #include "plot/document.h"
 
@@ -32,7 +33,6 @@ class Windows {
     VelgroveComm::Wiring interface;  ///< all but the trigger's Go
     std::function<void(const std::string&)> showCuePanel;
     std::function<void(const std::string&)> showStatus;
-    std::function<void(const std::string& number)> startEffect;
   };
 
   Windows(ShowState& show, Machine& machine, Wiring wiring);
@@ -40,6 +40,7 @@ class Windows {
   Windows& operator=(const Windows&) = delete;
 
   VelgroveComm Comm;
+  EffectsQueue Effects;
   std::unique_ptr<QueueList> ABQ;
   std::unique_ptr<QueueList> XYQ;
   std::vector<std::unique_ptr<frmDocument>> Documents;
@@ -64,6 +65,7 @@ class Windows {
   [[nodiscard]] std::unique_ptr<QueueList> makePlayer(const PlayerTraits& traits);
   [[nodiscard]] std::shared_ptr<clsView> currentView() const;
   void goByTrigger();
+  void startEffect(const std::string& number);
 
   ShowState& m_show;
   Machine& m_machine;
