@@ -4,6 +4,8 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 git ls-files '*.cpp' '*.h' | xargs clang-format --dry-run --Werror
-git ls-files 'src/*.cpp' 'apps/*.cpp' | xargs nice run-clang-tidy-16 -quiet -p build/release >build/tidy.log 2>/dev/null ||
-  { cat build/tidy.log; exit 1; }
+git ls-files 'src/*.cpp' 'apps/*.cpp' | xargs run-clang-tidy-16 -quiet -p build/release >build/tidy.log 2>/dev/null || {
+  grep -E -A4 '(error|warning):' build/tidy.log || cat build/tidy.log
+  exit 1
+}
 echo "lint: clean"

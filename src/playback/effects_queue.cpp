@@ -46,7 +46,7 @@ void EffectsQueue::addEffectToList(const std::string& start, const std::string& 
   });
 }
 
-void EffectsQueue::tellNotRegistered(const std::string& effectNumber) {
+void EffectsQueue::tellNotRegistered(const std::string& effectNumber) const {
   m_machine.boxes.show({.text = "Effect " + effectNumber + " not registered", .icon = BoxIcon::Information});
 }
 

@@ -44,7 +44,7 @@ class EffectsQueue {
  private:
   void noteCount();
   [[nodiscard]] std::int32_t getDuration(std::int16_t effectNumber);
-  void tellNotRegistered(const std::string& effectNumber);
+  void tellNotRegistered(const std::string& effectNumber) const;
   void doChase(std::int32_t start, std::int32_t stop, std::int32_t speed, std::int32_t duration);
   void step();
   [[nodiscard]] std::uint8_t& output(int channel) { return m_show.DMXOutput[channelIndex(channel)]; }
