@@ -107,7 +107,10 @@ void frmMain::inputToSubmasters() {
 // ---- The life of a show
 
 bool frmMain::LoadProject(std::int16_t index) {
-  if (m_show.ProjectFileName.empty()) return false;
+  if (m_show.ProjectFileName.empty()) {
+    m_machine.errors.run([&] { CloseViews(); });
+    return false;
+  }
   const auto project = readProject();
   if (project == nullptr) return false;
 

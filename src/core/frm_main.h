@@ -34,9 +34,9 @@ class frmMain {
   /// The one handler of all tools and menu items, by the tool's id.
   void SSActiveToolBars1_ToolClick(std::string_view id);
 
-  /// Reads ProjectFileName and opens its windows. False, with a box that says why and the open show
-  /// untouched, for a file that can't be read as a show; a damaged one is opened as far as it goes, and a box
-  /// tells what was missing.
+  /// Reads ProjectFileName and opens its windows; without a name the open views close. False, with a box that
+  /// says why and the open show untouched, for a file that can't be read as a show; a damaged one is opened
+  /// as far as it goes, and a box tells what was missing.
   bool LoadProject(std::int16_t index);
   void LoadDoc();
   void CloseViews();

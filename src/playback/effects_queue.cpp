@@ -53,11 +53,12 @@ void EffectsQueue::tellNotRegistered(const std::string& effectNumber) const {
 /// One past the last effect gets through the test and fails at its row.
 void EffectsQueue::doEffect(const std::string& effectNumber) {
   m_machine.errors.run([&] {
-    const auto number = toInteger<std::int16_t>(effectNumber);
-    if (number > nextEffectNumber) {
+    const double asked = toNumber(effectNumber);
+    if (asked > nextEffectNumber) {
       tellNotRegistered(effectNumber);
       return;
     }
+    const auto number = roundTo<std::int16_t>(asked);
     const ListView::Row row = ListViewEffects.row(number);
     doChase(cell(row, StartCell), cell(row, StopCell), cell(row, SpeedCell), getDuration(number));
   });

@@ -34,6 +34,13 @@ void QueueList::setUpButtons() {
   set(cmdDecrementStageCue, "", "Decrement Stage Cue", Magenta, &QueueList::cmdDecrementStageCue_Click);
   set(cmdMakeStageCue, "Stage Cue", "Make Stage Cue", Red, &QueueList::cmdMakeStageCue_Click);
   set(cmdMakeNextCue, "Next Cue", "Make Next Cue", Green, &QueueList::cmdMakeNextCue_Click);
+  set(cmdRecord, "&Record", "Record Cue", Red, nullptr);
+  set(cmdUpdate, "&Update", "Update Cue", Yellow, nullptr);
+  set(cmdInsertCue, "Insert", "Insert Cue", Magenta, nullptr);
+  set(cmdDeleteCue, "Delete", "Delete Cue", Magenta, nullptr);
+  set(cmdCopy, "Copy", "Copy Cue", Magenta, nullptr);
+  set(cmdPaste, "Paste", "Paste Cue", Magenta, nullptr);
+  set(cmdLoop, "Loop", "Loop", Magenta, nullptr);
   set(cmdLiveView, "Live", "", Magenta, &QueueList::cmdLiveView_Click);
   set(cmdBlindView, "Blind", "", Magenta, &QueueList::cmdBlindView_Click);
 }

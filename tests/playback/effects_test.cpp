@@ -31,8 +31,8 @@ TEST(Chase, LightsOneChannelAfterTheOtherUntilItsTimeIsUp) {
 }
 
 TEST(Chase, OfAnEffectThatIsNotThereSaysSo) {
-  ScriptedDesk beyond(linkedToEffect("2"));
-  beyond.expectBox("Effect 2 not registered");
+  ScriptedDesk beyond(linkedToEffect(" 40000 "));
+  beyond.expectBox("Effect  40000  not registered");
   beyond.tool("ID_Go");
   EXPECT_TRUE(beyond.xy().State.Fading);
 
