@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <string>
 
 namespace velgrove {
@@ -16,6 +17,14 @@ struct Form {
   float Top = 0;
   float Width = 0;
   float Height = 0;
+  unsigned Fronts = 0;            ///< how often it was asked to the front; the face looks at the count
+  unsigned Identity = ++lastMade;  ///< no other window of this process has the same
+
+  /// Asks for the window to come to the front with the focus.
+  void SetFocus() { ++Fronts; }
+
+ private:
+  inline static std::atomic<unsigned> lastMade = 0;
 };
 
 }  // namespace velgrove

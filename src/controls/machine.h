@@ -1,11 +1,29 @@
 #pragma once
 
 #include <functional>
+#include <optional>
+#include <string>
 
 #include "controls/error_pattern.h"
 #include "controls/timer.h"
 
 namespace velgrove {
+
+class Drawing;
+
+/// The dialogs of the platform. Each waits for the operator while other handlers run.
+struct Dialogs {
+  /// Asks where to save; nothing when the operator cancelled. `filter` is "words|pattern".
+  std::function<std::optional<std::string>(const std::string& title, const std::string& filter,
+                                           const std::string& fileName)>
+      saveFile;
+  /// Asks for a folder, beginning in one; "" when the operator cancelled.
+  std::function<std::string(const std::string& start, const std::string& title)> BrowseForDir;
+  /// Asks for a printer; false when the operator cancelled.
+  std::function<bool(const std::string& title)> choosePrinter;
+  /// Prints what a drawing shows on the printer chosen, in the ratio of its view.
+  std::function<void(const Drawing&)> printView;
+};
 
 /// What the desk's behaviour asks of the machine that it runs on. On the real clock the desk thread stands
 /// behind it, in tests and rehearsal a clock that is moved by hand.
@@ -22,6 +40,12 @@ struct Machine {
   std::function<void(Milliseconds)> Sleep;
   /// Lets all timers run that are due at its start.
   std::function<void()> DoEvents;
+  /// The one way to wait: other handlers run until the condition holds.
+  std::function<void(const std::function<bool()>&)> waitUntil;
+  /// Does work that may wait for the disk, with the desk given back, and passes on its error. The work
+  /// touches nothing of the desk.
+  std::function<void(const std::function<void()>&)> aside;
+  velgrove::Dialogs Dialogs;
 
   [[nodiscard]] std::int32_t timeGetTime() const { return timers.clock().timeGetTime(); }
 
