@@ -17,7 +17,7 @@ struct Form {
   float Top = 0;
   float Width = 0;
   float Height = 0;
-  unsigned Fronts = 0;            ///< how often it was asked to the front; the face looks at the count
+  unsigned Fronts = 0;             ///< how often it was asked to the front; the face looks at the count
   unsigned Identity = ++lastMade;  ///< no other window of this process has the same
 
   /// Asks for the window to come to the front with the focus.
