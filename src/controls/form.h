@@ -10,8 +10,10 @@ enum class WindowState { Normal, Minimised, Maximised };
 /// What every window of the desk has. Position and size are in twips, 15 to a pixel.
 struct Form {
   std::string Caption;
+  bool Loaded = false;
   bool Visible = false;
   bool Enabled = true;
+  bool Modal = false;  ///< while it is visible, no other window takes the operator's hand
   velgrove::WindowState WindowState = velgrove::WindowState::Normal;
   float Left = 0;
   float Top = 0;
@@ -22,6 +24,13 @@ struct Form {
 
   /// Asks for the window to come to the front with the focus.
   void SetFocus() { ++Fronts; }
+  void Show() {
+    Visible = true;
+    SetFocus();
+  }
+  void Restore() {
+    if (WindowState == velgrove::WindowState::Minimised) WindowState = velgrove::WindowState::Normal;
+  }
 
  private:
   inline static std::atomic<unsigned> lastMade = 0;

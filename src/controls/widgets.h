@@ -34,6 +34,12 @@ class TextBox {
 
   bool Enabled = true;
   Event Change;
+  Event GotFocus;
+  unsigned Focuses = 0;     ///< how often it was asked to take the focus; the face looks at the counts
+  unsigned Selections = 0;  ///< how often its whole text was to be selected
+
+  void SetFocus() { ++Focuses; }
+  void SelectAll() { ++Selections; }
 
   [[nodiscard]] const std::string& text() const { return m_text; }
   void setText(std::string text) {
@@ -49,10 +55,10 @@ class TextBox {
 /// A button. `click` is the operator's hand: a disabled button does nothing.
 struct Button {
   std::string Caption;
-  std::string ToolTip;
+  std::string ToolTip = {};
   bool Enabled = true;
   Colour BackColour = 0;
-  Event Click;
+  Event Click = {};
 
   void click() const {
     if (Enabled) raise(Click);
