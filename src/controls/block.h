@@ -65,11 +65,16 @@ struct Placing {
   double angle = 0;
 };
 
+/// A point turned anticlockwise about another, by degrees.
+[[nodiscard]] Point turned(Point point, Point about, double degrees);
 /// A point of the block where the placing puts it.
 [[nodiscard]] Point placed(const Placing& placing, Point point);
 /// The true extents of a placed block; its point alone when it is empty.
 [[nodiscard]] Extents extentsOf(const Block& block, const Placing& placing);
 /// The same of a block as it was drawn.
 [[nodiscard]] Extents extentsOf(const Block& block);
+/// What two take together.
+[[nodiscard]] Extents joined(const Extents& a, const Extents& b);
+[[nodiscard]] bool holds(const Extents& extents, Point point);
 
 }  // namespace velgrove

@@ -29,7 +29,7 @@ struct Font {
   bool Bold = false;
 };
 
-enum class Align : std::uint8_t { Left, Centre };  ///< of a text along its line; its middle stands at its y
+enum class Align : std::uint8_t { Left, Centre };  ///< of a text along its line; its top stands at its y
 
 /// Everything that the face needs to paint one shape, in world units (y upwards).
 struct Shape {
@@ -40,13 +40,14 @@ struct Shape {
   Align align = Align::Left;
   std::int16_t layer = 1;
   std::int16_t font = 0;  ///< handle of a text's font
+  ShapeNumber group = 0;  ///< that it is in; 0 for none
   Colour colour = 0;
-  Point at;          ///< line: its start; rectangle: its middle; text, insert: its reference point
-  Point to;          ///< line: its end; rectangle: half its width and half its height
+  Point at = {};     ///< line: its start; rectangle: its middle; text, insert: its reference point
+  Point to = {};     ///< line: its end; rectangle: half its width and half its height
   double angle = 0;  ///< degrees anticlockwise, of a rectangle, text or insert
   double scale = 1;  ///< of an insert
-  std::string text;
-  std::shared_ptr<const Block> block;  ///< what an insert draws, about the block's origin
+  std::string text = {};
+  std::shared_ptr<const Block> block = {};  ///< what an insert draws, about the block's origin
 
   friend bool operator==(const Shape&, const Shape&) = default;
 };
@@ -205,14 +206,22 @@ class Drawing {
  private:
   struct Layer {
     std::string name;
-    std::vector<Shape> shapes;  ///< in order of number; those deleted have number 0 - their number
+    /// In order of number; that of a deleted one has a minus until it is swept.
+    std::vector<Shape> shapes = {};
     std::size_t deleted = 0;
+
+    [[nodiscard]] const Shape* find(ShapeNumber number) const;
+    void remove(const Shape& shape);
   };
 
   ShapeNumber add(Shape shape);
   [[nodiscard]] Shape* locate(ShapeNumber shape);
+  void removeOne(ShapeNumber shape);
+  [[nodiscard]] Extents extentsOfOne(const Shape& shape) const;
+  [[nodiscard]] Extents extentsOfText(const Shape& text) const;
+  [[nodiscard]] bool isHit(const Shape& shape, Point at) const;
   void changed();
-  void beginHandWork(int button, int flags, Pixel at);
+  void takeInHand(Pixel at);
   /// Calls `change(Shape&)` for a shape or each member of a group.
   template <class Change>
   void each(ShapeNumber shape, Change change);
@@ -232,7 +241,8 @@ class Drawing {
   std::size_t m_cursor = 0;
   std::map<ShapeNumber, std::shared_ptr<const Block>> m_blocks;
   std::map<ShapeNumber, std::vector<ShapeNumber>> m_groups;
-  std::optional<Pixel> m_held;  ///< where the hand held the drawing last
+  std::optional<Pixel> m_held;      ///< where the hand that pans was last
+  std::optional<Point> m_bandFrom;  ///< where it began a rubber band
   std::optional<Extents> m_band;
 };
 
