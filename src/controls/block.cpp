@@ -4,6 +4,8 @@
 #include <cmath>
 #include <limits>
 #include <numbers>
+#include <optional>
+#include <utility>
 
 namespace velgrove {
 namespace {
@@ -59,6 +61,13 @@ struct Measure {
   }
 };
 
+/// The space that primitives take where they are placed; none without any point.
+std::optional<Extents> measured(const std::vector<Primitive>& primitives, const Placing& placing) {
+  Bounds bounds;
+  for (const Primitive& primitive : primitives) std::visit(Measure{placing, bounds}, primitive);
+  return bounds.isEmpty() ? std::nullopt : std::optional(bounds.extents());
+}
+
 }  // namespace
 
 Point turned(Point point, Point about, double degrees) {
@@ -75,15 +84,20 @@ Point placed(const Placing& placing, Point point) {
   return {.x = placing.at.x + turnedPoint.x, .y = placing.at.y + turnedPoint.y};
 }
 
-Extents extentsOf(const Block& block, const Placing& placing) {
-  Bounds bounds;
-  for (const Primitive& primitive : block.primitives) std::visit(Measure{placing, bounds}, primitive);
-  if (bounds.isEmpty()) bounds.add(placing.at);
-  return bounds.extents();
+std::shared_ptr<const Block> makeBlock(std::string name, std::vector<Primitive> primitives) {
+  const Extents extents = measured(primitives, {}).value_or(Extents{});
+  return std::make_shared<const Block>(
+      Block{.name = std::move(name), .primitives = std::move(primitives), .extents = extents});
 }
 
-Extents extentsOf(const Block& block) {
-  return extentsOf(block, {});
+Extents extentsOf(const Block& block, const Placing& placing) {
+  const Extents& own = block.extents;
+  if (placing.angle != 0)
+    return measured(block.primitives, placing)
+        .value_or(Extents{placing.at.x, placing.at.y, placing.at.x, placing.at.y});
+  const Point leftTop = placed(placing, {.x = own.left, .y = own.top});
+  const Point rightBottom = placed(placing, {.x = own.right, .y = own.bottom});
+  return {.left = leftTop.x, .top = leftTop.y, .right = rightBottom.x, .bottom = rightBottom.y};
 }
 
 Extents joined(const Extents& a, const Extents& b) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <string>
 #include <variant>
 #include <vector>
@@ -55,8 +56,11 @@ using Primitive = std::variant<Polyline, Circle, Arc>;
 struct Block {
   std::string name;
   std::vector<Primitive> primitives;
+  Extents extents;  ///< as it was drawn; a point at its origin when it is empty
   friend bool operator==(const Block&, const Block&) = default;
 };
+
+[[nodiscard]] std::shared_ptr<const Block> makeBlock(std::string name, std::vector<Primitive> primitives);
 
 /// How an insert places its block: scaled, then turned anticlockwise by degrees, then moved.
 struct Placing {
@@ -69,10 +73,8 @@ struct Placing {
 [[nodiscard]] Point turned(Point point, Point about, double degrees);
 /// A point of the block where the placing puts it.
 [[nodiscard]] Point placed(const Placing& placing, Point point);
-/// The true extents of a placed block; its point alone when it is empty.
+/// The true extents of a placed block.
 [[nodiscard]] Extents extentsOf(const Block& block, const Placing& placing);
-/// The same of a block as it was drawn.
-[[nodiscard]] Extents extentsOf(const Block& block);
 /// What two take together.
 [[nodiscard]] Extents joined(const Extents& a, const Extents& b);
 [[nodiscard]] bool holds(const Extents& extents, Point point);

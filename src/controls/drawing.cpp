@@ -73,6 +73,11 @@ void Drawing::PrintView() const {
   if (m_print) m_print(*this);
 }
 
+int Drawing::property(int number) const {
+  const auto found = m_properties.find(number);
+  return found == m_properties.end() ? 0 : found->second;
+}
+
 void Drawing::copyTo(Picture& picture) const {
   picture.revision = m_revision;
   picture.limits = m_limits;
@@ -277,10 +282,13 @@ void Drawing::setColour(ShapeNumber shape, Colour colour) {
   each(shape, [=](Shape& one) { return std::exchange(one.colour, colour) != colour; });
 }
 
-void Drawing::setText(ShapeNumber shape, const std::string& text) {
+void Drawing::setText(ShapeNumber shape, Point at, const std::string& text, Colour colour) {
   each(shape, [&](Shape& one) {
-    if (one.kind != Shape::Kind::Text || one.text == text) return false;
+    if (one.kind != Shape::Kind::Text || (one.text == text && one.at == at && one.colour == colour))
+      return false;
     one.text = text;
+    one.at = at;
+    one.colour = colour;
     return true;
   });
 }

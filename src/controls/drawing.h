@@ -154,6 +154,9 @@ class Drawing {
   void repaint();
   /// Prints what the view shows.
   void PrintView() const;
+  /// A setting by the number that it has in a drawing's own list; kept for whoever asks.
+  void setProperty(int number, int value) { m_properties[number] = value; }
+  [[nodiscard]] int property(int number) const;  ///< 0 when it was never set
 
   // ---- Layers, fonts, blocks
 
@@ -191,7 +194,8 @@ class Drawing {
   void rotate(ShapeNumber shape, Point about, double degrees);  ///< anticlockwise
   void scale(ShapeNumber shape, Point about, double factor);
   void setColour(ShapeNumber shape, Colour colour);
-  void setText(ShapeNumber shape, const std::string& text);
+  /// Changes a text in place. Nothing happens where it reads, stands and is painted so already.
+  void setText(ShapeNumber shape, Point at, const std::string& text, Colour colour);
   void remove(ShapeNumber shape);
   void clear();  ///< all shapes; layers, fonts and blocks stay
 
@@ -239,6 +243,7 @@ class Drawing {
   std::vector<Font> m_fonts;
   std::vector<std::string> m_cursors;
   std::size_t m_cursor = 0;
+  std::map<int, int> m_properties;
   std::map<ShapeNumber, std::shared_ptr<const Block>> m_blocks;
   std::map<ShapeNumber, std::vector<ShapeNumber>> m_groups;
   std::optional<Pixel> m_held;      ///< where the hand that pans was last

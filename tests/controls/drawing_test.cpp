@@ -26,7 +26,7 @@ void expectNear(Point actual, Point expected) {
 }
 
 std::shared_ptr<const Block> blockOf(std::vector<Primitive> primitives) {
-  return std::make_shared<const Block>(Block{.name = "test", .primitives = std::move(primitives)});
+  return makeBlock("test", std::move(primitives));
 }
 
 /// Twenty wide, ten high, its origin in the left bottom corner.
@@ -114,7 +114,7 @@ TEST_F(Scene, NumbersAreNeverGivenOutTwiceAndUnknownOnesDoNothing) {
   for (const ShapeNumber gone : {numbers[3], ShapeNumber{0}, ShapeNumber{-4}, ShapeNumber{999}}) {
     drawing.move(gone, 1, 1);
     drawing.setColour(gone, 3);
-    drawing.setText(gone, "x");
+    drawing.setText(gone, {1, 1}, "x", 0);
     drawing.remove(gone);
     drawing.removeFromGroup(gone);
     drawing.addToGroup(gone, fresh);
@@ -184,12 +184,14 @@ TEST_F(Scene, TheFaceGetsLowerLayersFirstAndNothingThatWasDeleted) {
 TEST_F(Scene, TheRevisionGrowsOnlyWithVisibleChanges) {
   const ShapeNumber text = drawing.addText({1, 1}, "FL", 0, Align::Left);
   unsigned before = drawing.revision();
-  drawing.setText(text, "FL");
+  drawing.setText(text, {1, 1}, "FL", drawing.find(text)->colour);
   drawing.setColour(text, drawing.find(text)->colour);
   drawing.setLimits(drawing.limits());
   EXPECT_EQ(drawing.revision(), before);
-  drawing.setText(text, "50");
+  drawing.setText(text, {1, 1}, "50", 65535);
   EXPECT_GT(drawing.revision(), before);
+  EXPECT_EQ(drawing.find(text)->text, "50");
+  EXPECT_EQ(drawing.find(text)->colour, 65535);
 
   drawing.setRedraw(false);
   before = drawing.revision();
