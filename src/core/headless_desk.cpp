@@ -11,14 +11,15 @@ InterfaceDevice boxOfRehearsal() {
 
 }  // namespace
 
-HeadlessDesk::HeadlessDesk(const std::function<BoxAnswer(const Box&)>& onBox)
+HeadlessDesk::HeadlessDesk(const std::function<BoxAnswer(const Box&)>& onBox,
+                           const std::filesystem::path& graphics)
     : desk(clock.clock(), {.show = onBox, .post = [onBox](const Box& posted) { (void)onBox(posted); }},
-           wiring()) {
+           wiring(graphics)) {
   desk.machine.Sleep = [](Milliseconds) {};
   desk.machine.DoEvents = [] {};
 }
 
-LightingDesk::Wiring HeadlessDesk::wiring() {
+LightingDesk::Wiring HeadlessDesk::wiring(const std::filesystem::path& graphics) {
   const auto nothing = [](const std::string&) {};
   return {
       .windows = {.interface = {
@@ -29,7 +30,8 @@ LightingDesk::Wiring HeadlessDesk::wiring() {
                       .triggerGo = {},
                       .repaint = [] {}},
                   .showCuePanel = nothing,
-                  .showStatus = nothing},
+                  .showStatus = nothing,
+                  .graphics = graphics},
       .settingsFolder = {},
       .applicationFolder = {},
       .dataFolder = {},

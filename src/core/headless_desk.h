@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <functional>
 #include <string>
 
@@ -13,8 +14,10 @@ namespace velgrove {
 /// rehearsal, tests and benchmarks. The waits of the start-up take no time, so that everything begins at 0.
 class HeadlessDesk {
  public:
-  /// `onBox` is the operator's answer to each box.
-  explicit HeadlessDesk(const std::function<BoxAnswer(const Box&)>& onBox);
+  /// `onBox` is the operator's answer to each box. `graphics` holds the fixture shapes; without it fixtures
+  /// are plain boxes, since nobody looks.
+  explicit HeadlessDesk(const std::function<BoxAnswer(const Box&)>& onBox,
+                        const std::filesystem::path& graphics = {});
 
   HandClock clock;
   InterfaceBox box;
@@ -27,7 +30,7 @@ class HeadlessDesk {
   void runTo(std::int64_t ms) { clock.advanceTo(Milliseconds(ms), desk.machine.timers); }
 
  private:
-  [[nodiscard]] LightingDesk::Wiring wiring();
+  [[nodiscard]] LightingDesk::Wiring wiring(const std::filesystem::path& graphics);
 
   std::string m_showFile;
 };

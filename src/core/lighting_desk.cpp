@@ -5,6 +5,7 @@
 #include "controls/files.h"
 #include "model/registry_settings.h"
 #include "model/show_file.h"
+#include "plot/shapes.h"
 
 namespace velgrove {
 namespace {
@@ -25,6 +26,7 @@ LightingDesk::LightingDesk(Clock clock, const MessageBoxes& boxes, Wiring wiring
       store(fileIn(wiring.settingsFolder, "settings.toml")),
       userStore(fileIn(wiring.settingsFolder, "user.toml")),
       Settings(userStore, wiring.applicationFolder, "velgrove"),
+      Fixtures(machine, wiring.windows.graphics),
       windows(show, machine, wiring.windows),
       frame(show, machine, windows,
             {.setting = [this](const std::string& section, const std::string& key,
@@ -43,6 +45,9 @@ void LightingDesk::Main() {
   machine.errors.steps(
       [&] {
         if (store.message()) machine.boxes.show({.text = *store.message(), .icon = BoxIcon::Warning});
+      },
+      [&] {
+        for (const ShapeName& shape : ShapeNames) Fixtures.GetFixtureShape(shape.name, shape.id);
       },
       [&] { Settings.Init(); }, [&] { readRecentList(); },
       [&] { show.DMXSubmasters = inputMode("DMXSubmasters"); },
@@ -66,10 +71,15 @@ void LightingDesk::act(const std::function<void()>& action) const {
   }
 }
 
-void LightingDesk::clearFixtures() const {
+void LightingDesk::clearFixtures() {
   if (windows.ActiveDocument == nullptr) throw RunTimeError(Fault::ObjectMissing, "no document is open");
   const auto view = windows.ActiveDocument->GetCurrentView();
-  for (const auto& fixture : view->colFixtures()) fixture->Level = 0;
+  for (const auto& fixture : view->colFixtures()) {
+    fixture->Level = 0;
+    windows.ActiveDocument->DeleteTextOnShape(*fixture);
+    show.LevelTextSource = 0;
+    windows.ActiveDocument->DrawTextOnShape(*fixture);
+  }
 }
 
 void LightingDesk::clearLevels() {

@@ -10,6 +10,7 @@
 #include "core/windows.h"
 #include "model/setting.h"
 #include "model/settings_store.h"
+#include "plot/fixtures.h"
 
 namespace velgrove {
 
@@ -35,6 +36,7 @@ class LightingDesk {
   SettingsStore store;  ///< what all of the desk's settings lie in
   SettingsStore userStore;
   CSetting Settings;
+  velgrove::Fixtures Fixtures;
   Windows windows;
   frmMain frame;
 
@@ -52,7 +54,7 @@ class LightingDesk {
                                     const std::string& fallback) const;
   void readRecentList();
   void noteRecentFile();
-  void clearFixtures() const;
+  void clearFixtures();
   void clearLevels();
   [[nodiscard]] std::filesystem::path recentList() const { return m_wiring.dataFolder / "mru.dat"; }
 

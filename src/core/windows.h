@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <functional>
 #include <memory>
 #include <string>
@@ -33,6 +34,7 @@ class Windows {
     VelgroveComm::Wiring interface;  ///< all but the trigger's Go
     std::function<void(const std::string&)> showCuePanel;
     std::function<void(const std::string&)> showStatus;
+    std::filesystem::path graphics = {};  ///< of the plots; empty where nobody sees them
   };
 
   Windows(ShowState& show, Machine& machine, Wiring wiring);
@@ -64,6 +66,7 @@ class Windows {
   static VelgroveComm::Wiring withTriggerGo(VelgroveComm::Wiring wiring, std::function<void()> go);
   [[nodiscard]] std::unique_ptr<QueueList> makePlayer(const PlayerTraits& traits);
   [[nodiscard]] std::shared_ptr<clsView> currentView() const;
+  [[nodiscard]] frmDocument::Wiring documentWiring() const;
   void goByTrigger();
   void startEffect(const std::string& number);
 

@@ -9,10 +9,11 @@
 namespace velgrove {
 namespace {
 
+constexpr std::size_t LargestFile = std::size_t{1} << 21;
 constexpr std::size_t LongestLine = 2049;  // of the standard
 
 std::string_view trimmed(std::string_view text) {
-  constexpr std::string_view Blanks = " \t\r";
+  constexpr std::string_view Blanks = " \t\r\n";
   const auto first = text.find_first_not_of(Blanks);
   if (first == std::string_view::npos) return {};
   return text.substr(first, text.find_last_not_of(Blanks) - first + 1);
@@ -25,19 +26,24 @@ std::optional<long> wholeNumber(std::string_view text) {
   return number;
 }
 
+/// Whether the standard puts a number behind a group code; its reader then takes a blank line for none.
+bool isNumber(long code) {
+  return (code >= 10 && code <= 99) || (code >= 110 && code <= 299) || (code >= 1010 && code <= 1071);
+}
+
 class Check {
  public:
   Check(std::string_view text, const std::filesystem::path& file) : m_rest(text), m_file(file) {}
 
   void run() {
+    if (m_rest.size() > LargestFile) fail("is too large for a symbol");
+    m_rest = trimmed(m_rest);
     while (!m_rest.empty()) {
       const auto code = wholeNumber(line());
       if (!code) fail("is no exchange drawing");
-      if (m_rest.empty()) fail("is cut off");
       pair(*code, line());
-      if (*code == 0 && m_entity == "EOF") return;
     }
-    fail("is cut off");
+    if (m_entity != "EOF") fail("is cut off");
   }
 
  private:
@@ -58,6 +64,7 @@ class Check {
   void pair(long code, std::string_view value) {
     constexpr long VertexCount = 90;
     constexpr long VertexX = 10;
+    if (value.empty() && isNumber(code)) fail("a number is missing");
     if (code == 0) {
       if (m_vertices != 0) fail("a polyline has other vertices than it says");
       m_entity = value;

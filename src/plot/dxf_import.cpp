@@ -14,6 +14,7 @@
 #include <dime/entities/Vertex.h>
 #include <dime/sections/EntitiesSection.h>
 #include <locale.h>
+#include <new>
 #include <numbers>
 
 #include "controls/files.h"
@@ -90,10 +91,8 @@ class Import {
   std::vector<Primitive> read() {
     checkExchangeDrawing(readFile(m_file), m_file);
     const NumbersWithPoints plain;
-    dimeInput input;
-    dimeModel model;
-    if (!model.init() || !input.setFile(m_file.c_str())) fail("can't be read");
-    if (!model.read(&input)) fail("line " + std::to_string(input.getFilePosition()) + ": isn't understood");
+    dimeModel model(true);  // with memory of its own, freed as a whole
+    load(model);
     // Sections of this name are of no other class.
     auto* const section = static_cast<dimeEntitiesSection*>(model.findSection("ENTITIES"));
     for (int i = 0; section != nullptr && i < section->getNumEntities(); ++i)
@@ -105,6 +104,16 @@ class Import {
  private:
   [[noreturn]] void fail(const std::string& reason) const {
     throw RunTimeError(Fault::File, m_file.string() + ": " + reason);
+  }
+
+  void load(dimeModel& model) const {
+    dimeInput input;
+    if (!model.init() || !input.setFile(m_file.c_str())) fail("can't be read");
+    try {
+      if (model.read(&input)) return;
+    } catch (const std::bad_alloc&) {  // NOLINT(bugprone-empty-catch): a count that can't be true
+    }
+    fail("line " + std::to_string(input.getFilePosition()) + ": isn't understood");
   }
 
   void take(dimeEntity& entity, const Map& map, int depth) {
@@ -146,7 +155,8 @@ class Import {
 
   void take(const dimeLWPolyline& line, const Map& map) {
     std::vector<Corner> corners;
-    for (int i = 0; i < line.getNumVertices(); ++i)
+    const bool known = line.getXCoords() != nullptr;
+    for (int i = 0; known && i < line.getNumVertices(); ++i)
       corners.push_back(
           {.at = {.x = line.getXCoords()[i], .y = line.getYCoords()[i]}, .bulge = line.getBulges()[i]});
     chain(corners, (line.getFlags() & dimePolyline::CLOSED) != 0, map.after(frontOrBack(line)));
