@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <functional>
 #include <stdexcept>
 #include <string>
@@ -24,6 +25,7 @@ class HeadlessDesk {
   struct Folders {
     std::filesystem::path settings = {};
     std::filesystem::path data = {};
+    std::filesystem::path graphics = {};  ///< without it fixtures are plain boxes, since nobody looks
     DriveRoots drives = {};
     Disk disk = systemDisk();
   };
