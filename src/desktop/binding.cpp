@@ -1,6 +1,7 @@
 #include "desktop/binding.h"
 
 #include <QSignalBlocker>
+#include <algorithm>
 
 #include "desktop/theme.h"
 
@@ -65,6 +66,20 @@ struct ComboLook {
   int index = -1;
   bool operator==(const ComboLook&) const = default;
 };
+
+/// Changes what differs between the first and the last items, so that an open list doesn't jump.
+void showItems(QComboBox& combo, const std::vector<std::string>& items) {
+  const int wanted = static_cast<int>(items.size());
+  const auto item = [&items](int at) { return text(items[static_cast<std::size_t>(at)]); };
+  int head = 0;
+  while (head < std::min(combo.count(), wanted) && combo.itemText(head) == item(head)) ++head;
+  int tail = 0;
+  while (tail < std::min(combo.count(), wanted) - head &&
+         combo.itemText(combo.count() - 1 - tail) == item(wanted - 1 - tail))
+    ++tail;
+  while (combo.count() > head + tail) combo.removeItem(head);
+  for (int at = head; at < wanted - tail; ++at) combo.insertItem(at, item(at));
+}
 
 }  // namespace
 
@@ -133,14 +148,7 @@ void Bindings::bind(QComboBox* combo, Find<ComboBox> find) {
       },
       [combo](const ComboLook& look) {
         const QSignalBlocker quiet(combo);
-        QStringList items;
-        for (const std::string& item : look.items) items.push_back(text(item));
-        QStringList before;
-        for (int i = 0; i < combo->count(); ++i) before.push_back(combo->itemText(i));
-        if (items != before) {
-          combo->clear();
-          combo->addItems(items);
-        }
+        showItems(*combo, look.items);
         combo->setCurrentIndex(look.index);
       });
   QObject::connect(combo, &QComboBox::activated, combo, [this, find, shown](int index) {
