@@ -1,5 +1,6 @@
 #include "desktop/binding.h"
 
+#include <QShortcutEvent>
 #include <QSignalBlocker>
 #include <algorithm>
 
@@ -55,6 +56,20 @@ void show(QAbstractButton& button, const ButtonLook& look) {
   theme::setState(&button, "state", stateOf(role, look.back));
 }
 
+/// A mnemonic clicks at once, where the toolkit first shows the button down for a tenth of a second: a Go may
+/// not wait for that.
+class Mnemonic : public QObject {
+ public:
+  explicit Mnemonic(QAbstractButton* button) : QObject(button) { button->installEventFilter(this); }
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    if (event->type() != QEvent::Shortcut || static_cast<QShortcutEvent*>(event)->isAmbiguous()) return false;
+    static_cast<QAbstractButton*>(watched)->click();
+    return true;
+  }
+};
+
 struct FieldLook {
   std::string text;
   bool enabled = false;
@@ -103,6 +118,7 @@ void Bindings::bind(QAbstractButton* button, Find<Button> find) {
                                                .back = control->BackColour};
       },
       [button](const ButtonLook& look) { show(*button, look); });
+  new Mnemonic(button);
   QObject::connect(button, &QAbstractButton::clicked, button, [this, find] {
     m_face.deliver([find] {
       if (const Button* control = find()) control->click();
