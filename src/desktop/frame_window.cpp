@@ -32,6 +32,11 @@ FrameWindow::FrameWindow(LightingDesk& desk, Face& face)
   bindRequests();
 }
 
+/// The child windows outlive what they report to.
+FrameWindow::~FrameWindow() {
+  m_children->disconnect(this);
+}
+
 // ---- What stands in the frame
 
 void FrameWindow::build() {
