@@ -144,7 +144,7 @@ void Bindings::bind(QComboBox* combo, Find<ComboBox> find) {
         combo->setCurrentIndex(look.index);
       });
   QObject::connect(combo, &QComboBox::activated, combo, [this, find, shown](int index) {
-    if (shown->has_value()) (*shown)->index = index;
+    shown->value.index = index;
     m_face.deliver([find, index] {
       if (ComboBox* control = find()) control->choose(index);
     });

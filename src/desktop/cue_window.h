@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QBoxLayout>
 #include <QGroupBox>
 #include <QPushButton>
 #include <QWidget>

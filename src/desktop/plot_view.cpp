@@ -186,13 +186,13 @@ void DocumentWindow::bindScrollBar(QScrollBar& bar, FindSlider slider) {
       });
   connect(&bar, &QScrollBar::actionTriggered, this, [this, &bar, slider, shown] {
     const int value = std::clamp(bar.sliderPosition(), bar.minimum(), bar.maximum());
-    if (shown->has_value()) (*shown)->value = value;
+    shown->value.value = value;
     m_bindings.face().deliver([this, slider, value] {
       if (frmDocument* document = m_find()) slider(*document)->drag(value);
     });
   });
   connect(&bar, &QScrollBar::sliderReleased, this, [this, shown] {
-    shown->reset();  // what the desk made of it in the meantime is shown now
+    shown->known = false;  // what the desk made of it in the meantime is shown now
     m_bindings.face().pull();
   });
 }

@@ -10,6 +10,7 @@
 #include <QPainter>
 #include <QPalette>
 #include <QPixmapCache>
+#include <QRegularExpression>
 #include <QStyle>
 #include <QSvgRenderer>
 #include <QVariant>
@@ -52,38 +53,14 @@ QString withColours(QString sheet) {
   return sheet;
 }
 
-/// What the roomy density changes in the sheet, and what both add to it.
-QString sizes(Density density) {
-  const bool roomy = density == Density::Roomy;
-  const auto px = [roomy](int compact, int wide) { return QString::number(roomy ? wide : compact) + "px"; };
-  return "* { font-size: " + px(14, 16) + "; }" + "QPushButton { min-height: " + px(18, 28) + "; }" +
-         "QLineEdit, QSpinBox, QComboBox { min-height: " + px(18, 24) + "; }" +
-         "QPushButton[role=\"dialog\"] { min-height: 26px; min-width: 76px; }" +
-         "QTreeView { font-size: " + px(15, 17) + "; }" + "QHeaderView::section { font-size: " + px(13, 14) +
-         "; }" +
-         "QLabel[type=\"caption\"], QGroupBox { font-family: \"Roboto Condensed\"; font-size: " + px(12, 14) +
-         "; }" + "QLabel[type=\"caption\"], QGroupBox { color: @text2; }" +
-         "QLabel[type=\"number\"] { font-size: " + px(25, 42) + "; font-weight: bold; }" +
-         "QLabel[type=\"desc\"] { font-family: \"Roboto Condensed\"; font-size: " + px(17, 20) + "; }" +
-         "QPushButton[role=\"mode\"] { font-family: \"Roboto Condensed\"; padding: 1px 5px; }" +
-         "QPushButton[role=\"go\"] { font-size: " + px(22, 30) + "; }" +
-         "QPushButton[role=\"stop\"] { font-size: " + px(18, 22) + "; }" +
-         "QPushButton[role=\"go\"][place=\"bar\"] { font-size: " + px(37, 56) + "; }" +
-         "QPushButton[role=\"stop\"][place=\"bar\"] { font-size: " + px(20, 28) + "; }" +
-         "QToolButton[place=\"bar\"] { font-family: \"Roboto Condensed\"; font-size: " + px(14, 16) +
-         "; border: 1px solid @edge; background: @raised; padding: 2px; }" +
-         "QToolButton[place=\"bar\"]:hover { background: @hover; }" +
-         "QToolButton[place=\"bar\"]:pressed { background: @press; border-color: @text; }" +
-         "QToolButton[place=\"bar\"]:focus { border: 2px solid @focus; padding: 1px; }" +
-         "QToolButton[place=\"bar\"]:disabled { background: @panel; border-color: @line; }" +
-         "QWidget#band, QWidget#toolColumn, QWidget#SubPane { background: @window; }" +
-         "QMdiArea { background: @well; border: 0; }" +
-         "QLabel#splashName { font-size: 40px; font-weight: bold; }" +
-         "QTextBrowser, QListView { background: @well; border: 1px solid @edge; }" +
-         "QListView::item { padding: 3px 6px; }" +
-         "QListView::item:selected { background: @hover; color: @text; }" +
-         "QProgressBar { background: @well; border: 1px solid @edge; border-radius: 3px; }" +
-         "QProgressBar::chunk { background: @nextLit; }" + "QSplitter::handle { background: @line; }";
+/// Sizes are written "14|16px": for the compact and for the roomy desk.
+QString withSizes(QString sheet, Density density) {
+  static const QRegularExpression pair(R"((\d+)\|(\d+)px)");
+  return sheet.replace(pair, density == Density::Compact ? R"(\1px)" : R"(\2px)");
+}
+
+QString sheet(Density density) {
+  return withColours(withSizes(QString::fromUtf8(resource("velgrove.qss") + resource("desk.qss")), density));
 }
 
 std::optional<Density> applied;
@@ -145,7 +122,7 @@ class SvgIcon : public QIconEngine {
 QColor colour(const char* token) {
   const auto found = tokens().constFind(QString(token));
   Q_ASSERT(found != tokens().constEnd());
-  return QColor(*found);
+  return {*found};
 }
 
 Density density() {
@@ -157,7 +134,7 @@ void apply(Density density) {
   applied = density;
   QApplication::setPalette(palette());
   QApplication::setFont(font(sized(14, 16)));
-  qApp->setStyleSheet(withColours(QString::fromUtf8(resource("velgrove.qss")) + sizes(density)));
+  qApp->setStyleSheet(sheet(density));
 }
 
 QFont font(int pixels, bool bold) {
