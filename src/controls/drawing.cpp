@@ -282,15 +282,15 @@ void Drawing::setColour(ShapeNumber shape, Colour colour) {
   each(shape, [=](Shape& one) { return std::exchange(one.colour, colour) != colour; });
 }
 
-void Drawing::setText(ShapeNumber shape, Point at, const std::string& text, Colour colour) {
-  each(shape, [&](Shape& one) {
-    if (one.kind != Shape::Kind::Text || (one.text == text && one.at == at && one.colour == colour))
-      return false;
-    one.text = text;
-    one.at = at;
-    one.colour = colour;
-    return true;
-  });
+bool Drawing::setText(ShapeNumber shape, Point at, const std::string& text, Colour colour) {
+  Shape* const found = locate(shape);
+  if (found == nullptr || found->kind != Shape::Kind::Text) return false;
+  if (found->text == text && found->at == at && found->colour == colour) return true;
+  found->text = text;
+  found->at = at;
+  found->colour = colour;
+  changed();
+  return true;
 }
 
 void Drawing::removeOne(ShapeNumber shape) {

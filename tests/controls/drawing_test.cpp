@@ -114,7 +114,7 @@ TEST_F(Scene, NumbersAreNeverGivenOutTwiceAndUnknownOnesDoNothing) {
   for (const ShapeNumber gone : {numbers[3], ShapeNumber{0}, ShapeNumber{-4}, ShapeNumber{999}}) {
     drawing.move(gone, 1, 1);
     drawing.setColour(gone, 3);
-    drawing.setText(gone, {1, 1}, "x", 0);
+    EXPECT_FALSE(drawing.setText(gone, {1, 1}, "x", 0));
     drawing.remove(gone);
     drawing.removeFromGroup(gone);
     drawing.addToGroup(gone, fresh);
