@@ -50,8 +50,8 @@ SYMBOLS = {
     "practical": [circle(0, 0, 41),
                   line(0, 41, 0, 50), line(0, -41, 0, -50), line(41, 0, 50, 0), line(-41, 0, -50, 0)],
     # A deep bowl with its socket, and the frame for colour below it
-    "scoop": [polyline((-50, -39), (50, -39), (50, -24, 65), (22, 41, 25), (10, 44), (10, 50), (-10, 50), (-10, 44, 25),
-                       (-22, 41, 65), (-50, -24)),
+    "scoop": [polyline((-50, -39), (50, -39), (50, -24, 57), (22, 41, 25), (10, 44), (10, 50), (-10, 50), (-10, 44, 25),
+                       (-22, 41, 57), (-50, -24)),
               line(-49, -49, 49, -49)],
     # A head that turns in its yoke, on a base
     "icue": [circle(0, 6, 44),
