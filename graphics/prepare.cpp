@@ -3,6 +3,7 @@
 
 #include <iostream>
 
+#include "core/show_state.h"
 #include "plot/shapes.h"
 
 int main(int argc, char** argv) {
@@ -11,7 +12,7 @@ int main(int argc, char** argv) {
     return 2;
   }
   try {
-    for (const velgrove::ShapeName& shape : velgrove::ShapeNames) velgrove::prepareShape(argv[1], shape.name);
+    for (const std::string_view type : velgrove::FixtureTypes) velgrove::prepareShape(argv[1], std::string(type));
     return 0;
   } catch (const std::exception& error) {
     std::cerr << error.what() << "\n";

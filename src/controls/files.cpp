@@ -175,6 +175,17 @@ std::string readFile(const fs::path& path) {
   }
 }
 
+fs::path damagedName(const fs::path& file) {
+  fs::path name = file;
+  name += ".damaged";
+  std::error_code ignored;
+  for (int number = 2; fs::exists(fs::symlink_status(name, ignored)); ++number) {
+    name = file;
+    name += ".damaged-" + std::to_string(number);
+  }
+  return name;
+}
+
 void writeFileSafely(const fs::path& path, std::string_view bytes, Backup backup, const Disk& disk) {
   const fs::path target = behindLinks(path);
   struct stat there {};

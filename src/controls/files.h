@@ -11,9 +11,20 @@
 
 namespace velgrove {
 
+/// Does work that waits for the disk, and passes on its error. Other handlers may run meanwhile, so the work
+/// touches nothing of the desk.
+using Aside = std::function<void(const std::function<void()>&)>;
+inline void doAtOnce(const std::function<void()>& work) {
+  work();
+}
+
 /// The whole content of a file. Fault::File with the path and the reason (missing, a directory, no permission
 /// ...).
 [[nodiscard]] std::string readFile(const std::filesystem::path& path);
+
+/// The name under which a damaged file is kept: `<name>.damaged`, or the next number that is free, so that
+/// none kept before is lost.
+[[nodiscard]] std::filesystem::path damagedName(const std::filesystem::path& file);
 
 enum class Backup {
   None,

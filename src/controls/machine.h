@@ -17,7 +17,7 @@ struct Dialogs {
   std::function<std::optional<std::string>(const std::string& title, const std::string& filter,
                                            const std::string& fileName)>
       saveFile;
-  /// Asks for a folder, beginning in one; "" when the operator cancelled.
+  /// Asks for a folder, beginning in one; its path ends with a separator. "" when the operator cancelled.
   std::function<std::string(const std::string& start, const std::string& title)> BrowseForDir;
   /// Asks for a printer; false when the operator cancelled.
   std::function<bool(const std::string& title)> choosePrinter;

@@ -93,6 +93,13 @@ std::string formatWhole(double value) {
   return text;
 }
 
+std::string formatSingle(float value) {
+  char text[64];
+  const auto [end, error] =
+      std::to_chars(std::begin(text), std::end(text), value, std::chars_format::general);
+  return {text, end};
+}
+
 float tenthAbove(float number) {
   return static_cast<float>(std::round((static_cast<double>(number) + 0.1) * 100.0) / 100.0);
 }

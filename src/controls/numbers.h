@@ -53,6 +53,8 @@ template <class To>
 [[nodiscard]] std::string formatCueNumber(double value);  ///< "###.00": 1 is "1.00", 0.5 is ".50", 0 is ".00"
 [[nodiscard]] std::string formatFixed2(double value);  ///< "0.00": 0.5 is "0.50"; "0.#0" is written the same
 [[nodiscard]] std::string formatWhole(double value);   ///< "###": 12 is "12", 0 is ""
+/// The shortest text that reads back as the same 32-bit float: "1200.5".
+[[nodiscard]] std::string formatSingle(float value);
 
 /// A tenth above a cue number, in two decimals and then as a 32-bit float: plain float sums would lose every
 /// other tenth (1.20 + 0.1 lies above 1.30).

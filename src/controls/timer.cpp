@@ -25,6 +25,10 @@ bool TimerSet::runOne(Nanoseconds until) {
   return true;
 }
 
+void TimerSet::stopAll() {
+  for (Timer* timer : m_timers) timer->setEnabled(false);
+}
+
 bool TimerSet::isRunning() const {
   return std::ranges::any_of(m_timers, &Timer::m_running);
 }

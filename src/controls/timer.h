@@ -46,6 +46,9 @@ class TimerSet {
   /// Whether any handler runs at this moment, on this thread or under a box that it has open.
   [[nodiscard]] bool isRunning() const;
 
+  /// Turns every timer off, for the end of the desk.
+  void stopAll();
+
   /// Called with an error that the operator answered with Abort and nobody else took.
   std::function<void(const RunTimeError&)> onUnhandled;
 

@@ -1,165 +1,128 @@
 #include "core/frm_main.h"
 
 #include <algorithm>
-
-#include "controls/files.h"
-#include "model/show_file.h"
+#include <array>
 
 namespace velgrove {
 namespace {
 
-using namespace std::chrono_literals;
+constexpr int HousekeepingInterval = 1000;  // ms
+constexpr std::int16_t SubPaneShows = -1;
 
-constexpr Milliseconds DrawingCloses = 500ms;  // the plot lets go of its drawing
-constexpr const char* Title = "Velgrove";
+/// The tools that need an open show.
+constexpr std::array ShowTools{
+    "ID_Save",     "ID_SelectPointer", "ID_AddLight",    "ID_SelectGrid", "ID_Rotate",          "ID_ABQ",
+    "ID_XYQ",      "ID_Effects",       "ID_GrandMaster", "ID_LevelWheel", "mnuLightAddFixture", "ID_CueReset",
+    "ID_DelLight", "ID_FluidZoom",     "ID_Pan",         "ID_Test"};
 
 }  // namespace
 
-const std::array<frmMain::Command, 8> frmMain::Commands{{
-    {"ID_Go", &frmMain::go},
-    {"ID_StopFade", &frmMain::stopFade},
-    {"ID_QPlus", &frmMain::nextStageCue},
-    {"ID_QMinus", &frmMain::previousStageCue},
-    {"ID_CueReset", &frmMain::resetCue},
-    {"ID_noInput", &frmMain::noInput},
-    {"ID_manualOn", &frmMain::inputToFixtures},
-    {"ID_subsOn", &frmMain::inputToSubmasters},
-}};
+frmMain::frmMain(ShowState& show, Machine& machine, Windows& windows, Wiring wiring)
+    : DoEventsTimer(machine.timers, TimerRank::Dialog, HousekeepingInterval, [] {}),
+      m_show(show),
+      m_machine(machine),
+      m_windows(windows),
+      m_wiring(std::move(wiring)) {}
 
-void frmMain::SSActiveToolBars1_ToolClick(std::string_view id) {
-  const auto* const command = std::ranges::find(Commands, id, &Command::id);
-  if (command != Commands.end()) (this->*command->action)();
+void frmMain::MDIForm_Load() {
+  Window.Loaded = true;
+  m_machine.errors.steps([&] { m_wiring.showSplash(); }, [&] { readPosition(); },
+                         [&] { SubPaneVisible = true; }, [&] { DisableTools(); }, [&] { readDefaults(); },
+                         [&] {
+                           for (auto& slot : m_show.SubMasterSlots) slot = std::make_shared<clsSubMaster>();
+                         },
+                         [&] { m_show.PrefShowSubs = number("PREF_SHOWSUBS"); },
+                         [&] { SubPaneVisible = m_show.PrefShowSubs == SubPaneShows; },
+                         [&] {
+                           sbStatusBar.Text = "online";
+                           sbStatusBar.Refresh();
+                         });
+}
+
+void frmMain::readPosition() {
+  const auto size = [this](const char* key, const char* fallback) {
+    return static_cast<float>(toNumber(m_wiring.setting("Settings", key, fallback)));
+  };
+  m_machine.errors.steps(
+      [&] { Window.Left = size("MainLeft", "1000"); }, [&] { Window.Top = size("MainTop", "1000"); },
+      [&] { Window.Width = size("MainWidth", "6500"); }, [&] { Window.Height = size("MainHeight", "6500"); },
+      [&] {
+        const bool maximised = size("MainMaximised", "-1") != 0;
+        Window.WindowState = maximised ? WindowState::Maximised : WindowState::Normal;
+      });
+}
+
+void frmMain::savePosition() {
+  const auto save = [this](const char* key, float twips) {
+    m_wiring.saveSetting("Settings", key, formatSingle(twips));
+  };
+  const bool maximised = Window.WindowState == WindowState::Maximised;
+  m_machine.errors.steps([&] { save("MainLeft", Window.Left); }, [&] { save("MainTop", Window.Top); },
+                         [&] { save("MainWidth", Window.Width); }, [&] { save("MainHeight", Window.Height); },
+                         [&] { m_wiring.saveSetting("Settings", "MainMaximised", maximised ? "-1" : "0"); });
 }
 
 std::int16_t frmMain::number(const std::string& key) const {
   return toInteger<std::int16_t>(m_wiring.setting("Project", key, "0"));
 }
 
-void frmMain::MDIForm_Load() {
-  const auto size = [this](const char* key, const char* fallback) {
-    return static_cast<float>(toNumber(m_wiring.setting("Settings", key, fallback)));
-  };
-  auto& errors = m_machine.errors;
-  errors.steps([&] { Window.Left = size("MainLeft", "1000"); }, [&] { Window.Top = size("MainTop", "1000"); },
-               [&] { Window.Width = size("MainWidth", "6500"); },
-               [&] { Window.Height = size("MainHeight", "6500"); },
-               [&] { m_show.DefaultDown = number("Down"); }, [&] { m_show.DefaultDelay = number("Delay"); },
-               [&] { m_show.DefaultUp = number("Up"); }, [&] { m_show.BarColumns = number("BarColumns"); },
-               [&] { m_show.BarRows = number("BarRows"); }, [&] { m_show.BarGap = number("BarGap"); },
-               [&] {
-                 for (auto& slot : m_show.SubMasterSlots) slot = std::make_shared<clsSubMaster>();
-               },
-               [&] { m_show.PrefShowSubs = number("PREF_SHOWSUBS"); });
-}
-
-// ---- Commands on the XY player, which alone follows the frame's tools
-
-QueueList& frmMain::shownXY() {
-  QueueList& player = m_windows.xyPlayer();
-  player.Window.Visible = true;
-  return player;
-}
-
-void frmMain::go() {
+void frmMain::readDefaults() {
   m_machine.errors.steps(
-      [&] {
-        QueueList& player = shownXY();
-        const GoFromOutside outside(m_show);
-        player.cmdGoForward_Click();
-      },
-      [&] { m_windows.endRepaints(); });
+      [&] { m_show.DefaultDown = number("Down"); }, [&] { m_show.DefaultDelay = number("Delay"); },
+      [&] { m_show.DefaultUp = number("Up"); }, [&] { m_show.BarColumns = number("BarColumns"); },
+      [&] { m_show.BarRows = number("BarRows"); }, [&] { m_show.BarGap = number("BarGap"); });
 }
 
-void frmMain::stopFade() {
-  m_machine.errors.run([&] { shownXY().cmdStop_Click(); });
+void frmMain::DisableTools() {
+  m_machine.errors.run([&] {
+    for (const char* id : ShowTools) SSActiveToolBars1.tool(id).Enabled = false;
+  });
 }
 
-void frmMain::nextStageCue() {
-  m_machine.errors.steps([&] { m_windows.endRepaints(); }, [&] { shownXY().cmdAdvanceStageCue_Click(); });
-}
-
-void frmMain::previousStageCue() {
-  m_machine.errors.steps([&] { m_windows.endRepaints(); }, [&] { shownXY().cmdDecrementStageCue_Click(); });
-}
-
-void frmMain::resetCue() {
-  m_machine.errors.run([&] { shownXY().ResetStageCue(); });
-}
-
-// ---- What received levels do
-
-void frmMain::setInput(bool dimmers, bool submasters) {
-  m_show.DMXDimmers = dimmers;
-  m_show.DMXSubmasters = submasters;
-  m_windows.Comm.RecieveTimer.setEnabled(dimmers || submasters);
-}
-
-void frmMain::noInput() {
-  setInput(false, false);
-}
-void frmMain::inputToFixtures() {
-  setInput(true, false);
-}
-void frmMain::inputToSubmasters() {
-  setInput(false, true);
-}
-
-// ---- The life of a show
-
-bool frmMain::LoadProject(std::int16_t index) {
-  if (m_show.ProjectFileName.empty()) {
-    m_machine.errors.run([&] { CloseViews(); });
-    return false;
-  }
-  const auto project = readProject();
-  if (project == nullptr) return false;
-
-  auto& errors = m_machine.errors;
-  errors.steps([&] { CloseViews(); },
-               [&] {
-                 if (m_show.Projects.count() > 0) m_show.Projects.Remove(m_show.Projects.count());
-                 m_show.Projects.add(project);
-                 m_show.CurrentProjectIndex = index;
-                 Window.Caption = std::string(Title) + " - " + project->ProjectName.str();
-                 m_show.CurrentViewIndex = 0;
-               });
-  for (int view = 1; view <= project->colViews().count(); ++view) {
-    ++m_show.CurrentViewIndex;
-    errors.run([&] { LoadDoc(); });
-  }
-  errors.run([&] { m_windows.loadPlayers(); });
-  return true;
-}
-
-/// Reads the show before anything is closed. A box tells why it can't be read, or what of it is missing.
-std::shared_ptr<clsProject> frmMain::readProject() const {
-  const std::string& file = m_show.ProjectFileName;
-  try {
-    const ShowRead read = readShow(readFile(file), DMXInputRecords::Leave);
-    if (!read.faults.empty()) {
-      std::string text = file + (read.project == nullptr ? " is no show.\n" : " is damaged.\n");
-      for (const FileFault& fault : read.faults) text += "\n" + describe(fault);
-      m_machine.boxes.show({.text = text, .icon = BoxIcon::Warning});
+/// The way to a show always stays open: nothing disables ID_OpenProject.
+void frmMain::EnableTools() {
+  m_machine.errors.run([&] {
+    SSActiveToolBars1.tool("ID_OpenProject").Enabled = true;
+    for (const std::string_view id : ShowTools) {
+      SSActiveToolBars1.tool(id).Enabled = true;
+      if (id == "mnuLightAddFixture") SSActiveToolBars1.tool("ID_CueWindow").Enabled = true;
     }
-    return read.project;
-  } catch (const RunTimeError& error) {
-    m_machine.boxes.show({.text = error.what(), .icon = BoxIcon::Critical});
-    return nullptr;
-  }
+  });
 }
 
-void frmMain::LoadDoc() {
-  ++m_show.OpenDocumentCount;
-  m_windows.openDocument();
+frmDocument& frmMain::ActiveForm() const {
+  if (m_windows.ActiveDocument == nullptr) throw RunTimeError(Fault::ObjectMissing, "no document is open");
+  return *m_windows.ActiveDocument;
 }
 
-/// With one view this closes its window. Of a show of several views the earlier windows stay until exit.
-void frmMain::CloseViews() {
-  for (auto times = m_show.OpenDocumentCount; times > 0; --times) {
-    m_windows.closeDocument();
-    m_machine.Sleep(DrawingCloses);
-    --m_show.OpenDocumentCount;
-  }
+// ---- The handlers of the tools
+
+void frmMain::SSActiveToolBars1_ToolClick(std::string_view id) {
+  const auto all = commands();
+  const auto command = std::ranges::find(all, id, &Command::id);
+  if (command != all.end())
+    command->run(*this);
+  else
+    selectTool();
+  if (id.find("Document") != std::string_view::npos) focusDocument(id);
+}
+
+/// A tool that stands for a window brings it to the front.
+void frmMain::focusDocument(std::string_view id) {
+  m_machine.errors.run([&] {
+    const Tool* const tool = SSActiveToolBars1.find(id);
+    const std::string_view name = tool != nullptr ? tool->Name : id;
+    for (Form* form : m_wiring.forms())
+      if (form->Caption == name) form->SetFocus();
+  });
+}
+
+void frmMain::SSActiveToolBars1_ToolDropDown(std::string_view id, int x, int y) {
+  m_machine.errors.run([&] {
+    const std::string& name = SSActiveToolBars1.tool(id).Name;
+    if (name == "AddLight") SSActiveToolBars1.PopupMenu("mnuLightAddFixture", x, y);
+    if (name == "Rotate") SSActiveToolBars1.PopupMenu("mnuLightRotate", x, y);
+  });
 }
 
 }  // namespace velgrove

@@ -11,44 +11,70 @@ InterfaceDevice boxOfRehearsal() {
 
 }  // namespace
 
-HeadlessDesk::HeadlessDesk(const std::function<BoxAnswer(const Box&)>& onBox,
-                           const std::filesystem::path& graphics)
+HeadlessDesk::HeadlessDesk(const std::function<BoxAnswer(const Box&)>& onBox)
+    : HeadlessDesk(onBox, Folders{}) {}
+
+HeadlessDesk::HeadlessDesk(const std::function<BoxAnswer(const Box&)>& onBox, const Folders& folders)
     : desk(clock.clock(), {.show = onBox, .post = [onBox](const Box& posted) { (void)onBox(posted); }},
-           wiring(graphics)) {
+           wiring(folders)) {
   desk.machine.Sleep = [](Milliseconds) {};
   desk.machine.DoEvents = [] {};
+  desk.machine.waitUntil = [this](const auto& condition) { waitUntil(condition); };
+  desk.machine.aside = [this](const auto& work) {
+    raise(onAside);
+    work();
+  };
+  desk.Splash.Painted = true;  // there is no screen to wait for
 }
 
-LightingDesk::Wiring HeadlessDesk::wiring(const std::filesystem::path& graphics) {
-  const auto nothing = [](const std::string&) {};
+LightingDesk::Wiring HeadlessDesk::wiring(const Folders& folders) {
   return {
       .windows = {.interface = {
                       .line = boxOnALine(box, [this](Milliseconds time) { clock.pass(time); }),
-                      .findInterfaces = [] { return std::vector{boxOfRehearsal()}; },
+                      .findInterfaces =
+                          [this] {
+                            return boxAttached ? std::vector{boxOfRehearsal()}
+                                               : std::vector<InterfaceDevice>{};
+                          },
                       .findAgain = [](const InterfaceDevice& lost) { return std::optional(lost.path); },
                       .triggerEnabled = [] { return true; },
                       .triggerGo = {},
                       .repaint = [] {}},
-                  .showCuePanel = nothing,
-                  .showStatus = nothing,
-                  .graphics = graphics},
-      .settingsFolder = {},
+                  .showCuePanel = {},
+                  .showStatus = {},
+                  .graphics = folders.graphics},
+      .settingsFolder = folders.settings,
       .applicationFolder = {},
-      .dataFolder = {},
+      .dataFolder = folders.data,
+      .drives = folders.drives,
+      .disk = folders.disk,
       .raisePriority = [] {},
-      .openShow =
-          [this] {
-            desk.show.ProjectFileName = m_showFile;
-            desk.frame.LoadProject(1);
-          },
-      .quit = [] {},
+      .quit = [this] { quit = true; },
   };
 }
 
+/// The operator gets some goes at it: one action may lead to the next.
+void HeadlessDesk::waitUntil(const std::function<bool()>& condition) const {
+  constexpr int Goes = 100;
+  for (int go = 0; !condition(); ++go) {
+    if (!onWait || go == Goes) throw EndlessWait();
+    onWait();
+  }
+}
+
 bool HeadlessDesk::start(const std::string& showFile) {
-  m_showFile = showFile;
-  desk.Main();
+  onWait = [this, showFile] {
+    desk.OpenProject.Window.Visible = false;
+    desk.show.ProjectFileName = showFile;
+    desk.frame.LoadProject(1);
+  };
+  start();
+  onWait = {};
   return desk.show.CurrentProjectIndex > 0;
+}
+
+void HeadlessDesk::start() {
+  desk.Main();
 }
 
 }  // namespace velgrove

@@ -1,18 +1,16 @@
 #include "core/lighting_desk.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "controls/files.h"
+#include "core/recent_list.h"
 #include "model/registry_settings.h"
-#include "model/show_file.h"
-#include "plot/shapes.h"
 
 namespace velgrove {
 namespace {
 
 using namespace std::chrono_literals;
-
-constexpr std::size_t RecentFilesUsed = 10;
 
 /// A file of a folder; none when there is no folder.
 std::filesystem::path fileIn(const std::filesystem::path& folder, const char* name) {
@@ -23,22 +21,82 @@ std::filesystem::path fileIn(const std::filesystem::path& folder, const char* na
 
 LightingDesk::LightingDesk(Clock clock, const MessageBoxes& boxes, Wiring wiring)
     : machine(std::move(clock), boxes),
-      store(fileIn(wiring.settingsFolder, "settings.toml")),
+      store(fileIn(wiring.settingsFolder, "settings.toml"), wiring.disk,
+            [this](const auto& work) { machine.aside(work); }),
       userStore(fileIn(wiring.settingsFolder, "user.toml")),
       Settings(userStore, wiring.applicationFolder, "velgrove"),
       Fixtures(machine, wiring.windows.graphics),
-      windows(show, machine, wiring.windows),
-      frame(show, machine, windows,
-            {.setting = [this](const std::string& section, const std::string& key,
-                               const std::string& fallback) { return setting(section, key, fallback); }}),
-      m_wiring(std::move(wiring)) {
+      windows(show, machine, tied(wiring.windows)),
+      WanttoSave(
+          show, machine,
+          {.SaveAll = [this] { return SaveAll(); }, .frameCaption = [this] { return frame.Window.Caption; }}),
+      OpenProject(show, machine,
+                  {.LoadNewProject = [this] { frame.LoadNewProject(); },
+                   .LoadProject = [this](std::int16_t index) { return frame.LoadProject(index); },
+                   .DisableTools = [this] { frame.DisableTools(); },
+                   .dataFolder = wiring.dataFolder,
+                   .drives = wiring.drives}),
+      frame(show, machine, windows, frameWiring()),
+      m_wiring(std::move(wiring)),
+      m_saver(show, machine, m_wiring.dataFolder, m_wiring.disk) {
   machine.timers.onUnhandled = [this](const RunTimeError&) { m_wiring.quit(); };
 }
+
+/// What the windows below tell the frame and the splash.
+Windows::Wiring LightingDesk::tied(Windows::Wiring wiring) {
+  wiring.showCuePanel = [this](const std::string& text) {
+    frame.SSActiveToolBars1.tool("ID_CueWindow").Caption = text;
+  };
+  wiring.showStatus = [this](const std::string& text) { frame.sbStatusBar.Text = text; };
+  wiring.interface.repaint = [this, repaint = std::move(wiring.interface.repaint)] {
+    Splash.Status.Caption = windows.Comm.Version.Caption;
+    repaint();
+  };
+  return wiring;
+}
+
+frmMain::Wiring LightingDesk::frameWiring() {
+  return {.setting = [this](const std::string& section, const std::string& key,
+                            const std::string& fallback) { return setting(section, key, fallback); },
+          .saveSetting = [this](const std::string& section, const std::string& key,
+                                const std::string& value) { saveSetting(section, key, value); },
+          .SaveAll = [this] { return SaveAll(); },
+          .ShutdownApp = [this] { ShutdownApp(); },
+          .forms =
+              [this] {
+                std::vector<Form*> forms;
+                for (const OpenForm& open : openForms()) forms.push_back(open.form);
+                return forms;
+              },
+          .showSplash = [this] { showSplash(); },
+          .showAbout = [this] { About.Form_Load(); },
+          .askToSave = [this] { WanttoSave.ShowModal(); },
+          .showOpenProject = [this](OpenTab tab) { OpenProject.Show(tab); },
+          .showHelp = {},
+          .showGrandMaster = {},
+          .showGrandMasterAtBottom = {},
+          .showPreferences = {},
+          .showBars = {}};
+}
+
+// ---- Settings
 
 std::string LightingDesk::setting(const std::string& section, const std::string& key,
                                   const std::string& fallback) const {
   return GetStringSetting(store, "Velgrove", section, key, fallback);
 }
+
+void LightingDesk::saveSetting(const std::string& section, const std::string& key, const std::string& value) {
+  if (!m_wiring.settingsFolder.empty()) SaveStringSetting(store, "Velgrove", section, key, value);
+}
+
+bool LightingDesk::triggerEnabled() const {
+  bool enabled = false;
+  ErrorPattern::skip([&] { enabled = toNumber(setting("Project", "Base", "0")) != 0; });
+  return enabled;
+}
+
+// ---- Start-up
 
 void LightingDesk::Main() {
   const auto inputMode = [this](const char* key) { return toNumber(setting("Project", key, "0")) != 0; };
@@ -46,21 +104,53 @@ void LightingDesk::Main() {
       [&] {
         if (store.message()) machine.boxes.show({.text = *store.message(), .icon = BoxIcon::Warning});
       },
-      [&] {
-        for (const ShapeName& shape : ShapeNames) Fixtures.GetFixtureShape(shape.name, shape.id);
-      },
-      [&] { Settings.Init(); }, [&] { readRecentList(); },
+      [&] { prepareShapes(); }, [&] { std::fill_n(show.MRUList.begin(), RecentFilesUsed, ""); },
+      [&] { Settings.Init(); }, [&] { readRecentFiles(); },
       [&] { show.DMXSubmasters = inputMode("DMXSubmasters"); },
       [&] { show.DMXDimmers = inputMode("DMXDimmers"); }, [&] { frame.MDIForm_Load(); },
-      [&] { frame.Window.Visible = true; }, [&] { m_wiring.raisePriority(); },
-      [&] {
-        windows.Comm.Form_Load();
-        windows.Comm.Window.Visible = true;
-        windows.Comm.InitVelgrove();
-      },
-      [&] { machine.Sleep(1000ms); }, [&] { m_wiring.openShow(); });
+      [&] { OpenProject.Form_Load(); }, [&] { frame.Window.Visible = true; },
+      [&] { m_wiring.raisePriority(); }, [&] { startInterface(); }, [&] { machine.Sleep(1000ms); },
+      [&] { openFirstShow(); });
   if (show.CurrentProjectIndex < 1) return;
   machine.errors.steps([&] { clearFixtures(); }, [&] { clearLevels(); });
+}
+
+/// The hidden window of the shapes prepares them when it is first asked for one, and then each as it is
+/// asked: all are prepared twice.
+void LightingDesk::prepareShapes() {
+  for (std::size_t type = 0; type < FixtureTypes.size(); ++type)
+    Fixtures.GetFixtureShape(std::string(FixtureTypes[type]), static_cast<std::int16_t>(type + 1));
+}
+
+void LightingDesk::readRecentFiles() {
+  std::error_code missing;
+  const auto file = fileIn(m_wiring.dataFolder, RecentListFile);
+  if (file.empty() || !std::filesystem::exists(file, missing)) return;
+  std::string text;
+  machine.aside([&] { text = readFile(file); });
+  readRecentList(show, text);
+}
+
+void LightingDesk::showSplash() {
+  Splash.Starting = true;
+  Splash.Form_Load();
+  machine.waitUntil([this] { return Splash.Painted; });
+}
+
+void LightingDesk::startInterface() {
+  windows.Comm.Form_Load();
+  windows.Comm.Window.Loaded = true;
+  windows.Comm.Window.Visible = true;
+  windows.Comm.InitVelgrove();
+}
+
+void LightingDesk::openFirstShow() {
+  Splash.Unload();
+  Splash.Starting = false;
+  if (m_wiring.openShow)
+    m_wiring.openShow();
+  else
+    OpenProject.ShowModal();
 }
 
 void LightingDesk::act(const std::function<void()>& action) const {
@@ -72,13 +162,13 @@ void LightingDesk::act(const std::function<void()>& action) const {
 }
 
 void LightingDesk::clearFixtures() {
-  if (windows.ActiveDocument == nullptr) throw RunTimeError(Fault::ObjectMissing, "no document is open");
-  const auto view = windows.ActiveDocument->GetCurrentView();
+  frmDocument& document = frame.ActiveForm();
+  const auto view = document.GetCurrentView();
   for (const auto& fixture : view->colFixtures()) {
     fixture->Level = 0;
-    windows.ActiveDocument->DeleteTextOnShape(*fixture);
+    document.DeleteTextOnShape(*fixture);
     show.LevelTextSource = 0;
-    windows.ActiveDocument->DrawTextOnShape(*fixture);
+    document.DrawTextOnShape(*fixture);
   }
 }
 
@@ -93,62 +183,49 @@ void LightingDesk::clearLevels() {
   show.LevelSource.fill(0);
 }
 
-void LightingDesk::readRecentList() {
-  std::error_code missing;
-  if (m_wiring.dataFolder.empty() || !std::filesystem::exists(recentList(), missing)) return;
-  const std::string text = readFile(recentList());
-  for (std::size_t at = 0; at < text.size();) {
-    const std::size_t end = std::min(text.find('\n', at), text.size());
-    std::string line = text.substr(at, end - at);
-    if (line.ends_with('\r')) line.pop_back();
-    const auto index = static_cast<std::size_t>(show.MRUCount);
-    if (index >= show.MRUList.size())
-      throw RunTimeError(Fault::Subscript, "the recent list has too many lines");
-    show.MRUList[index] = std::move(line);
-    ++show.MRUCount;
-    at = end + 1;
-  }
-}
-
-void LightingDesk::SaveAll() {
-  machine.errors.steps(
-      [&] {
-        const std::string bytes = writeShow(*show.Projects.item(show.CurrentProjectIndex));
-        show.ProjectDirty = false;
-        try {
-          writeFileSafely(show.ProjectFileName, bytes, Backup::Keep);
-        } catch (const RunTimeError&) {
-          show.ProjectDirty = true;
-          throw;
-        }
-      },
-      [&] { noteRecentFile(); });
-}
-
-/// Only what was listed at start is looked for, so that a file saved for the first time can stand there twice
-/// until the next start.
-void LightingDesk::noteRecentFile() {
-  auto& list = show.MRUList;
-  auto* const listed = list.begin() + show.MRUCount;
-  auto* old = std::find(list.begin(), listed, show.ProjectFileName);
-  if (old == listed) old = list.begin() + (RecentFilesUsed - 1);
-  std::move_backward(list.begin(), old, old + 1);
-  list.front() = show.ProjectFileName;
-  if (m_wiring.dataFolder.empty()) return;
-
-  std::string text;
-  for (std::size_t i = 0; i < RecentFilesUsed && !list[i].empty(); ++i) text += list[i] + "\r\n";
-  std::error_code failure;
-  std::filesystem::create_directories(m_wiring.dataFolder, failure);
-  writeFileSafely(recentList(), text, Backup::None);
-}
+// ---- The end
 
 void LightingDesk::ShutdownApp() {
-  windows.Comm.SetDMXState(false);
-  windows.Effects.ChaseTimer.setEnabled(false);
-  windows.unloadPlayers();
-  windows.closeDocuments();
-  windows.Comm.CloseVelgrove();
+  machine.errors.steps([&] { machine.timers.stopAll(); }, [&] { UnloadAllForms(true); },
+                       [&] { windows.Comm.CloseVelgrove(); });
+  m_wiring.quit();
+}
+
+std::vector<OpenForm> LightingDesk::openForms() {
+  std::vector<OpenForm> open;
+  const auto note = [&open](Form& form, std::function<void()> unload) {
+    if (form.Loaded) open.push_back({.form = &form, .unload = std::move(unload)});
+  };
+  note(frame.Window, [this] { unloadFrame(); });
+  note(Splash.Window, [this] { Splash.Unload(); });
+  note(OpenProject.Window, [this] { OpenProject.Unload(); });
+  std::ranges::move(windows.openForms(), std::back_inserter(open));
+  note(About.Window, [this] { About.Unload(); });
+  note(WanttoSave.Window, [this] { WanttoSave.Unload(); });
+  return open;
+}
+
+bool LightingDesk::UnloadAllForms(bool force) {
+  // One at a time: the frame takes its documents along.
+  const auto unloadNext = [this](auto wanted) {
+    const auto open = openForms();
+    const auto next = std::ranges::find_if(open, wanted, &OpenForm::form);
+    if (next == open.end()) return false;
+    next->unload();
+    return true;
+  };
+  const auto standsOverOthers = [](const Form* form) { return form->Visible && form->Modal; };
+  while (force && unloadNext(standsOverOthers)) continue;
+  while (unloadNext([](const Form*) { return true; })) continue;
+  return !frame.Window.Visible;
+}
+
+/// Once: behind its last box the frame stays on the screen until the program ends.
+void LightingDesk::unloadFrame() {
+  bool cancel = false;
+  frame.Window.Loaded = false;
+  frame.MDIForm_Unload(cancel);
+  frame.Window.Visible = cancel;
 }
 
 }  // namespace velgrove

@@ -3,9 +3,14 @@
 #include <filesystem>
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "controls/machine.h"
 #include "core/frm_main.h"
+#include "core/frm_open_project.h"
+#include "core/frm_wantto_save.h"
+#include "core/plain_windows.h"
+#include "core/show_saver.h"
 #include "core/show_state.h"
 #include "core/windows.h"
 #include "model/setting.h"
@@ -21,10 +26,13 @@ class LightingDesk {
     Windows::Wiring windows;
     std::filesystem::path settingsFolder;  ///< empty: all settings have their defaults, and none is written
     std::filesystem::path applicationFolder;  ///< of the executable
-    std::filesystem::path dataFolder;         ///< where the recent list lies; empty: there is none
-    std::function<void()> raisePriority;      ///< the light goes before all else on this machine
-    std::function<void()> openShow;           ///< the open dialog: leaves a show loaded or not
-    std::function<void()> quit;               ///< ends the program in good order: the operator chose Abort
+    std::filesystem::path dataFolder;  ///< where new shows and the recent list lie; empty: there is none
+    DriveRoots drives = {};            ///< of the open dialog
+    Disk disk = systemDisk();
+    std::function<void()> raisePriority;  ///< the light goes before all else on this machine
+    /// Leaves a show loaded or not, in place of the open dialog, for a desk without an operator at a screen.
+    std::function<void()> openShow = {};
+    std::function<void()> quit;  ///< ends the program in good order
   };
 
   LightingDesk(Clock clock, const MessageBoxes& boxes, Wiring wiring);
@@ -38,27 +46,46 @@ class LightingDesk {
   CSetting Settings;
   velgrove::Fixtures Fixtures;
   Windows windows;
+  frmSplash Splash{machine};
+  frmAbout About;
+  frmWaitExit WaitExit;
+  frmWanttoSave WanttoSave;
+  frmOpenProject OpenProject;
   frmMain frame;
 
   /// Start-up, once, top to bottom. Afterwards the desk lives in its timers and the operator's actions alone.
   void Main();
   /// Runs an action of the operator. An error that nobody took ends the program.
   void act(const std::function<void()>& action) const;
-  /// Writes the show to ProjectFileName and brings it to the top of the recent list.
-  void SaveAll();
-  /// Stops all timers of the interface and the documents, and closes all windows.
+  /// Writes the show to ProjectFileName and brings it to the top of the recent list. Whether it stands there.
+  bool SaveAll() { return m_saver.SaveAll(); }
+  /// Stops all timers, closes all windows and the interface, and ends the program.
   void ShutdownApp();
+  /// Closes all windows, with `force` those first that stand over others. True when none is left.
+  bool UnloadAllForms(bool force);
+  /// All windows that are loaded.
+  [[nodiscard]] std::vector<OpenForm> openForms();
+
+  /// Whether the settings have the electronic trigger switched on.
+  [[nodiscard]] bool triggerEnabled() const;
 
  private:
+  [[nodiscard]] Windows::Wiring tied(Windows::Wiring wiring);
+  [[nodiscard]] frmMain::Wiring frameWiring();
   [[nodiscard]] std::string setting(const std::string& section, const std::string& key,
                                     const std::string& fallback) const;
-  void readRecentList();
-  void noteRecentFile();
+  void saveSetting(const std::string& section, const std::string& key, const std::string& value);
+  void prepareShapes();
+  void readRecentFiles();
+  void showSplash();
+  void startInterface();
+  void openFirstShow();
+  void unloadFrame();
   void clearFixtures();
   void clearLevels();
-  [[nodiscard]] std::filesystem::path recentList() const { return m_wiring.dataFolder / "mru.dat"; }
 
   Wiring m_wiring;
+  ShowSaver m_saver;
 };
 
 }  // namespace velgrove

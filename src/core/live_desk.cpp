@@ -28,10 +28,12 @@ LiveDesk::LiveDesk(Options options)
     : m_options(std::move(options)), m_desk(m_clock, m_options.boxes, wiring()) {
   m_desk.machine.Sleep = [this](Milliseconds time) { m_lock.sleep(time); };
   m_desk.machine.DoEvents = [this] { m_thread.doEvents(); };
+  m_desk.machine.waitUntil = [this](const auto& condition) { m_thread.until(condition); };
+  m_desk.machine.aside = doAtOnce;
+  m_desk.Splash.Painted = true;  // there is no screen to wait for
 }
 
 LightingDesk::Wiring LiveDesk::wiring() {
-  const auto nothing = [](const std::string&) {};
   return {
       .windows = {.interface = {
                       .line = keepingTurn(makePosixLine(), m_lock),
@@ -41,8 +43,8 @@ LightingDesk::Wiring LiveDesk::wiring() {
                       .triggerGo = {},
                       .repaint = [this] { m_options.statusChanged(m_desk.windows.Comm); },
                   },
-                  .showCuePanel = nothing,
-                  .showStatus = nothing,
+                  .showCuePanel = {},
+                  .showStatus = {},
                   .graphics = m_options.graphics},
       .settingsFolder = {},
       .applicationFolder = {},

@@ -3,7 +3,9 @@
 #include <array>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
+#include <string_view>
 
 #include "model/show.h"
 
@@ -11,6 +13,13 @@ namespace velgrove {
 
 /// Codes of LevelSource.
 enum class Source : std::int16_t { Manual = 0, Queue = 1, Input = 2, Submaster = 3 };
+
+/// Answers to the question whether to save.
+enum class SaveAnswer : std::int16_t { None = 0, DontSave = 1, Cancel = 2, Save = 3 };
+
+/// What the fixture types 1 to 6 are called; also the base names of their shape files.
+inline constexpr std::array<std::string_view, 6> FixtureTypes{"fresnel",   "leko",  "par38",
+                                                              "practical", "scoop", "icue"};
 
 /// What more than one window needs to know. There is one show in memory at a time.
 struct ShowState {
@@ -26,6 +35,9 @@ struct ShowState {
   std::string ProjectFileName;  ///< full path; "" means none
   bool ProjectDirty = false;    ///< unsaved changes
   bool ExitConfirmed = false;
+  SaveAnswer SaveDialogResult = SaveAnswer::None;
+  /// The bytes of the file that the open show came from, when something of it was missing.
+  std::optional<std::string> DamagedOriginal;
   std::int32_t OpenDocumentCount = 0;
   std::array<std::shared_ptr<clsSubMaster>, SubMasterCount> SubMasterSlots;
   std::array<std::string, RecentFiles> MRUList;  ///< index 0 the most recent

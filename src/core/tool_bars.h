@@ -14,6 +14,7 @@ struct Tool {
   std::string ToolTip;
   bool Enabled = true;
   bool Pressed = false;
+  std::string Name;  ///< what the handlers know it by: the id without "ID_"
 };
 
 /// A menu or a pop-up: ids of tools in order, "-" for a line between groups.
@@ -29,6 +30,8 @@ class ToolBars {
 
   /// A tool by its id; Fault::ObjectMissing when there is none.
   [[nodiscard]] Tool& tool(std::string_view id);
+  /// The same; null when there is none.
+  [[nodiscard]] Tool* find(std::string_view id);
   [[nodiscard]] const std::vector<Tool>& tools() const { return m_tools; }
 
   /// The menu bar, left to right.

@@ -78,11 +78,13 @@ void Windows::loadPlayers() {
 }
 
 void Windows::unloadPlayers() {
-  for (auto* player : {&XYQ, &ABQ}) {
-    if (*player == nullptr) continue;
-    (*player)->q_timer.setEnabled(false);
-    retire(std::move(*player));
-  }
+  for (auto* player : {&XYQ, &ABQ})
+    if (*player != nullptr) unloadPlayer(*player);
+}
+
+void Windows::unloadPlayer(std::unique_ptr<QueueList>& player) {
+  player->q_timer.setEnabled(false);
+  retire(std::move(player));
 }
 
 frmDocument::Wiring Windows::documentWiring() const {
@@ -116,6 +118,27 @@ void Windows::closeDocuments() {
     DocumentForm->CloseView();
     closeDocument();
   }
+}
+
+std::vector<OpenForm> Windows::openForms() {
+  std::vector<OpenForm> open;
+  const auto note = [&open](Form& form, std::function<void()> unload) {
+    if (form.Loaded || form.Visible) open.push_back({.form = &form, .unload = std::move(unload)});
+  };
+  note(Comm.Window, [this] { Comm.Window.Visible = Comm.Window.Loaded = false; });
+  for (const auto& document : Documents)
+    open.push_back({.form = &document->Window, .unload = [this, form = document.get()] {
+                      DocumentForm = form;
+                      closeDocument();
+                    }});
+  for (auto* player : {&ABQ, &XYQ})
+    if (*player != nullptr)
+      open.push_back({.form = &(*player)->Window, .unload = [this, player] { unloadPlayer(*player); }});
+  note(Effects.Window, [this] {
+    Effects.ChaseTimer.setEnabled(false);
+    Effects.Window.Visible = Effects.Window.Loaded = false;
+  });
+  return open;
 }
 
 void Windows::endRepaints() const {

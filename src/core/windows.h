@@ -26,13 +26,19 @@ class GoFromOutside {
   ShowState& m_show;
 };
 
+/// A window that is loaded, and how it is unloaded.
+struct OpenForm {
+  Form* form;
+  std::function<void()> unload;
+};
+
 /// The windows of a desk and the ties between them. Players and documents come and go with the show; the
 /// interface's window stays.
 class Windows {
  public:
   struct Wiring {
-    VelgroveComm::Wiring interface;  ///< all but the trigger's Go
-    std::function<void(const std::string&)> showCuePanel;
+    VelgroveComm::Wiring interface;                        ///< all but the trigger's Go
+    std::function<void(const std::string&)> showCuePanel;  ///< these two lead to the frame
     std::function<void(const std::string&)> showStatus;
     std::filesystem::path graphics = {};  ///< of the plots; empty where nobody sees them
   };
@@ -58,12 +64,14 @@ class Windows {
   void openDocument();
   void closeDocument();  ///< the one opened last
   void closeDocuments();
+  [[nodiscard]] std::vector<OpenForm> openForms();
   void endRepaints() const;  ///< of both players: a window that may not paint now isn't waited for
 
  private:
   template <class Window>
   void retire(std::unique_ptr<Window> window);
   static VelgroveComm::Wiring withTriggerGo(VelgroveComm::Wiring wiring, std::function<void()> go);
+  void unloadPlayer(std::unique_ptr<QueueList>& player);
   [[nodiscard]] std::unique_ptr<QueueList> makePlayer(const PlayerTraits& traits);
   [[nodiscard]] std::shared_ptr<clsView> currentView() const;
   [[nodiscard]] frmDocument::Wiring documentWiring() const;

@@ -80,26 +80,17 @@ bool readsBack(const std::string& text) {
   }
 }
 
-/// The first free name beside the file, so that no file set aside before is lost.
-fs::path damagedName(const fs::path& file) {
-  fs::path name = file;
-  name += ".damaged";
-  std::error_code ignored;
-  for (int number = 2; fs::exists(fs::symlink_status(name, ignored)); ++number) {
-    name = file;
-    name += ".damaged-" + std::to_string(number);
-  }
-  return name;
-}
-
 }  // namespace
 
 struct SettingsStore::Tree {
   toml::table root;
 };
 
-SettingsStore::SettingsStore(fs::path file, Disk disk)
-    : m_file(std::move(file)), m_disk(std::move(disk)), m_tree(std::make_unique<Tree>()) {
+SettingsStore::SettingsStore(fs::path file, Disk disk, Aside aside)
+    : m_file(std::move(file)),
+      m_disk(std::move(disk)),
+      m_aside(std::move(aside)),
+      m_tree(std::make_unique<Tree>()) {
   read();
 }
 
@@ -171,22 +162,27 @@ void SettingsStore::prepareWriting() {
     fail(settings_errors::CreateSection);
 }
 
-/// Writes the changed tree; only what stands on the disk is kept in memory.
+/// Writes the changed tree; only what stands on the disk is kept in memory. While the disk is waited for, the
+/// settings can be read as they were.
 void SettingsStore::replace(Tree changed) {
   const std::string text = tomlOf(changed.root);
   if (!readsBack(text)) fail(settings_errors::SetValue);
+  m_aside([&] { write(text); });
+  *m_tree = std::move(changed);
+}
+
+void SettingsStore::write(const std::string& text) {
+  prepareWriting();
   try {
     writeFileSafely(m_file, text, Backup::None, m_disk);
   } catch (const RunTimeError&) {
     fail(settings_errors::SetValue);
   }
-  *m_tree = std::move(changed);
 }
 
 void SettingsStore::setText(std::string_view app, std::string_view section, std::string_view key,
                             std::string_view text) {
   if (holds(app, section, key, text)) return;
-  prepareWriting();
   Tree changed = *m_tree;
   toml::table& table = tableIn(tableIn(changed.root, app), section);
   const auto at = entryOf(table, key);
@@ -197,7 +193,6 @@ void SettingsStore::setText(std::string_view app, std::string_view section, std:
 void SettingsStore::remove(std::string_view app, std::string_view section, std::string_view key) {
   const toml::table* const there = sectionOf(m_tree->root, app, section);
   if (there == nullptr || find(*there, key) == nullptr) return;
-  prepareWriting();
   Tree changed = *m_tree;
   toml::table& table = tableIn(tableIn(changed.root, app), section);
   table.erase(entryOf(table, key));
@@ -206,7 +201,6 @@ void SettingsStore::remove(std::string_view app, std::string_view section, std::
 
 void SettingsStore::removeSection(std::string_view app, std::string_view section) {
   if (sectionOf(m_tree->root, app, section) == nullptr) return;
-  prepareWriting();
   Tree changed = *m_tree;
   toml::table& table = tableIn(changed.root, app);
   table.erase(entryOf(table, section));

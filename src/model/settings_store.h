@@ -25,7 +25,8 @@ class SettingsStore {
  public:
   /// Reads the file; one that isn't there is an empty store. A damaged one is set aside as `<name>.damaged`
   /// (or the next free number) and the store is empty: `message` then has words for the operator.
-  explicit SettingsStore(std::filesystem::path file, Disk disk = systemDisk());
+  /// Writes wait for the disk by `aside`; one ends before the next begins.
+  explicit SettingsStore(std::filesystem::path file, Disk disk = systemDisk(), Aside aside = doAtOnce);
   ~SettingsStore();
   SettingsStore(const SettingsStore&) = delete;
   SettingsStore& operator=(const SettingsStore&) = delete;
@@ -55,10 +56,12 @@ class SettingsStore {
   [[nodiscard]] bool holds(std::string_view app, std::string_view section, std::string_view key,
                            std::string_view text) const;
   void prepareWriting();
+  void write(const std::string& text);
   void replace(Tree changed);
 
   std::filesystem::path m_file;
   Disk m_disk;
+  Aside m_aside;
   std::unique_ptr<Tree> m_tree;
   std::optional<std::string> m_message;
   bool m_inTheWay = false;  ///< a damaged file still has the name and must not be written over

@@ -78,7 +78,8 @@ void frmDocument::Form_Load() {
 }
 
 void frmDocument::loadShapes() {
-  for (const ShapeName& shape : ShapeNames) GetFixtureShape(shape.name, shape.id);
+  for (std::size_t type = 0; type < FixtureTypes.size(); ++type)
+    GetFixtureShape(std::string(FixtureTypes[type]), static_cast<std::int16_t>(type + 1));
 }
 
 void frmDocument::loadCursors() {

@@ -1,5 +1,6 @@
 #include "plot/fixtures.h"
 
+#include "core/show_state.h"
 #include <utility>
 
 #include "plot/shapes.h"
@@ -7,7 +8,7 @@
 namespace velgrove {
 
 void Fixtures::Form_Load() {
-  for (const ShapeName& shape : ShapeNames) prepare(shape.name);
+  for (const std::string_view type : FixtureTypes) prepare(std::string(type));
 }
 
 void Fixtures::GetFixtureShape(const std::string& name, std::int16_t /*id*/) {

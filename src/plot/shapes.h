@@ -1,7 +1,5 @@
 #pragma once
 
-#include <array>
-#include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <memory>
@@ -10,14 +8,6 @@
 #include "controls/machine.h"
 
 namespace velgrove {
-
-/// The fixture shapes that the desk knows. A shape's files have its name, and fixtures keep its number.
-struct ShapeName {
-  std::int16_t id;
-  const char* name;
-};
-inline constexpr std::array<ShapeName, 6> ShapeNames{
-    {{1, "fresnel"}, {2, "leko"}, {3, "par38"}, {4, "practical"}, {5, "scoop"}, {6, "icue"}}};
 
 /// The longer side of every shape on the plot, world units: room for two lines of text.
 inline constexpr double CommonSize = 80;

@@ -31,7 +31,6 @@ class Desks : public testing::Test {
   std::vector<InterfaceDevice> interfaces;
 
   std::unique_ptr<LightingDesk> start() {
-    const auto nothing = [](const std::string&) {};
     auto desk = std::make_unique<LightingDesk>(
         clock.clock(),
         MessageBoxes{.show =
@@ -49,8 +48,8 @@ class Desks : public testing::Test {
                             .triggerEnabled = [] { return false; },
                             .triggerGo = {},
                             .repaint = [] {}},
-                        .showCuePanel = nothing,
-                        .showStatus = nothing},
+                        .showCuePanel = {},
+                        .showStatus = {}},
             .settingsFolder = folder / "settings",
             .applicationFolder = folder,
             .dataFolder = folder / "data",
@@ -63,6 +62,9 @@ class Desks : public testing::Test {
             .quit = [this] { quit = true; }});
     desk->machine.Sleep = [this](Milliseconds time) { clock.pass(time); };
     desk->machine.DoEvents = [] {};
+    desk->machine.waitUntil = [](const auto& condition) { ASSERT_TRUE(condition()); };
+    desk->machine.aside = doAtOnce;
+    desk->Splash.Painted = true;
     current = desk.get();
     desk->Main();
     return desk;

@@ -1,0 +1,277 @@
+// The frame's commands: the table of all ids, and what each does.
+
+#include <algorithm>
+
+#include "core/frm_main.h"
+
+namespace velgrove {
+namespace {
+
+constexpr int Left = 0;
+constexpr int Right = 1;
+
+constexpr char Input[] = "Input";
+constexpr char Output[] = "Output";
+constexpr char StatusBarClick[] = "mnuViewStatusBar_Click";
+constexpr char ToolBarClick[] = "mnuViewToolBar_Click";
+constexpr char CutClick[] = "mnuEditCut_Click";
+
+/// An action of the frame, with its arguments.
+template <auto action, auto... with>
+void run(frmMain& frame) {
+  (frame.*action)(with...);
+}
+
+}  // namespace
+
+std::span<const frmMain::Command> frmMain::commands() {
+  static constexpr Command All[] = {
+      // A show's life
+      {"mnuFileNew", run<&frmMain::newShow>},
+      {"mnuFileOpen", run<&frmMain::openShow>},
+      {"ID_OpenProject", run<&frmMain::openShow>},
+      {"mnuFileSave", run<&frmMain::save>},
+      {"ID_Save", run<&frmMain::saveShow>},
+      {"mnuFileSaveAs", run<&frmMain::SaveAs>},
+      {"mnuFilePrint", run<&frmMain::print>},
+      {"mnuFileExit", run<&frmMain::leave>},
+      // Windows
+      {"ID_ABQ", run<&frmMain::showPlayer, &Windows::abPlayer>},
+      {"ID_XYQ", run<&frmMain::showPlayer, &Windows::xyPlayer>},
+      {"ID_Effects", run<&frmMain::showEffects>},
+      {"ID_GrandMaster", run<&frmMain::showGrandMaster>},
+      {"mnuViewLevelWheel", run<&frmMain::showGrandMaster>},
+      {"ID_BarsInput", run<&frmMain::showBars, Input>},
+      {"ID_BarsOutput", run<&frmMain::showBars, Output>},
+      {"ID_viewStatus", run<&frmMain::viewStatus>},
+      {"mnuEditPreferences", run<&frmMain::showPreferences>},
+      {"mnuHelpContents", run<&frmMain::helpContents>},
+      {"mnuHelpAbout", run<&frmMain::helpAbout>},
+      {"mnuWindowCascade", run<&frmMain::arrange, Arrangement::Cascade>},
+      {"mnuWindowTileHorizontal", run<&frmMain::arrange, Arrangement::TileHorizontal>},
+      {"mnuWindowTileVertical", run<&frmMain::arrange, Arrangement::TileVertical>},
+      {"mnuWindowArrangeIcons", run<&frmMain::arrange, Arrangement::ArrangeIcons>},
+      {"mnuViewRefresh", run<&frmMain::nothing>},
+      {"mnuViewStatusBar", run<&frmMain::unfinished, StatusBarClick>},
+      {"mnuViewToolbar", run<&frmMain::unfinished, ToolBarClick>},
+      {"mnuEditCut", run<&frmMain::unfinished, CutClick>},
+      // The XY player, which alone follows the frame's tools
+      {"ID_Go", run<&frmMain::go>},
+      {"ID_StopFade", run<&frmMain::stopFade>},
+      {"ID_QPlus", run<&frmMain::nextStageCue>},
+      {"ID_QMinus", run<&frmMain::previousStageCue>},
+      {"ID_CueReset", run<&frmMain::resetCue>},
+      {"ID_Blackout", run<&frmMain::blackout>},
+      // What received levels do
+      {"ID_noInput", run<&frmMain::noInput>},
+      {"ID_manualOn", run<&frmMain::inputToFixtures>},
+      {"ID_subsOn", run<&frmMain::inputToSubmasters>},
+      // The plot
+      {"ID_LockFixtures", run<&frmMain::lockFixtures>},
+      {"ID_EnableCAD", run<&frmMain::enableCAD>},
+      {"ID_AddLight", run<&frmMain::toggleLightTool>},
+      {"ID_DelLight", run<&frmMain::onDocument>},
+      {"ID_Rotate", run<&frmMain::onDocument>},
+      {"ID_FluidZoom", run<&frmMain::onDocument>},
+      {"ID_Pan", run<&frmMain::onDocument>},
+      {"mnuViewPan", run<&frmMain::onDocument>},
+      {"mnuViewGrid", run<&frmMain::onDocument>},
+      {"ID_ZoomIn", run<&frmMain::onDocument>},
+      {"ID_ZoomOut", run<&frmMain::onDocument>},
+      {"mnuEditUndo", run<&frmMain::onDocument>},
+      {"ID_Test", run<&frmMain::onDocument>},
+      {"mnuFresnel", run<&frmMain::lightTool, 1>},
+      {"mnuLeko", run<&frmMain::lightTool, 2>},
+      {"mnuPar38", run<&frmMain::lightTool, 3>},
+      {"mnuPractical", run<&frmMain::lightTool, 4>},
+      {"mnuScoop", run<&frmMain::lightTool, 5>},
+      {"mnuMoving_Light", run<&frmMain::lightTool, 6>},
+      {"mnuFresnelShape", run<&frmMain::pickShape, 1>},
+      {"mnuLekoShape", run<&frmMain::pickShape, 2>},
+      {"mnuPar38Shape", run<&frmMain::pickShape, 3>},
+      {"mnuPracticalShape", run<&frmMain::pickShape, 4>},
+      {"mnuScoopShape", run<&frmMain::pickShape, 5>},
+      {"mnuRot180", run<&frmMain::rotateObject, 180, Left>},
+      {"mnuRot45left", run<&frmMain::rotateObject, 45, Left>},
+      {"mnuRot45right", run<&frmMain::rotateObject, 45, Right>},
+      {"mnuRot90Left", run<&frmMain::rotateObject, 90, Left>},
+      {"mnuRot90right", run<&frmMain::rotateObject, 90, Right>},
+      {"ID_SelectPointer", run<&frmMain::selectTool>},  // and every id that isn't listed
+  };
+  return All;
+}
+
+// ---- Windows
+
+void frmMain::showPlayer(QueueList& (Windows::*player)() const) {
+  m_machine.errors.steps([&] { (m_windows.*player)().Window.Show(); },
+                         [&] { (m_windows.*player)().Window.Restore(); });
+}
+
+void frmMain::showEffects() {
+  m_windows.Effects.Window.Show();
+  m_windows.Effects.Window.Restore();
+}
+
+void frmMain::showGrandMaster() {
+  m_machine.errors.run([&] { raise(m_wiring.showGrandMaster); });
+}
+
+void frmMain::showPreferences() {
+  m_machine.errors.run([&] { raise(m_wiring.showPreferences); });
+}
+
+void frmMain::showBars(const char* what) {
+  m_machine.errors.run([&] {
+    if (m_wiring.showBars) m_wiring.showBars(what);
+  });
+}
+
+void frmMain::viewStatus() {
+  m_windows.Comm.Window.Show();
+}
+
+void frmMain::helpContents() {
+  const auto tell = [this](const std::string& text) {
+    m_machine.boxes.show({.text = text, .icon = BoxIcon::Information});
+  };
+  if (!m_wiring.showHelp) {
+    tell("Unable to display Help Contents. There is no Help associated with this project.");
+    tell("Please refer to owners manual for help, thank you. or call (555)-010-0142");
+    return;
+  }
+  try {
+    m_wiring.showHelp();
+  } catch (const RunTimeError& error) {
+    m_machine.boxes.show({.text = error.what()});
+  }
+}
+
+void frmMain::helpAbout() {
+  m_machine.errors.run([&] { m_wiring.showAbout(); });
+}
+
+void frmMain::arrange(Arrangement::Code code) {
+  Arrange = {.How = code, .Count = Arrange.Count + 1};
+}
+
+/// These menu items were never finished, and say so.
+void frmMain::unfinished(const char* handler) {
+  m_machine.boxes.show({.text = std::string("Add '") + handler + "' code."});
+}
+
+// ---- The XY player
+
+QueueList& frmMain::shownXY() {
+  QueueList& player = m_windows.xyPlayer();
+  player.Window.Visible = true;
+  return player;
+}
+
+void frmMain::go() {
+  m_machine.errors.steps(
+      [&] {
+        QueueList& player = shownXY();
+        const GoFromOutside outside(m_show);
+        player.cmdGoForward_Click();
+      },
+      [&] { m_windows.endRepaints(); });
+}
+
+void frmMain::stopFade() {
+  m_machine.errors.run([&] { shownXY().cmdStop_Click(); });
+}
+
+void frmMain::nextStageCue() {
+  m_machine.errors.steps([&] { m_windows.endRepaints(); }, [&] { shownXY().cmdAdvanceStageCue_Click(); });
+}
+
+void frmMain::previousStageCue() {
+  m_machine.errors.steps([&] { m_windows.endRepaints(); }, [&] { shownXY().cmdDecrementStageCue_Click(); });
+}
+
+void frmMain::resetCue() {
+  m_machine.errors.run([&] { shownXY().ResetStageCue(); });
+}
+
+void frmMain::blackout() {
+  const auto stop = [](const std::unique_ptr<QueueList>& player) {
+    if (player != nullptr && player->Window.Visible) player->cmdStop_Click();
+  };
+  m_machine.errors.steps([&] { stop(m_windows.ABQ); }, [&] { stop(m_windows.XYQ); },
+                         [&] { raise(m_wiring.showGrandMasterAtBottom); });
+}
+
+// ---- What received levels do
+
+void frmMain::setInput(std::string_view tool, bool dimmers, bool submasters) {
+  m_show.DMXDimmers = dimmers;
+  m_show.DMXSubmasters = submasters;
+  m_windows.Comm.RecieveTimer.setEnabled(dimmers || submasters);
+  for (const std::string_view id : {"ID_noInput", "ID_manualOn", "ID_subsOn"})
+    SSActiveToolBars1.tool(id).Pressed = id == tool;
+}
+
+void frmMain::noInput() {
+  setInput("ID_noInput", false, false);
+}
+void frmMain::inputToFixtures() {
+  setInput("ID_manualOn", true, false);
+}
+void frmMain::inputToSubmasters() {
+  setInput("ID_subsOn", false, true);
+}
+
+// ---- The plot
+
+void frmMain::lockFixtures() {
+  m_machine.errors.steps(
+      [&] {
+        m_show.FixturesLocked = !m_show.FixturesLocked;
+        SSActiveToolBars1.tool("ID_LockFixtures").Pressed = m_show.FixturesLocked;
+      },
+      [&] { ActiveForm().Window.Enabled = !m_show.FixturesLocked; },
+      [&] {
+        if (m_show.FixturesLocked)
+          m_machine.boxes.show({.text = "Fixtures Locked!", .icon = BoxIcon::Critical});
+        else
+          m_machine.boxes.show({.text = "Fixtures Unlocked."});
+      });
+}
+
+void frmMain::enableCAD() {
+  onDocument();
+}
+
+void frmMain::onDocument() {
+  m_machine.errors.run([&] { (void)ActiveForm(); });
+}
+
+void frmMain::selectTool() {
+  onDocument();
+}
+
+void frmMain::lightTool(std::int32_t type) {
+  pickShape(type);
+  onDocument();
+}
+
+void frmMain::pickShape(std::int32_t type) {
+  m_show.SelectedFixtureType = type;
+}
+
+void frmMain::toggleLightTool() {
+  lightTool(1);
+  SSActiveToolBars1.PopupMenu("mnuLightAddFixture");
+}
+
+void frmMain::rotateObject(int, int) {
+  onDocument();
+}
+
+/// A printer that fails, or an operator who cancels, ends it without a word.
+void frmMain::print() {
+  ErrorPattern::skip([&] { (void)m_machine.Dialogs.choosePrinter("Print"); });
+}
+
+}  // namespace velgrove

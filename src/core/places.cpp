@@ -1,0 +1,55 @@
+#include "core/places.h"
+
+#include <cstdlib>
+#include <fcntl.h>
+#include <system_error>
+#include <unistd.h>
+
+#include "model/settings_store.h"
+
+namespace velgrove {
+namespace {
+
+namespace fs = std::filesystem;
+
+bool isFolder(const fs::path& path) {
+  std::error_code missing;
+  return fs::is_directory(path, missing);
+}
+
+bool canWriteIn(const fs::path& folder) {
+  return isFolder(folder) && ::faccessat(AT_FDCWD, folder.c_str(), W_OK | X_OK, AT_EACCESS) == 0;
+}
+
+fs::path userData(const PlaceHints& hints) {
+  const fs::path given = hints.dataHome;
+  return (given.is_absolute() ? given : fs::path(hints.home) / ".local" / "share") / "velgrove";
+}
+
+std::string variable(const char* name) {
+  const char* const value = std::getenv(name);
+  return value != nullptr ? value : "";
+}
+
+}  // namespace
+
+Places placesFor(const PlaceHints& hints) {
+  const fs::path application = hints.executable.parent_path();
+  const fs::path graphics = application / "graphics";
+  const fs::path data = application / "data";
+  return {.application = application,
+          .graphics =
+              isFolder(graphics) ? graphics : application.parent_path() / "share" / "velgrove" / "graphics",
+          .data = canWriteIn(data) ? data : userData(hints),
+          .settings = settingsPath(hints.configHome.c_str(), hints.home.c_str()).parent_path()};
+}
+
+Places thisProcessPlaces() {
+  std::error_code hidden;  // then everything is looked for from the current folder
+  return placesFor({.executable = fs::read_symlink("/proc/self/exe", hidden),
+                    .home = variable("HOME"),
+                    .dataHome = variable("XDG_DATA_HOME"),
+                    .configHome = variable("XDG_CONFIG_HOME")});
+}
+
+}  // namespace velgrove

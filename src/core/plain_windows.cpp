@@ -1,0 +1,38 @@
+#include "core/plain_windows.h"
+
+namespace velgrove {
+namespace {
+
+constexpr int SplashStands = 2500;  // ms
+
+}  // namespace
+
+frmSplash::frmSplash(Machine& machine)
+    : Timer1(machine.timers, TimerRank::Dialog, SplashStands, [this] { Timer1_Timer(); }) {}
+
+void frmSplash::Form_Load() {
+  Window.Loaded = true;
+  Window.Modal = true;
+  Window.Show();
+  Timer1.setEnabled(true);
+}
+
+void frmSplash::Timer1_Timer() {
+  if (!Starting) Unload();
+}
+
+void frmSplash::Unload() {
+  Timer1.setEnabled(false);
+  Window.Visible = Window.Loaded = false;
+}
+
+void frmAbout::Form_Load() {
+  Window.Loaded = true;
+  Window.Show();
+}
+
+void frmAbout::Unload() {
+  Window.Visible = Window.Loaded = false;
+}
+
+}  // namespace velgrove

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+#include "core/show_state.h"
+
+namespace velgrove {
+
+/// The recent list's file: full paths, one a line, CR LF behind each, the most recent first.
+inline constexpr const char* RecentListFile = "mru.dat";
+inline constexpr std::size_t RecentFilesUsed = 10;  ///< of the entries of MRUList
+
+/// Fills MRUList and MRUCount from the file's text. Fault::Subscript for more than 11 lines.
+void readRecentList(ShowState& show, const std::string& text);
+
+/// Brings ProjectFileName to the top of MRUList. Only what was listed at start is looked for, so that a file
+/// saved for the first time can stand there twice until the next start.
+void noteRecentFile(ShowState& show);
+
+/// The file's text for MRUList: its first ten entries, up to the first empty one.
+[[nodiscard]] std::string recentListText(const ShowState& show);
+
+}  // namespace velgrove
