@@ -70,6 +70,7 @@ class frmMain {
   Form Window{.Caption = "Velgrove"};
   ToolBars SSActiveToolBars1;
   StatusBar sbStatusBar;
+  std::string StatusMessage;  ///< to the operator, beside the status bar's own text
   bool SubPaneVisible = false;  ///< the lower pane of the splitter, with the submaster panel
   Arrangement Arrange;
   Timer DoEventsTimer;  ///< off, and without work

@@ -47,7 +47,7 @@ Windows::Wiring LightingDesk::tied(Windows::Wiring wiring) {
   wiring.showCuePanel = [this](const std::string& text) {
     frame.SSActiveToolBars1.tool("ID_CueWindow").Caption = text;
   };
-  wiring.showStatus = [this](const std::string& text) { frame.sbStatusBar.Text = text; };
+  wiring.showStatus = [this](const std::string& text) { frame.StatusMessage = text; };
   wiring.interface.repaint = [this, repaint = std::move(wiring.interface.repaint)] {
     Splash.Status.Caption = windows.Comm.Version.Caption;
     repaint();
