@@ -12,6 +12,7 @@
 
 #include "controls/files.h"
 #include "controls/hand_clock.h"
+#include "core/show_state.h"
 #include "plot/dxf_import.h"
 #include "plot/fixtures.h"
 #include "plot/shape_file.h"
@@ -63,11 +64,12 @@ class Shapes : public testing::Test {
 };
 
 TEST_F(Shapes, EachShapeOfTheDeskIsASymbolOfOneHundredUnits) {
-  for (const ShapeName& shape : ShapeNames) {
-    const auto drawn = importExchangeDrawing(fs::path(DRAWINGS_DIR) / (std::string(shape.name) + ".dxf"));
-    EXPECT_EQ(drawn->name, shape.name);
-    EXPECT_NEAR(std::max(drawn->extents.width(), drawn->extents.height()), 100, 1) << shape.name;
-    const auto prepared = loadShape(GRAPHICS_DIR, shape.name);
+  for (const std::string_view type : FixtureTypes) {
+    const std::string name(type);
+    const auto drawn = importExchangeDrawing(fs::path(DRAWINGS_DIR) / (name + ".dxf"));
+    EXPECT_EQ(drawn->name, name);
+    EXPECT_NEAR(std::max(drawn->extents.width(), drawn->extents.height()), 100, 1) << name;
+    const auto prepared = loadShape(GRAPHICS_DIR, name);
     EXPECT_EQ(prepared->primitives.size(), drawn->primitives.size());
     EXPECT_NEAR(prepared->extents.top, drawn->extents.top, 1e-4);
   }
@@ -189,8 +191,8 @@ TEST_F(Shapes, ADamagedShapeFileIsRefusedByNameAndLine) {
 }
 
 TEST_F(Shapes, TheHiddenFormPreparesAllShapesAtItsFirstTouchAndNamesWhatItCannot) {
-  for (const ShapeName& shape : ShapeNames)
-    if (shape.id != 3) write(shape.name + std::string(".dxf"), drawing("LINE 10=0 20=0 11=5 21=5"));
+  for (const std::string_view type : FixtureTypes)
+    if (type != "par38") write(std::string(type) + ".dxf", drawing("LINE 10=0 20=0 11=5 21=5"));
   std::vector<Box> boxes;
   HandClock clock;
   Machine machine(clock.clock(), {.show =
