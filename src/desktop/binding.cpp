@@ -36,12 +36,12 @@ struct ButtonLook {
   bool operator==(const ButtonLook&) const = default;
 };
 
-/// Go and Stop stand ready in bright green; Live and Blind are on while they aren't magenta.
+/// Go and Stop stand ready in bright green; Live and Blind are on in the green of the next cue.
 const char* stateOf(const QString& role, Colour back) {
   constexpr Colour Ready = 0x00FF00;
-  constexpr Colour Magenta = 0xFF00FF;
+  constexpr Colour On = 0x00C000;
   if (role == "go" || role == "stop") return back == Ready ? "ready" : "quiet";
-  if (role == "mode") return back == Magenta ? "off" : "on";
+  if (role == "mode") return back == On ? "on" : "off";
   return "";
 }
 
@@ -50,7 +50,8 @@ void show(QAbstractButton& button, const ButtonLook& look) {
   if (!look.tip.empty()) button.setToolTip(text(look.tip));
   button.setEnabled(look.enabled);
   const QString role = button.property("role").toString();
-  if (role == "key" || role == "mode") theme::setState(&button, "key", theme::keyOf(look.back));
+  if (role == "key") theme::setState(&button, "key", theme::keyOf(look.back));
+  if (role == "mode") theme::setState(&button, "key", "magenta");
   theme::setState(&button, "state", stateOf(role, look.back));
 }
 

@@ -39,9 +39,9 @@ class Tools : public QObject {
     friend bool operator==(const Look&, const Look&) = default;
   };
 
-  [[nodiscard]] std::vector<Look> looks() const;
+  bool copy();
   [[nodiscard]] bool pressed(const Tool& tool) const;
-  void show(const std::vector<Look>& looks);
+  void show();
   void makeActions();
   void addItems(QMenu& menu, const MenuSet& set);
 
@@ -49,7 +49,8 @@ class Tools : public QObject {
   Face& m_face;
   std::vector<std::string> m_ids;
   std::map<std::string, QAction*, std::less<>> m_actions;
-  std::vector<Look> m_shown;
+  std::vector<Look> m_now;    ///< the desk's, copied last
+  std::vector<Look> m_shown;  ///< on the screen
 };
 
 }  // namespace velgrove
