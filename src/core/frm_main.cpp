@@ -56,10 +56,12 @@ void frmMain::savePosition() {
   const auto save = [this](const char* key, float twips) {
     m_wiring.saveSetting("Settings", key, formatSingle(twips));
   };
-  const bool maximised = Window.WindowState == WindowState::Maximised;
-  m_machine.errors.steps([&] { save("MainLeft", Window.Left); }, [&] { save("MainTop", Window.Top); },
-                         [&] { save("MainWidth", Window.Width); }, [&] { save("MainHeight", Window.Height); },
-                         [&] { m_wiring.saveSetting("Settings", "MainMaximised", maximised ? "-1" : "0"); });
+  save("MainLeft", Window.Left);
+  save("MainTop", Window.Top);
+  save("MainWidth", Window.Width);
+  save("MainHeight", Window.Height);
+  m_wiring.saveSetting("Settings", "MainMaximised",
+                       Window.WindowState == WindowState::Maximised ? "-1" : "0");
 }
 
 std::int16_t frmMain::number(const std::string& key) const {
@@ -117,9 +119,8 @@ void frmMain::focusDocument(std::string_view id) {
   });
 }
 
-void frmMain::SSActiveToolBars1_ToolDropDown(std::string_view id, int x, int y) {
+void frmMain::SSActiveToolBars1_ToolDropDown(std::string_view name, int x, int y) {
   m_machine.errors.run([&] {
-    const std::string& name = SSActiveToolBars1.tool(id).Name;
     if (name == "AddLight") SSActiveToolBars1.PopupMenu("mnuLightAddFixture", x, y);
     if (name == "Rotate") SSActiveToolBars1.PopupMenu("mnuLightRotate", x, y);
   });

@@ -84,8 +84,8 @@ class frmMain {
 
   /// The one handler of all tools and menu items, by the tool's id.
   void SSActiveToolBars1_ToolClick(std::string_view id);
-  /// The arrow beside a tool was pressed; the place is in pixels of the frame.
-  void SSActiveToolBars1_ToolDropDown(std::string_view id, int x, int y);
+  /// The arrow beside a tool was pressed, by the tool's name; the place is in pixels of the frame.
+  void SSActiveToolBars1_ToolDropDown(std::string_view name, int x, int y);
   void DisableTools();
   void EnableTools();
 

@@ -104,8 +104,11 @@ std::span<const frmMain::Command> frmMain::commands() {
 // ---- Windows
 
 void frmMain::showPlayer(QueueList& (Windows::*player)() const) {
-  m_machine.errors.steps([&] { (m_windows.*player)().Window.Show(); },
-                         [&] { (m_windows.*player)().Window.Restore(); });
+  m_machine.errors.run([&] {
+    Form& window = (m_windows.*player)().Window;
+    window.Show();
+    window.Restore();
+  });
 }
 
 void frmMain::showEffects() {

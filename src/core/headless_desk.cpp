@@ -48,6 +48,10 @@ LightingDesk::Wiring HeadlessDesk::wiring(const Folders& folders) {
       .drives = folders.drives,
       .disk = folders.disk,
       .raisePriority = [] {},
+      .GetFixtureShape =
+          [this](std::int16_t index, const std::string& name) {
+            if (onShape) onShape(index, name);
+          },
       .quit = [this] { quit = true; },
   };
 }

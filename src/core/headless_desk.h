@@ -41,6 +41,8 @@ class HeadlessDesk {
   /// What the operator does while a handler waits; called until the wait is over. EndlessWait when that
   /// doesn't help.
   std::function<void()> onWait;
+  /// Looks on while the shapes of the fixture types are prepared.
+  std::function<void(std::int16_t index, const std::string& name)> onShape;
   /// What other handlers do while work that waits for the disk is done aside.
   std::function<void()> onAside;
 
