@@ -77,6 +77,7 @@ Action mark(Player player, Button QueueList::*control, const std::string& word) 
       op.note(list.Window.Caption + " has no row " + std::to_string(row));
       return;
     }
+    list.ListView2_MouseDown(row);
     list.ListView2_MouseUp(row);
     (list.*control).click();
   };

@@ -72,8 +72,19 @@ void Desk::take() {
   }
 }
 
+bool Desk::takeIfFree() {
+  lock();
+  if (!m_turnKept) return true;
+  unlock();
+  return false;
+}
+
 void Desk::takeToCopy() {
   lock();
+}
+
+void Desk::giveUnchanged() {
+  unlock();
 }
 
 void Desk::give() {

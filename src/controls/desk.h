@@ -26,8 +26,10 @@ class Desk {
   Desk& operator=(const Desk&) = delete;
 
   void take();                      ///< the turn, for a handler; waits for a sleeper too
+  bool takeIfFree();                ///< as take, but false at once while a handler sleeps
   void takeToCopy();                ///< only to copy values; also while a handler sleeps
   void give();                      ///< then wakes the face, if `onGiven` is set
+  void giveUnchanged();             ///< after copying: there is nothing that the face doesn't know
   [[nodiscard]] bool mine() const;  ///< whether this thread has the desk
 
   /// Gives the desk, waits for `tell` or the instant (none: for `tell` alone), takes it again.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <strings.h>
+#include <utility>
 
 #include "controls/faults.h"
 
@@ -15,22 +16,37 @@ namespace {
 
 }  // namespace
 
-ListView::Row& ListView::row(int position) {
-  if (position < 1 || position > count()) throwNoRow(position, count());
-  return m_rows[static_cast<std::size_t>(position) - 1];
-}
-
 const ListView::Row& ListView::row(int position) const {
   if (position < 1 || position > count()) throwNoRow(position, count());
   return m_rows[static_cast<std::size_t>(position) - 1];
 }
 
-ListView::Row& ListView::add(int position, std::string text) {
+ListView::Row& ListView::rowToChange(int position) {
+  if (position < 1 || position > count()) throwNoRow(position, count());
+  return m_rows[static_cast<std::size_t>(position) - 1];
+}
+
+void ListView::add(int position, std::string text) {
   if (position < 1 || position > count() + 1) throwNoRow(position, count());
-  const auto added = m_rows.insert(m_rows.begin() + (position - 1), Row{});
-  added->Texts[0] = std::move(text);
+  const auto cleared = m_cleared.extract(text);
+  Row added;
+  added.Texts[0] = std::move(text);
+  added.Identity = cleared.empty() ? ++m_lastIdentity : cleared.mapped();
+  m_rows.insert(m_rows.begin() + (position - 1), std::move(added));
   if (m_selected >= position) ++m_selected;
-  return *added;
+  ++m_revision;
+}
+
+void ListView::setText(int position, std::size_t column, std::string text) {
+  Row& changed = rowToChange(position);
+  if (column >= MaxColumns) throw RunTimeError(Fault::Subscript, "no column " + std::to_string(column));
+  if (changed.Texts[column] == text) return;
+  changed.Texts[column] = std::move(text);
+  ++m_revision;
+}
+
+void ListView::setIcon(int position, int icon) {
+  if (std::exchange(rowToChange(position).SmallIcon, icon) != icon) ++m_revision;
 }
 
 void ListView::remove(int position) {
@@ -38,11 +54,16 @@ void ListView::remove(int position) {
   m_rows.erase(m_rows.begin() + (position - 1));
   if (m_selected == position) m_selected = 0;
   if (m_selected > position) --m_selected;
+  ++m_revision;
 }
 
 void ListView::clear() {
+  if (m_rows.empty()) return;
+  m_cleared.clear();
+  for (Row& row : m_rows) m_cleared.emplace(std::move(row.Texts[0]), row.Identity);
   m_rows.clear();
   m_selected = 0;
+  ++m_revision;
 }
 
 int ListView::findItem(const std::string& text) const {
@@ -52,17 +73,22 @@ int ListView::findItem(const std::string& text) const {
 }
 
 void ListView::sort(const std::function<int(const Row&, const Row&)>& compare) {
-  std::ranges::stable_sort(m_rows, [&](const Row& a, const Row& b) { return compare(a, b) < 0; });
+  const auto before = [&](const Row& a, const Row& b) { return compare(a, b) < 0; };
+  if (std::ranges::is_sorted(m_rows, before)) return;
+  std::ranges::stable_sort(m_rows, before);
+  ++m_revision;
 }
 
 void ListView::select(int position) {
   if (position != 0) (void)row(position);
-  m_selected = position;
+  if (std::exchange(m_selected, position) != position) ++m_revision;
 }
 
 void ListView::ensureVisible(int position) {
   (void)row(position);
-  m_visible = position;
+  m_visible = {m_visible.back(), position};
+  ++m_visibleRequests;
+  ++m_revision;
 }
 
 }  // namespace velgrove

@@ -44,7 +44,7 @@ struct Machine {
   std::function<void(const std::function<bool()>&)> waitUntil;
   /// Does work that may wait for the disk, with the desk given back, and passes on its error. The work
   /// touches nothing of the desk.
-  std::function<void(const std::function<void()>&)> aside;
+  std::function<void(const std::function<void()>&)> aside = [](const auto& work) { work(); };
   velgrove::Dialogs Dialogs;
 
   [[nodiscard]] std::int32_t timeGetTime() const { return timers.clock().timeGetTime(); }

@@ -71,12 +71,17 @@ class ComboBox {
   Event Click;
 
   void clear() {
+    if (!m_items.empty()) ++m_revision;
     m_items.clear();
     m_index = -1;
   }
-  void add(std::string item) { m_items.push_back(std::move(item)); }
+  void add(std::string item) {
+    m_items.push_back(std::move(item));
+    ++m_revision;
+  }
   [[nodiscard]] const std::vector<std::string>& items() const { return m_items; }
-  [[nodiscard]] int listIndex() const { return m_index; }  ///< from 0; -1 when nothing is chosen
+  [[nodiscard]] unsigned revision() const { return m_revision; }  ///< moves when the items change
+  [[nodiscard]] int listIndex() const { return m_index; }         ///< from 0; -1 when nothing is chosen
   void setListIndex(int index) {
     if (index < -1 || index >= static_cast<int>(m_items.size()))
       throw RunTimeError(Fault::Subscript, "no item " + std::to_string(index) + " to choose");
@@ -95,6 +100,7 @@ class ComboBox {
  private:
   std::vector<std::string> m_items;
   int m_index = -1;
+  unsigned m_revision = 0;
 };
 
 /// A slider: values stay within its range. Change comes with every new value, Scroll only from the hand.

@@ -27,7 +27,11 @@ frmMain::frmMain(ShowState& show, Machine& machine, Windows& windows, Wiring wir
 void frmMain::MDIForm_Load() {
   Window.Loaded = true;
   m_machine.errors.steps([&] { m_wiring.showSplash(); }, [&] { readPosition(); },
-                         [&] { SubPaneVisible = true; }, [&] { DisableTools(); }, [&] { readDefaults(); },
+                         [&] { SubPaneVisible = true; }, [&] { DisableTools(); },
+                         [&] {
+                           m_show.StageMode = true;
+                           readDefaults();
+                         },
                          [&] {
                            for (auto& slot : m_show.SubMasterSlots) slot = std::make_shared<clsSubMaster>();
                          },

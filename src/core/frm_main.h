@@ -70,6 +70,7 @@ class frmMain {
   Form Window{.Caption = "Velgrove"};
   ToolBars SSActiveToolBars1;
   StatusBar sbStatusBar;
+  std::string StatusMessage;    ///< to the operator, beside the status bar's own text
   bool SubPaneVisible = false;  ///< the lower pane of the splitter, with the submaster panel
   Arrangement Arrange;
   Timer DoEventsTimer;  ///< off, and without work
@@ -118,7 +119,8 @@ class frmMain {
   void leave();
   void enableCAD();
   void lockFixtures();
-  void onDocument();
+  void onDocument(void (frmDocument::*operation)());
+  void needDocument();
   void selectTool();
   void lightTool(std::int32_t type);
   void pickShape(std::int32_t type);

@@ -41,17 +41,14 @@ LightingDesk::Wiring HeadlessDesk::wiring(const Folders& folders) {
                       .triggerGo = {},
                       .repaint = [] {}},
                   .showCuePanel = {},
-                  .showStatus = {}},
+                  .showStatus = {},
+                  .graphics = folders.graphics},
       .settingsFolder = folders.settings,
       .applicationFolder = {},
       .dataFolder = folders.data,
       .drives = folders.drives,
       .disk = folders.disk,
       .raisePriority = [] {},
-      .GetFixtureShape =
-          [this](std::int16_t index, const std::string& name) {
-            if (onShape) onShape(index, name);
-          },
       .quit = [this] { quit = true; },
   };
 }

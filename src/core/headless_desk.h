@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <functional>
 #include <stdexcept>
 #include <string>
@@ -24,6 +25,7 @@ class HeadlessDesk {
   struct Folders {
     std::filesystem::path settings = {};
     std::filesystem::path data = {};
+    std::filesystem::path graphics = {};  ///< without it fixtures are plain boxes, since nobody looks
     DriveRoots drives = {};
     Disk disk = systemDisk();
   };
@@ -41,8 +43,6 @@ class HeadlessDesk {
   /// What the operator does while a handler waits; called until the wait is over. EndlessWait when that
   /// doesn't help.
   std::function<void()> onWait;
-  /// Looks on while the shapes of the fixture types are prepared.
-  std::function<void(std::int16_t index, const std::string& name)> onShape;
   /// What other handlers do while work that waits for the disk is done aside.
   std::function<void()> onAside;
 

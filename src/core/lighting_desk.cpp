@@ -25,6 +25,7 @@ LightingDesk::LightingDesk(Clock clock, const MessageBoxes& boxes, Wiring wiring
             [this](const auto& work) { machine.aside(work); }),
       userStore(fileIn(wiring.settingsFolder, "user.toml")),
       Settings(userStore, wiring.applicationFolder, "velgrove"),
+      Fixtures(machine, wiring.windows.graphics),
       windows(show, machine, tied(wiring.windows)),
       WanttoSave(
           show, machine,
@@ -46,7 +47,7 @@ Windows::Wiring LightingDesk::tied(Windows::Wiring wiring) {
   wiring.showCuePanel = [this](const std::string& text) {
     frame.SSActiveToolBars1.tool("ID_CueWindow").Caption = text;
   };
-  wiring.showStatus = [this](const std::string& text) { frame.sbStatusBar.Text = text; };
+  wiring.showStatus = [this](const std::string& text) { frame.StatusMessage = text; };
   wiring.interface.repaint = [this, repaint = std::move(wiring.interface.repaint)] {
     Splash.Status.Caption = windows.Comm.Version.Caption;
     repaint();
@@ -117,12 +118,8 @@ void LightingDesk::Main() {
 /// The hidden window of the shapes prepares them when it is first asked for one, and then each as it is
 /// asked: all are prepared twice.
 void LightingDesk::prepareShapes() {
-  if (!m_wiring.GetFixtureShape) return;
-  for (int times = 0; times < 2; ++times)
-    for (std::size_t type = 0; type < FixtureTypes.size(); ++type)
-      machine.errors.run([&] {
-        m_wiring.GetFixtureShape(static_cast<std::int16_t>(type + 1), std::string(FixtureTypes[type]));
-      });
+  for (std::size_t type = 0; type < FixtureTypes.size(); ++type)
+    Fixtures.GetFixtureShape(std::string(FixtureTypes[type]), static_cast<std::int16_t>(type + 1));
 }
 
 void LightingDesk::readRecentFiles() {
@@ -164,9 +161,15 @@ void LightingDesk::act(const std::function<void()>& action) const {
   }
 }
 
-void LightingDesk::clearFixtures() const {
-  const auto view = frame.ActiveForm().GetCurrentView();
-  for (const auto& fixture : view->colFixtures()) fixture->Level = 0;
+void LightingDesk::clearFixtures() {
+  frmDocument& document = frame.ActiveForm();
+  const auto view = document.GetCurrentView();
+  for (const auto& fixture : view->colFixtures()) {
+    fixture->Level = 0;
+    document.DeleteTextOnShape(*fixture);
+    show.LevelTextSource = 0;
+    document.DrawTextOnShape(*fixture);
+  }
 }
 
 void LightingDesk::clearLevels() {

@@ -15,6 +15,7 @@
 #include "core/windows.h"
 #include "model/setting.h"
 #include "model/settings_store.h"
+#include "plot/fixtures.h"
 
 namespace velgrove {
 
@@ -29,8 +30,6 @@ class LightingDesk {
     DriveRoots drives = {};            ///< of the open dialog
     Disk disk = systemDisk();
     std::function<void()> raisePriority;  ///< the light goes before all else on this machine
-    /// Prepares the shape of a fixture type, 1 to 6.
-    std::function<void(std::int16_t index, const std::string& name)> GetFixtureShape = {};
     /// Leaves a show loaded or not, in place of the open dialog, for a desk without an operator at a screen.
     std::function<void()> openShow = {};
     std::function<void()> quit;  ///< ends the program in good order
@@ -45,6 +44,7 @@ class LightingDesk {
   SettingsStore store;  ///< what all of the desk's settings lie in
   SettingsStore userStore;
   CSetting Settings;
+  velgrove::Fixtures Fixtures;
   Windows windows;
   frmSplash Splash{machine};
   frmAbout About;
@@ -81,7 +81,7 @@ class LightingDesk {
   void startInterface();
   void openFirstShow();
   void unloadFrame();
-  void clearFixtures() const;
+  void clearFixtures();
   void clearLevels();
 
   Wiring m_wiring;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <filesystem>
 #include <functional>
 #include <string>
 
@@ -20,6 +21,8 @@ class LiveDesk {
     MessageBoxes boxes;
     /// The interface's window changed; called with the desk taken.
     std::function<void(const VelgroveComm&)> statusChanged;
+    /// The folder of fixture shapes and cursors; empty where nobody sees the plot.
+    std::filesystem::path graphics = {};
   };
 
   explicit LiveDesk(Options options);

@@ -48,6 +48,11 @@ struct ShowState {
   bool DMXDimmers = false;                  ///< received levels are merged
   bool ClearManual = false;                 ///< while True the merge wipes the manual levels
   bool FixturesLocked = false;
+  bool BlindMode = false;  ///< the view's mode, of which one at a time is true; BlindOn is what counts
+  bool LiveMode = false;
+  bool StageMode = false;
+  std::shared_ptr<clsFixture> SelectedFixture;  ///< picked last on the plot; none
+  std::int16_t SelectionCount = 0;              ///< fixtures of the multi-selection
   std::int32_t SelectedFixtureType = 0;  ///< 1 fresnel, 2 leko, 3 par38, 4 practical, 5 scoop, 6 moving light
   std::int16_t CurrentPlayer = 0;        ///< the list being addressed: 1 AB, 2 XY, 0 before any has loaded
   std::int16_t CurrentSubMasterIndex = -1;  ///< the submaster in the record dialog; -1 none

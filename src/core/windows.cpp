@@ -10,6 +10,17 @@ QueueList& loaded(const std::unique_ptr<QueueList>& player) {
   return *player;
 }
 
+/// The levels of a player's stage cue; none when it has no such cue.
+const ChannelBytes* stageCue(const QueueList* player, const PlayerTraits& traits) {
+  if (player == nullptr || player->State.QueueData == nullptr) return nullptr;
+  const int row = player->State.StageCue;
+  if (row < 1 || row > player->ListView2.count()) return nullptr;
+  const float number = toCueNumber(player->ListView2.text(row));
+  for (const auto& entry : player->State.QueueData->colQueueEntries())
+    if (entry->EntryNum == number && entry->EntryQueueList == traits.Mark) return &entry->Values;
+  return nullptr;
+}
+
 }  // namespace
 
 Windows::Windows(ShowState& show, Machine& machine, Wiring wiring)
@@ -76,8 +87,16 @@ void Windows::unloadPlayer(std::unique_ptr<QueueList>& player) {
   retire(std::move(player));
 }
 
+frmDocument::Wiring Windows::documentWiring() const {
+  return {.followInput = {},
+          .rebuildSubMasters = {},
+          .abStageCue = [this] { return stageCue(ABQ.get(), AB); },
+          .xyStageCue = [this] { return stageCue(XYQ.get(), XY); },
+          .graphics = m_wiring.graphics};
+}
+
 void Windows::openDocument() {
-  Documents.push_back(std::make_unique<frmDocument>(m_show, m_machine, frmDocument::Wiring{}));
+  Documents.push_back(std::make_unique<frmDocument>(m_show, m_machine, documentWiring()));
   DocumentForm = ActiveDocument = Documents.back().get();
   DocumentForm->Form_Load();
   DocumentForm->Window.Visible = true;
@@ -96,6 +115,7 @@ void Windows::closeDocument() {
 void Windows::closeDocuments() {
   while (!Documents.empty()) {
     DocumentForm = Documents.back().get();
+    DocumentForm->CloseView();
     closeDocument();
   }
 }
@@ -109,6 +129,7 @@ std::vector<OpenForm> Windows::openForms() {
   for (const auto& document : Documents)
     open.push_back({.form = &document->Window, .unload = [this, form = document.get()] {
                       DocumentForm = form;
+                      form->CloseView();
                       closeDocument();
                     }});
   for (auto* player : {&ABQ, &XYQ})

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <functional>
 #include <memory>
 #include <string>
@@ -39,6 +40,7 @@ class Windows {
     VelgroveComm::Wiring interface;                        ///< all but the trigger's Go
     std::function<void(const std::string&)> showCuePanel;  ///< these two lead to the frame
     std::function<void(const std::string&)> showStatus;
+    std::filesystem::path graphics = {};  ///< of the plots; empty where nobody sees them
   };
 
   Windows(ShowState& show, Machine& machine, Wiring wiring);
@@ -72,6 +74,7 @@ class Windows {
   void unloadPlayer(std::unique_ptr<QueueList>& player);
   [[nodiscard]] std::unique_ptr<QueueList> makePlayer(const PlayerTraits& traits);
   [[nodiscard]] std::shared_ptr<clsView> currentView() const;
+  [[nodiscard]] frmDocument::Wiring documentWiring() const;
   void goByTrigger();
   void startEffect(const std::string& number);
 

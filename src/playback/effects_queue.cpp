@@ -34,15 +34,13 @@ void EffectsQueue::noteCount() {
 void EffectsQueue::addEffectToList(const std::string& start, const std::string& stop,
                                    const std::string& speed, const std::string& loops) {
   m_machine.errors.run([&] {
-    ListView::Row& row =
-        ListViewEffects.add(nextEffectNumber, " " + std::to_string(nextEffectNumber) + "    ");
-    row.Texts[StartCell] = start;
-    row.Texts[StopCell] = stop;
-    row.Texts[SpeedCell] = speed;
-    row.Texts[LoopsCell] = loops;
+    ListViewEffects.add(nextEffectNumber, " " + std::to_string(nextEffectNumber) + "    ");
+    ListViewEffects.setText(nextEffectNumber, StartCell, start);
+    ListViewEffects.setText(nextEffectNumber, StopCell, stop);
+    ListViewEffects.setText(nextEffectNumber, SpeedCell, speed);
+    ListViewEffects.setText(nextEffectNumber, LoopsCell, loops);
     ++nextEffectNumber;
     noteCount();
-    ListViewEffects.redraw();
   });
 }
 

@@ -3,8 +3,10 @@
 #include <array>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 
+#include "controls/widgets.h"
 #include "model/cues.h"
 
 namespace velgrove {
@@ -54,9 +56,34 @@ struct QueuePlayerState {
   std::string MasterGoList;
   std::string MasterGoNumber;
 
-  // Forced repaint of the list
+  // Clipboard of the editing commands
+  float CopiedUp = 0;  ///< seconds
+  float CopiedDown = 0;
+  float CopiedDelay = 0;
+  std::string CopiedDesc;
+  ChannelBytes CopiedLevels{};
+
+  // Drag of the stage and next marks
+  bool MouseIsDown = false;
+  bool Dragging = false;   ///< from the first move off a marked row until the drop
+  bool DragMoved = false;  ///< the mark has been over another row, so that the release is a drop and no click
+  bool DraggingStage = false;
+  bool DraggingNext = false;
+  std::int16_t DragStartRow = 0;  ///< row where the button went down; 0 over no row
+  std::int16_t DragRow = 0;       ///< row that the mark is over
+  std::int16_t DragPrevRow = 0;   ///< row of the step before
+  Colour DragColor = 0;
+  Colour DragPrevColor = 0;
+
+  // Forced repaint of the list: a drag is painted from a step that asked for it, Repainting, until something
+  // else counts as its end, Done
   bool ListRepainting = false;
   bool ListRepaintDone = false;
+
+  // What of a fade is for the eye
+  std::optional<std::int16_t> StageProgress;  ///< bar in the stage row, how much has gone, 0 to 255
+  std::optional<std::int16_t> NextProgress;   ///< bar in the next row, how much has come
+  std::int64_t RestAtStop = 0;                ///< milliseconds that the stopped fade had still to run
 };
 
 }  // namespace velgrove

@@ -10,6 +10,7 @@
 #include "controls/widgets.h"
 #include "playback/player_state.h"
 #include "playback/player_traits.h"
+#include "playback/row_paint.h"
 
 namespace velgrove {
 
@@ -35,6 +36,9 @@ class QueueList {
   static constexpr Colour Grey = 0xC0C0C0;
   static constexpr Colour Magenta = 0xFF00FF;
   static constexpr Colour Yellow = 0x00FFFF;
+  static constexpr Colour White = 0xFFFFFF;
+  static constexpr Colour PaleRed = 0x8080FF;
+  static constexpr Colour PaleGreen = 0x80FF80;
 
   static constexpr int PointerIcon = 1;
   static constexpr int LoopIcon = 2;
@@ -112,13 +116,31 @@ class QueueList {
 
   // Rows
   void FillList();
-  void UpdateListView();
-  void endRepaint();  ///< a window that may not paint now isn't waited for
   void UpdateHeader(const std::string& panel, int row);
   void UpdateCueInfo();
   void selectchange();
   void ResetCombos();
-  void ListView2_MouseUp(int row);  ///< a click; 0 where no row is
+
+  // The mouse over the list; row 0 is where no row is. The marks can be dragged from row to row, and a press
+  // and release without a drag is a click.
+  void ListView2_MouseDown(int row);
+  void ListView2_MouseMove(int row);
+  void ListView2_MouseUp(int row);
+
+  // What the list shows beside its texts
+  void UpdateListView();
+  void endRepaint();  ///< the list shows the marks as they are; a drag shows again with its next step
+  /// How much of the stage look has gone, 0 to 255, as a bar in the stage row.
+  void SetCurrentLookProgress(std::int16_t level);
+  /// How much of the next look has come, 0 to 255, as a bar in the next row.
+  void SetNextLookProgress(std::int16_t level);
+  /// How a row is painted now: white, red for the stage, green for the next, the steps of a drag, and both
+  /// bars of a fade. A fade changes it without a change of the list.
+  [[nodiscard]] RowPaint rowPaint(int row) const;
+  /// Milliseconds until both ramps of the running fade are through, those of a stopped fade as they stood at
+  /// the stop; 0 when nothing fades. For the eye alone: the marks move when the next look is up, even if the
+  /// stage look would still fall.
+  [[nodiscard]] std::int64_t restOfFade() const;
 
   /// Compares two rows by the numbers in their first columns: -1, 0 or 1.
   [[nodiscard]] static int CompareValues(const ListView::Row& a, const ListView::Row& b);
@@ -126,10 +148,21 @@ class QueueList {
   [[nodiscard]] std::array<std::int16_t, ChannelCount>& levels() { return m_show.*m_traits.Levels; }
 
  private:
+  /// What it means that the mouse button goes up.
+  enum class Release { Click, Refused, NextDropped, StageDropped };
+
   void setUpButtons();
   void addBlackout();
   void rowPass();
-  static void writeCells(ListView::Row& row, const clsQueueEntry& entry);
+  void writeCells(int row, const clsQueueEntry& entry);
+  void clickRow(int row);
+  void startDrag(int row);
+  void stepDrag(int row);
+  [[nodiscard]] Release endDrag();
+  void dropStage();
+  [[nodiscard]] bool dropForbidden() const;
+  [[nodiscard]] Colour rowColour(int row) const;
+  void repaintRows();
   void updateMarkHeaders();
   void showMovedMarks();
   void setModeColours();

@@ -54,6 +54,7 @@ void QueueList::takeTimes(const clsQueueEntry& entry) {
 }
 
 void QueueList::cmdStop_Click() {
+  State.RestAtStop = restOfFade();
   SetActionButtons(true, false);
   State.Fading = false;
   q_timer.setEnabled(false);
@@ -132,7 +133,9 @@ void QueueList::q_timer_Timer() {
   }
   m_errors.run([&] {
     State.CurrentLookLevel = GetCurrentLookPctDone(State, now);
+    SetCurrentLookProgress(State.CurrentLookLevel);
     State.NextLookLevel = GetNextLookPctDone(State, now);
+    SetNextLookProgress(State.NextLookLevel);
     DoScale(State, levels(), m_show.NumChannels);
   });
 }

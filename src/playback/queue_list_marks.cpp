@@ -92,8 +92,8 @@ void QueueList::jumpToStageCue() {
 
 /// Moves the pointer and its icon to a row; all other icons stay.
 void QueueList::movePointer(int row) {
-  m_errors.steps([&] { ListView2.row(State.PointerCue).SmallIcon = 0; },
-                 [&] { ListView2.row(row).SmallIcon = PointerIcon; },
+  m_errors.steps([&] { ListView2.setIcon(State.PointerCue, 0); },
+                 [&] { ListView2.setIcon(row, PointerIcon); },
                  [&] { State.PointerCue = narrow<std::int16_t>(row); });
 }
 
@@ -156,7 +156,7 @@ void QueueList::cmdBlindView_Click() {
 void QueueList::returnToStageCue(const std::string& panel) {
   setModeColours();
   m_wiring.showStatus("Returning to Stage Cue");
-  m_errors.steps([&] { movePointer(State.StageCue); }, [&] { ListView2.redraw(); },
+  m_errors.steps([&] { movePointer(State.StageCue); }, [&] { repaintRows(); },
                  [&] { ShowFixtureLevelsForSelectedCue(State.StageCue, "live"); });
   UpdateHeader(panel, State.PointerCue);
 }

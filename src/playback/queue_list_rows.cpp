@@ -1,4 +1,4 @@
-// The list of a player: how rows come from cues, the status panels, and a click on a row.
+// The list of a player: how rows come from cues, the status panels, and where the pointer stands.
 
 #include "playback/queue_list.h"
 
@@ -16,7 +16,8 @@ void QueueList::FillList() {
           rowPass();
         } else {
           const auto entry = entryByKey(0);
-          writeCells(ListView2.add(ListView2.count() + 1, formatFixed2(0)), *entry);
+          ListView2.add(ListView2.count() + 1, formatFixed2(0));
+          writeCells(ListView2.count(), *entry);
         }
       },
       [&] {
@@ -28,7 +29,7 @@ void QueueList::FillList() {
         State.NextCue = 2;
         UpdateHeader("Next", State.NextCue);
       },
-      [&] { ListView2.redraw(); });
+      [&] { repaintRows(); });
 }
 
 /// Brings the cues into ascending order, round by round the lowest that is left. Cues closer than a tenth
@@ -49,39 +50,29 @@ void QueueList::rowPass() {
 
     const auto entry = entryByKey(best);
     if (entry->EntryNum == 0) {
-      ListView::Row& row = ListView2.add(ListView2.count() + 1, formatFixed2(0));
-      row.SmallIcon = PointerIcon;
-      writeCells(row, *entry);
+      ListView2.add(ListView2.count() + 1, formatFixed2(0));
+      ListView2.setIcon(ListView2.count(), PointerIcon);
+      writeCells(ListView2.count(), *entry);
     } else {
-      writeCells(ListView2.add(State.CueCount, formatCueNumber(entry->EntryNum)), *entry);
+      ListView2.add(State.CueCount, formatCueNumber(entry->EntryNum));
+      writeCells(State.CueCount, *entry);
     }
   }
 }
 
-void QueueList::writeCells(ListView::Row& row, const clsQueueEntry& entry) {
-  row.Texts[DownCell] = std::to_string(entry.Down);
-  row.Texts[DelayCell] = std::to_string(entry.Delay);
-  row.Texts[UpCell] = std::to_string(entry.Up);
-  row.Texts[DescCell] = entry.EntryDesc;
-  row.Texts[ListCell] = entry.QueueListMasterGo;
-  row.Texts[TargetCell] = entry.QueueNumberMasterGo.value_or("");
+void QueueList::writeCells(int row, const clsQueueEntry& entry) {
+  ListView2.setText(row, DownCell, std::to_string(entry.Down));
+  ListView2.setText(row, DelayCell, std::to_string(entry.Delay));
+  ListView2.setText(row, UpCell, std::to_string(entry.Up));
+  ListView2.setText(row, DescCell, entry.EntryDesc);
+  ListView2.setText(row, ListCell, entry.QueueListMasterGo);
+  ListView2.setText(row, TargetCell, entry.QueueNumberMasterGo.value_or(""));
 }
 
 int QueueList::CompareValues(const ListView::Row& a, const ListView::Row& b) {
   const double left = toNumber(a.Texts[NumberCell]);
   const double right = toNumber(b.Texts[NumberCell]);
   return left < right ? -1 : left > right ? 1 : 0;
-}
-
-void QueueList::UpdateListView() {
-  State.ListRepainting = true;
-  State.ListRepaintDone = false;
-  ListView2.redraw();
-}
-
-void QueueList::endRepaint() {
-  State.ListRepainting = false;
-  State.ListRepaintDone = true;
 }
 
 void QueueList::UpdateHeader(const std::string& panel, int row) {
@@ -100,7 +91,7 @@ void QueueList::UpdateHeader(const std::string& panel, int row) {
       m_wiring.showCuePanel("Queue # " + lblStageNum.Caption + " " + StageDescText.Caption);
     } else if (panel == "Next") {
       if (m_traits.HeaderEndsRepaint) State.ListRepaintDone = true;
-      const ListView::Row none{{"N/A", "N/A", "N/A", "N/A", "N/A", "", "", ""}, 0};
+      const ListView::Row none{.Texts = {"N/A", "N/A", "N/A", "N/A", "N/A"}};
       const auto& cells = (State.NextCue == -1 ? none : ListView2.row(row)).Texts;
       lblNextNum.Caption = cells[NumberCell];
       lblNextDown.Caption = cells[DownCell];
@@ -138,33 +129,12 @@ void QueueList::selectchange() {
 void QueueList::AttachPointerToStageCue() {
   m_errors.steps(
       [&] {
-        for (ListView::Row& row : ListView2.rows())
-          if (!m_traits.AttachKeepsLoopMarks || row.SmallIcon == PointerIcon) row.SmallIcon = 0;
+        for (int row = 1; row <= ListView2.count(); ++row)
+          if (!m_traits.AttachKeepsLoopMarks || ListView2.row(row).SmallIcon == PointerIcon)
+            ListView2.setIcon(row, 0);
       },
-      [&] { ListView2.row(State.StageCue).SmallIcon = PointerIcon; },
-      [&] { State.PointerCue = State.StageCue; }, [&] { ListView2.redraw(); });
-}
-
-void QueueList::ListView2_MouseUp(int row) {
-  if (row == 0) return;
-  m_errors.run([&] {
-    ListView2.select(0);
-    const bool looped = State.LoopStartRow != State.LoopLastRow;
-    for (int r = 1; r <= ListView2.count(); ++r) {
-      const bool inside = r >= State.LoopStartRow && r <= State.LoopLastRow;
-      if (!inside)
-        ListView2.row(r).SmallIcon = 0;
-      else if (looped)
-        ListView2.row(r).SmallIcon = LoopIcon;
-    }
-    ListView2.row(row).SmallIcon = PointerIcon;
-    for (Button* button : {&cmdDeleteCue, &cmdUpdate, &cmdCopy, &cmdPaste, &cmdMakeNextCue, &cmdMakeStageCue})
-      button->Enabled = true;
-    State.PointerCue = narrow<std::int16_t>(row);
-    selectchange();
-    UpdateCueInfo();
-    m_wiring.showStatus(R"(Please select "Live" or "Blind" mode to modify this Cue.)");
-  });
+      [&] { ListView2.setIcon(State.StageCue, PointerIcon); }, [&] { State.PointerCue = State.StageCue; },
+      [&] { repaintRows(); });
 }
 
 }  // namespace velgrove

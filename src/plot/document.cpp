@@ -1,8 +1,7 @@
 #include "plot/document.h"
 
-#include <algorithm>
-
 #include "dmx/merge.h"
+#include "plot/shapes.h"
 
 namespace velgrove {
 namespace {
@@ -10,48 +9,84 @@ namespace {
 constexpr int MergeInterval = 40;  // ms
 constexpr int SubmasterInputInterval = 333;
 constexpr int DisplayInterval = 333;
+constexpr double GridPitch = 50;  // world units
 
 }  // namespace
 
 frmDocument::frmDocument(ShowState& show, Machine& machine, Wiring wiring)
-    : TallyInputs(
+    : FlpCAD1([&machine](const Drawing& plot) {
+        if (machine.Dialogs.printView) machine.Dialogs.printView(plot);
+      }),
+      TallyInputs(
           machine.timers, TimerRank::Merge, MergeInterval, [this] { TallyInputs_Timer(); },
           ErrorPattern::Waits::Never),
       SubsInput(machine.timers, TimerRank::SubmasterInput, SubmasterInputInterval,
                 std::move(wiring.followInput)),
       UpdateDisplay(machine.timers, TimerRank::Display, DisplayInterval, [this] { UpdateDisplay_Timer(); }),
       m_show(show),
-      m_errors(machine.errors) {
+      m_machine(machine),
+      m_errors(machine.errors),
+      m_wiring(std::move(wiring)) {
+  bindControls();
   SubsInput.setEnabled(true);
+}
+
+void frmDocument::bindControls() {
+  FlpCAD1.WorldMouseDown = [this](int button, int flags, double x, double y) {
+    FlpCAD1_WorldMouseDown(button, flags, x, y);
+  };
+  FlpCAD1.WorldRectPos = [this](double left, double top, double right, double bottom) {
+    FlpCAD1_WorldRectPos(left, top, right, bottom);
+  };
+  FlpCAD1.ViewMoved = [this] { followView(); };
+  FlpCAD1.Resized = [this] { sizeScrollBars(); };
+  HScroll1.Change = [this] { HScroll1_Change(); };
+  VScroll1.Change = [this] { VScroll1_Change(); };
+  HScroll1.Scroll = [this] { HScroll1_Scroll(); };
+  VScroll1.Scroll = [this] { VScroll1_Scroll(); };
 }
 
 void frmDocument::Form_Load() {
   m_errors.steps(
       [&] {
         const auto& project = m_show.Projects.item(m_show.CurrentProjectIndex);
-        m_activeView = project->colViews().item(m_show.CurrentViewIndex);
+        ActiveView = project->colViews().item(m_show.CurrentViewIndex);
       },
-      [&] { makeSubMasters(); },
       [&] {
-        auto zoom = std::make_shared<clsZooms>();
-        zoom->tp = 1000;
-        zoom->rt = 1000;
-        GetCurrentView()->colZooms().add(std::move(zoom));
+        AGauge2.Visible = RotateActive = false;
+        FlpCAD1.setRedraw(true);
       },
-      [&] { SetViewFixtures(); }, [&] { m_show.LevelTextSource = 0; },
+      [&] { GridPitchX = GridPitchY = GridPitch; }, [&] { showLimits(World); }, [&] { loadCursors(); },
+      [&] { loadShapes(); },
+      [&] {
+        m_textLayer = FlpCAD1.addLayer("Layer 2");
+        FlpCAD1.setCurrentLayer(m_textLayer);
+        LevelFont = FlpCAD1.fontHandle("Arial,25,BN");
+      },
+      [&] { makeSubMasters(); }, [&] { raise(m_wiring.rebuildSubMasters); }, [&] { sizeScrollBars(); },
+      [&] { addFirstZoom(); }, [&] { SetViewFixtures(); },
+      [&] {
+        FlpCAD1.Snap = true;
+        m_show.SelectedFixture = nullptr;
+        m_show.SelectionCount = 0;
+        m_show.LevelTextSource = 0;
+      },
       [&] {
         UpdateDisplay.setEnabled(true);
         TallyInputs.setEnabled(true);
       });
 }
 
-std::shared_ptr<clsView> frmDocument::GetCurrentView() const {
-  if (m_activeView == nullptr) throw RunTimeError(Fault::ObjectMissing, "the document shows no view");
-  return m_activeView;
+void frmDocument::loadShapes() {
+  for (std::size_t type = 0; type < FixtureTypes.size(); ++type)
+    GetFixtureShape(std::string(FixtureTypes[type]), static_cast<std::int16_t>(type + 1));
 }
 
-void frmDocument::stopTimers() {
-  for (Timer* timer : {&TallyInputs, &SubsInput, &UpdateDisplay}) timer->setEnabled(false);
+void frmDocument::loadCursors() {
+  constexpr std::array Files{"rotate.ico", "light.ico", "slider.ico", "blank.ico", "delete.ico", "zoom.ico"};
+  static_assert(Files.size() == std::tuple_size_v<decltype(ToolCursors)>);
+  for (std::size_t i = 0; i < Files.size(); ++i)
+    ToolCursors[i] = FlpCAD1.addCursor((m_wiring.graphics / Files[i]).string());
 }
 
 /// A view that was never opened has no submasters yet.
@@ -67,32 +102,28 @@ void frmDocument::makeSubMasters() const {
   }
 }
 
-void frmDocument::SetViewFixtures() {
-  const auto view = GetCurrentView();
-  for (const auto& fixture : view->colFixtures()) {
-    m_show.SelectedFixtureType = fixture->IconShape;
-    LastChannel = std::max(LastChannel, fixture->Channel);
-    m_show.ProjectDirty = true;
-  }
+void frmDocument::addFirstZoom() const {
+  auto zoom = std::make_shared<clsZooms>();
+  zoom->tp = WorldSize;
+  zoom->rt = WorldSize;
+  GetCurrentView()->colZooms().add(std::move(zoom));
+}
+
+std::shared_ptr<clsView> frmDocument::GetCurrentView() const {
+  if (ActiveView == nullptr) throw RunTimeError(Fault::ObjectMissing, "the document shows no view");
+  return ActiveView;
+}
+
+void frmDocument::CloseView() {
+  FlpCAD1.clear();
+}
+
+void frmDocument::stopTimers() {
+  for (Timer* timer : {&TallyInputs, &SubsInput, &UpdateDisplay}) timer->setEnabled(false);
 }
 
 void frmDocument::TallyInputs_Timer() {
   m_errors.run([&] { mergeLevels(m_show); });
-}
-
-void frmDocument::UpdateDisplay_Timer() {
-  std::shared_ptr<clsView> view;
-  m_errors.run([&] { view = GetCurrentView(); });
-  if (view == nullptr) return;
-  for (int position = 1; position <= view->colFixtures().count(); ++position) {
-    const auto fixture = view->colFixtures().item(position);
-    m_errors.run([&] {
-      const auto at = channelIndex(fixture->Channel);
-      fixture->Level = m_show.DMXOutput[at];
-      m_show.LevelTextSource = m_show.LevelSource[at];
-      m_show.ProjectDirty = true;
-    });
-  }
 }
 
 }  // namespace velgrove

@@ -1,5 +1,8 @@
 #include "controls/widgets.h"
 
+#include <map>
+#include <set>
+
 #include <gtest/gtest.h>
 
 #include "controls/list_view.h"
@@ -55,9 +58,11 @@ TEST(Widgets, OnlyTheHandClicksAComboAndOnlyAnEnabledButton) {
   combo.Click = [&] { ++clicks; };
   combo.add("None");
   combo.add("AB");
+  const unsigned revision = combo.revision();
   combo.setListIndex(0);
   EXPECT_EQ(clicks, 0);
   combo.choose(1);
+  EXPECT_EQ(combo.revision(), revision) << "the items are the same";
   EXPECT_EQ(combo.text(), "AB");
   EXPECT_THROW(combo.setListIndex(2), RunTimeError);
   Button button;
@@ -65,6 +70,10 @@ TEST(Widgets, OnlyTheHandClicksAComboAndOnlyAnEnabledButton) {
   button.Enabled = false;
   button.click();
   EXPECT_EQ(clicks, 1);
+}
+
+int byText(const ListView::Row& a, const ListView::Row& b) {
+  return a.Texts[0].compare(b.Texts[0]);
 }
 
 TEST(ListView, KeepsRowsInOrderAndFindsThemByTheirWholeText) {
@@ -85,6 +94,64 @@ TEST(ListView, KeepsRowsInOrderAndFindsThemByTheirWholeText) {
   list.remove(2);
   EXPECT_EQ(list.selected(), 0);
   EXPECT_EQ(list.text(2), "abc");
+}
+
+TEST(ListView, MovesItsRevisionWhenItShowsSomethingNewAndOnlyThen) {
+  struct Change {
+    const char* name;
+    std::function<void(ListView&)> act;
+    bool shows;
+  };
+  const Change changes[] = {
+      {"a row", [](ListView& list) { list.add(3, "3"); }, true},
+      {"a new text", [](ListView& list) { list.setText(1, 4, "x"); }, true},
+      {"the same text", [](ListView& list) { list.setText(1, 4, "x"); }, false},
+      {"a new icon", [](ListView& list) { list.setIcon(2, 1); }, true},
+      {"the same icon", [](ListView& list) { list.setIcon(2, 1); }, false},
+      {"a selection", [](ListView& list) { list.select(2); }, true},
+      {"the same selection", [](ListView& list) { list.select(2); }, false},
+      {"a row asked into view", [](ListView& list) { list.ensureVisible(2); }, true},
+      {"the same row again", [](ListView& list) { list.ensureVisible(2); }, true},
+      {"a sort of sorted rows", [](ListView& list) { list.sort(byText); }, false},
+      {"a sort", [](ListView& list) { list.sort([](auto& a, auto& b) { return byText(b, a); }); }, true},
+      {"a row that goes", [](ListView& list) { list.remove(1); }, true},
+      {"a clear", [](ListView& list) { list.clear(); }, true},
+      {"a clear of nothing", [](ListView& list) { list.clear(); }, false},
+  };
+  ListView list;
+  list.add(1, "1");
+  list.add(2, "2");
+  for (const Change& change : changes) {
+    const unsigned before = list.revision();
+    change.act(list);
+    EXPECT_EQ(list.revision() != before, change.shows) << change.name;
+  }
+  EXPECT_THROW(list.setText(1, 0, "x"), RunTimeError);
+  list.add(1, "1");
+  EXPECT_THROW(list.setText(1, ListView::MaxColumns, "x"), RunTimeError);
+}
+
+TEST(ListView, RowsKeepTheirIdentityWhereverTheyMove) {
+  const auto identities = [](const ListView& list) {
+    std::map<std::string, unsigned> found;
+    for (const auto& row : list.rows()) found.emplace(row.Texts[0], row.Identity);
+    return found;
+  };
+  ListView list;
+  for (const char* text : {"3", "1", "2"}) list.add(1, text);
+  const auto before = identities(list);
+  EXPECT_EQ(std::set<unsigned>({before.at("1"), before.at("2"), before.at("3")}).size(), 3U);
+  list.sort(byText);
+  EXPECT_EQ(identities(list), before);
+  list.clear();
+  for (const char* text : {"1", "3", "2"}) list.add(1, text);
+  EXPECT_EQ(identities(list), before) << "filled again";
+  list.add(1, "2");
+  EXPECT_NE(list.row(1).Identity, before.at("2")) << "a second row of that text is another row";
+  list.remove(1);
+  list.add(1, "4");
+  EXPECT_EQ(identities(list).size(), 4U);
+  for (const auto& [text, identity] : before) EXPECT_NE(list.row(1).Identity, identity);
 }
 
 }  // namespace

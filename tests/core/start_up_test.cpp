@@ -54,18 +54,15 @@ TEST_F(StartUp, ASplashThatIsShownLaterGoesByItself) {
   EXPECT_FALSE(desk->Splash.Window.Visible);
 }
 
-TEST_F(StartUp, PreparesTheSixShapesTwice) {
-  std::vector<std::string> shapes;
-  make();
-  house->onShape = [&](std::int16_t index, const std::string& name) {
-    shapes.push_back(std::to_string(index) + name);
-  };
-  house->onWait = [this] { house->desk.OpenProject.CancelButton.click(); };
-  house->start();
-  ASSERT_EQ(shapes.size(), 12U);
-  shapes.resize(7);
-  EXPECT_THAT(shapes,
-              ElementsAre("1fresnel", "2leko", "3par38", "4practical", "5scoop", "6icue", "1fresnel"));
+TEST_F(StartUp, PreparesTheShapesOfAllFixtureTypes) {
+  namespace fs = std::filesystem;
+  folders.graphics = folder / "graphics";
+  fs::create_directories(folders.graphics);
+  for (const auto& file : fs::directory_iterator(fs::path(SHOW_DATA_DIR) / "../graphics"))
+    if (file.path().extension() == ".dxf") fs::copy(file, folders.graphics);
+  start();
+  for (const char* type : {"fresnel", "leko", "par38", "practical", "scoop", "icue"})
+    EXPECT_TRUE(fs::exists(folders.graphics / (std::string(type) + ".cad"))) << type;
 }
 
 TEST_F(StartUp, CancellingTheFirstDialogLeavesAnEmptyFrame) {

@@ -116,7 +116,8 @@ TEST_F(Tools, TheCuePanelAndTheStatusLineFollowThePlayers) {
   EXPECT_EQ(toolState("ID_CueWindow").Caption.rfind("Queue # 1.00", 0), 0U)
       << toolState("ID_CueWindow").Caption;
   desk->windows.XYQ->ListView2_MouseUp(2);
-  EXPECT_EQ(desk->frame.sbStatusBar.Text, R"(Please select "Live" or "Blind" mode to modify this Cue.)");
+  EXPECT_EQ(desk->frame.sbStatusBar.Text, "online");
+  EXPECT_EQ(desk->frame.StatusMessage, R"(Please select "Live" or "Blind" mode to modify this Cue.)");
 }
 
 // ---- What received levels do
@@ -188,6 +189,27 @@ TEST_F(Tools, AddingALightOffersTheTypes) {
             std::tuple("mnuLightAddFixture", 50, 60, 3U));
 }
 
+TEST_F(Tools, OfThePlotReachTheActiveDocument) {
+  auto* const desk = startWithCues();
+  frmDocument& plot = *desk->windows.DocumentForm;
+  tool("ID_FluidZoom");
+  EXPECT_EQ(plot.MouseMode, tools::FluidZoom);
+  tool("ID_AddLight");
+  EXPECT_EQ(plot.MouseMode, tools::Select) << "with another tool on, adding a light ends that";
+  tool("mnuViewPan");
+  EXPECT_EQ(plot.MouseMode, tools::None);
+  const bool snap = plot.FlpCAD1.Snap;
+  tool("mnuViewGrid");
+  EXPECT_NE(plot.FlpCAD1.Snap, snap);
+  const double width = plot.FlpCAD1.limits().width();
+  tool("ID_ZoomIn");
+  EXPECT_LT(plot.FlpCAD1.limits().width(), width);
+  plot.FlpCAD1.setProperty(6, 9);
+  tool("ID_EnableCAD");
+  EXPECT_EQ(plot.FlpCAD1.property(223), 1);
+  EXPECT_EQ(plot.FlpCAD1.property(6) + plot.FlpCAD1.property(4), 0);
+}
+
 TEST_F(Tools, ThatNeedADocumentRaiseTheErrorPatternWithoutOne) {
   start();
   for (const char* id : {"ID_SelectPointer", "ID_Rotate", "mnuRot180", "mnuViewGrid", "ID_Go", "ID_ABQ",
@@ -200,14 +222,16 @@ TEST_F(Tools, ThatNeedADocumentRaiseTheErrorPatternWithoutOne) {
 }
 
 TEST_F(Tools, WithoutCodeOfTheirOwnAreThePointer) {
-  auto* const desk = startWithCues();
-  desk->show.ProjectDirty = false;
+  const frmDocument& plot = *startWithCues()->windows.DocumentForm;
   for (const char* id :
-       {"mnuFileProperties", "mnuFileClose", "mnuFileSaveAll", "mnuFixtureAllZero", "mnuInts", "ID_Stop",
-        "ID_LevelWheel", "ID_CueWindow", "ID_subsTrigger", "nothing known"})
+       {"mnuFileProperties", "mnuFileClose",  "mnuFilePageSetup",  "mnuFileSend",       "mnuFileSaveAll",
+        "mnuToolsOptions",   "mnuDMXIn",      "mnuFixtureAllZero", "mnuLightNetSelect", "mnuLightSelectAll",
+        "mnuInts",           "mnuTest",       "ID_Stop",           "ID_LevelWheel",     "ID_CueWindow",
+        "ID_subsTrigger",    "ID_SelectGrid", "mnuViewFluidZoom",  "muScoop",           "nothing known"}) {
+    tool("ID_FluidZoom");
     tool(id);
-  EXPECT_FALSE(desk->show.ProjectDirty);
-  EXPECT_FALSE(house->quit);
+    EXPECT_EQ(plot.MouseMode, tools::Select) << id;
+  }
 }
 
 TEST_F(Tools, WithTheNameOfADocumentBringItsWindowToTheFront) {
@@ -221,19 +245,27 @@ TEST_F(Tools, WithTheNameOfADocumentBringItsWindowToTheFront) {
   EXPECT_EQ(form.Fronts, fronts + 1);
 }
 
-TEST_F(Tools, PrintingThatFailsOrIsCancelledSaysNothing) {
+TEST_F(Tools, PrintingPutsTheActivePlotOnPaperAndSaysNothingWhenItFails) {
   auto* const desk = startWithCues();
   std::string title;
   desk->machine.Dialogs.choosePrinter = [&](const std::string& asked) {
     title = asked;
     return false;
   };
+  const Drawing* printed = nullptr;
+  desk->machine.Dialogs.printView = [&](const Drawing& plot) { printed = &plot; };
   tool("mnuFilePrint");
   EXPECT_EQ(title, "Print");
+  EXPECT_EQ(printed, nullptr);
   desk->machine.Dialogs.choosePrinter = [](const std::string&) -> bool {
     throw RunTimeError(Fault::Device, "no printer");
   };
   tool("mnuFilePrint");
+  EXPECT_EQ(printed, nullptr);
+  desk->machine.Dialogs.choosePrinter = [](const std::string&) { return true; };
+  tool("mnuFilePrint");
+  EXPECT_EQ(printed, &desk->windows.DocumentForm->FlpCAD1);
+  EXPECT_TRUE(printed->PrintRationSameasView);
 }
 
 }  // namespace

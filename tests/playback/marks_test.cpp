@@ -9,16 +9,6 @@ namespace {
 
 using Marks = std::pair<int, int>;  ///< stage and next
 
-ShowMaker showOf(int rows) {
-  ShowMaker maker;
-  for (int row = 2; row <= rows; ++row) {
-    const Cue cue{.number = static_cast<float>(row - 1), .look = {{1, 10 * (row - 1)}}};
-    maker.ab.push_back(cue);
-    maker.xy.push_back(cue);
-  }
-  return maker;
-}
-
 struct Move {
   const char* name;
   void (*act)(QueueList&);
@@ -90,7 +80,7 @@ TEST(Marks, AStageButtonBringsTheLookAtOnce) {
     EXPECT_EQ(player->levels()[0], 20);
     player->cmdDecrementStageCue.click();
     EXPECT_EQ(player->levels()[0], 10);
-    player->ListView2_MouseUp(4);
+    click(*player, 4);
     EXPECT_EQ(player->levels()[0], 10) << "a click alone changes nothing on stage";
     player->cmdMakeStageCue.click();
     EXPECT_EQ(player->levels()[0], 30);
@@ -126,7 +116,7 @@ TEST(Marks, ResetOfXYAlsoZeroesBothPlayersAndOfABNeither) {
 TEST(Marks, ThePointerIconLeavesLoopMarksInXYOnly) {
   ScriptedDesk desk(showOf(5));
   for (QueueList* player : {&desk.ab(), &desk.xy()}) {
-    player->ListView2.row(3).SmallIcon = QueueList::LoopIcon;
+    player->ListView2.setIcon(3, QueueList::LoopIcon);
     player->State.StageCue = 2;
     player->AttachPointerToStageCue();
     EXPECT_EQ(player->ListView2.row(2).SmallIcon, QueueList::PointerIcon);
@@ -140,7 +130,7 @@ TEST(Modes, LiveShowsThePointerCueAndGoesBackToTheStageCue) {
   ScriptedDesk desk(showOf(4));
   QueueList& player = desk.xy();
   player.cmdAdvanceStageCue.click();
-  player.ListView2_MouseUp(4);
+  click(player, 4);
   player.cmdLiveView.click();
   EXPECT_TRUE(desk.show.LiveOn);
   EXPECT_EQ(desk.level(1), 30);
@@ -156,7 +146,7 @@ TEST(Modes, BlindNeverReachesTheStage) {
   ScriptedDesk desk(showOf(4));
   QueueList& player = desk.ab();
   player.cmdAdvanceStageCue.click();
-  player.ListView2_MouseUp(4);
+  click(player, 4);
   player.cmdBlindView.click();
   EXPECT_TRUE(desk.show.BlindOn);
   EXPECT_EQ(desk.show.BlindLevels[0], 30);
@@ -170,7 +160,7 @@ TEST(Modes, LiveThenBlindBringsTheStageLookBack) {
   ScriptedDesk desk(showOf(4));
   QueueList& player = desk.xy();
   player.cmdAdvanceStageCue.click();
-  player.ListView2_MouseUp(4);
+  click(player, 4);
   player.cmdLiveView.click();
   player.cmdBlindView.click();
   EXPECT_TRUE(desk.show.BlindOn);
@@ -218,13 +208,13 @@ TEST(Rows, AClickSelectsAndFillsTheEditors) {
   ScriptedDesk desk(showOf(4));
   QueueList& player = desk.ab();
   player.cmdDeleteCue.Enabled = false;
-  player.ListView2_MouseUp(3);
+  click(player, 3);
   EXPECT_EQ(player.State.PointerCue, 3);
   EXPECT_EQ(player.CueNum.text(), "2.00");
   EXPECT_TRUE(player.cmdDeleteCue.Enabled);
   EXPECT_EQ(player.ListView2.row(3).SmallIcon, QueueList::PointerIcon);
   EXPECT_EQ(player.ListView2.row(1).SmallIcon, 0);
-  player.ListView2_MouseUp(0);
+  click(player, 0);
   EXPECT_EQ(player.State.PointerCue, 3);
 }
 

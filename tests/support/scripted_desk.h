@@ -63,4 +63,10 @@ class ScriptedDesk {
   std::deque<std::string> m_expected;
 };
 
+/// A click on a row of a player's list.
+inline void click(QueueList& player, int row) {
+  player.ListView2_MouseDown(row);
+  player.ListView2_MouseUp(row);
+}
+
 }  // namespace velgrove::test

@@ -88,4 +88,15 @@ class ShowMaker {
   }
 };
 
+/// A show of both lists with so many rows: channel 1 stands at 10 in row 2, at 20 in row 3 and so on.
+inline ShowMaker showOf(int rows) {
+  ShowMaker maker;
+  for (int row = 2; row <= rows; ++row) {
+    const Cue cue{.number = static_cast<float>(row - 1), .look = {{1, 10 * (row - 1)}}};
+    maker.ab.push_back(cue);
+    maker.xy.push_back(cue);
+  }
+  return maker;
+}
+
 }  // namespace velgrove::test

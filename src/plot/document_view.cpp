@@ -1,0 +1,157 @@
+// What the window shows of the plot, and the tools of looking.
+
+#include <algorithm>
+#include <cmath>
+
+#include "controls/numbers.h"
+#include "plot/document.h"
+
+namespace velgrove {
+namespace {
+
+constexpr Colour Red = 255;
+constexpr double ZoomStep = 0.1;
+constexpr int ScrollMargin = 20;  // pixels of a scroll bar that the other one takes
+
+}  // namespace
+
+// ---- Tools
+
+/// A tool takes the pointer: what the one before had set on the control ends.
+void frmDocument::takeTool(std::int16_t cursor) {
+  FlpCAD1.setCursor(cursor);
+  FlpCAD1.Selection = false;
+  FlpCAD1.PanMode = false;
+  clearControls();
+}
+
+void frmDocument::clearControls() {
+  m_errors.steps(
+      [&] {
+        if (std::exchange(RotateActive, false)) AGauge2.Visible = false;
+      },
+      [&] {
+        const auto& picked = m_show.SelectedFixture;
+        if (!FixtureSelected || picked == nullptr) return;
+        for (const ShapeNumber shape : {picked->Shape, picked->LevelTextShape, picked->ChannelTextShape})
+          FlpCAD1.setColour(shape, Red);
+      },
+      [&] {
+        FlpCAD1.RubberBand = false;
+        FlpCAD1.RubberBandMode = 0;
+      });
+}
+
+void frmDocument::SelectTool() {
+  MouseMode = tools::Select;
+  takeTool(Drawing::ArrowCursor);
+  FlpCAD1.Selection = true;
+}
+
+void frmDocument::GridTool() {
+  FlpCAD1.Snap = !FlpCAD1.Snap;
+  SelectTool();
+}
+
+void frmDocument::FluidZoomTool() {
+  MouseMode = tools::FluidZoom;
+  takeTool(cursorOf(ToolCursor::Zoom));
+}
+
+void frmDocument::PanTool() {
+  MouseMode = tools::None;
+  takeTool(Drawing::PanCursor);
+  FlpCAD1.PanMode = true;
+}
+
+void frmDocument::LockTool() {
+  MouseMode = tools::None;
+  takeTool(Drawing::DefaultCursor);
+}
+
+void frmDocument::NetSelectTool() {
+  takeTool(Drawing::ArrowCursor);
+  FlpCAD1.RubberBand = true;
+}
+
+void frmDocument::ZoomInTool() {
+  const Point middle = FlpCAD1.limits().middle();
+  WorldZoom(true, ZoomStep, middle.x, middle.y);
+  clearControls();
+}
+
+void frmDocument::ZoomOutTool() {
+  const Point middle = FlpCAD1.limits().middle();
+  WorldZoom(true, -ZoomStep, middle.x, middle.y);
+  clearControls();
+}
+
+// ---- The mouse
+
+void frmDocument::FlpCAD1_WorldMouseDown(int button, int flags, double x, double y) {
+  if ((flags & mouse::Ctrl) != 0) return;
+  if (MouseMode == tools::FluidZoom) WorldZoom(true, button == mouse::Left ? ZoomStep : -ZoomStep, x, y);
+}
+
+void frmDocument::FlpCAD1_WorldRectPos(double left, double top, double right, double bottom) {
+  m_errors.run([&] {
+    auto zoom = std::make_shared<clsZooms>();
+    zoom->lt = left;
+    zoom->tp = top;
+    zoom->rt = right;
+    zoom->bt = bottom;
+    GetCurrentView()->colZooms().add(std::move(zoom));
+    m_rubberBand = {.left = left, .top = top, .right = right, .bottom = bottom};
+  });
+}
+
+// ---- The view
+
+void frmDocument::Form_Activate() {
+  m_errors.run([&] {
+    if (m_rubberBand) showLimits(*m_rubberBand);
+    FlpCAD1.repaint();
+  });
+}
+
+void frmDocument::WorldZoom(bool direction, double step, double x, double y) {
+  const Extents& now = FlpCAD1.limits();
+  const Point about = direction ? Point{.x = x, .y = y} : now.middle();
+  const double factor = direction ? 1 - step : step;
+  const double w = std::abs(now.right - now.left) / 2 * factor;
+  const double h = std::abs(now.top - now.bottom) / 2 * factor;
+  showLimits({.left = about.x - w, .top = about.y + h, .right = about.x + w, .bottom = about.y - h});
+}
+
+void frmDocument::showLimits(const Extents& limits) {
+  FlpCAD1.setLimits(limits);
+  followView();
+}
+
+/// Sets the scroll bars where the view stands, without moving it.
+void frmDocument::followView() {
+  const auto onBar = [](double units) {
+    return static_cast<int>(roundTo<std::int32_t>(std::clamp<double>(units, 0, WorldSize)));
+  };
+  m_hScroll = onBar(FlpCAD1.limits().left);
+  m_vScroll = onBar(WorldSize - FlpCAD1.limits().top);
+  HScroll1.setValue(m_hScroll);
+  VScroll1.setValue(m_vScroll);
+}
+
+void frmDocument::HScroll1_Change() {
+  const int before = std::exchange(m_hScroll, HScroll1.value());
+  FlpCAD1.moveView(m_hScroll - before, 0);
+}
+
+void frmDocument::VScroll1_Change() {
+  const int before = std::exchange(m_vScroll, VScroll1.value());
+  FlpCAD1.moveView(0, before - m_vScroll);
+}
+
+void frmDocument::sizeScrollBars() {
+  HScrollLength = std::max(FlpCAD1.pixelWidth() - ScrollMargin, 0);
+  VScrollLength = std::max(FlpCAD1.pixelHeight() - ScrollMargin, 0);
+}
+
+}  // namespace velgrove
