@@ -115,7 +115,7 @@ class frmMain {
   void newShow();
   void save();
   void saveShow();
-  void print();
+  void print() const;
   void leave();
   void enableCAD();
   void lockFixtures();
@@ -136,7 +136,7 @@ class frmMain {
   void helpAbout();
   void arrange(Arrangement::Code code);
   void nothing() {}
-  void unfinished(const char* handler);
+  void unfinished(const char* handler) const;
   void go();
   void stopFade();
   void nextStageCue();

@@ -159,7 +159,7 @@ void frmMain::arrange(Arrangement::Code code) {
 }
 
 /// These menu items were never finished, and say so.
-void frmMain::unfinished(const char* handler) {
+void frmMain::unfinished(const char* handler) const {
   m_machine.boxes.show({.text = std::string("Add '") + handler + "' code."});
 }
 
@@ -283,7 +283,7 @@ void frmMain::rotateObject(int, int) {
 }
 
 /// A printer that fails, or an operator who cancels, ends it without a word.
-void frmMain::print() {
+void frmMain::print() const {
   ErrorPattern::skip([&] {
     if (!m_machine.Dialogs.choosePrinter("Print")) return;
     ErrorPattern::skip([&] { ActiveForm().FlpCAD1.PrintRationSameasView = true; });

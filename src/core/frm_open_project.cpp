@@ -147,7 +147,7 @@ bool frmOpenProject::readDisk(const std::function<void()>& reading) {
   }
 }
 
-void frmOpenProject::tellUnreadable(const RunTimeError& error) {
+void frmOpenProject::tellUnreadable(const RunTimeError& error) const {
   m_machine.boxes.show(
       {.text = "This folder can't be read.\n\n" + std::string(error.what()), .icon = BoxIcon::Warning});
 }

@@ -296,7 +296,10 @@ TEST_F(ShowLife, LeavingAnUnchangedShowAsksNothingAndClosesAll) {
   desk->frame.Window.Left = 1234.5F;
   desk->frame.Window.WindowState = WindowState::Normal;
   std::vector<bool> stillRuns;
-  onBox = [&] { stillRuns.push_back(desk->machine.timers.nextDue().has_value()); };
+  onBox = [&] {
+    stillRuns.push_back(desk->machine.timers.nextDue().has_value());
+    EXPECT_FALSE(desk->WaitExit.Window.Visible) << "it takes no time";
+  };
   tool("mnuFileExit");
   EXPECT_THAT(takeBoxes(), ElementsAre("exiting frmMain unload"));
   EXPECT_THAT(stillRuns, ElementsAre(false)) << "every timer is off before the first window goes";
