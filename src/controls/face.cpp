@@ -34,7 +34,7 @@ std::shared_ptr<void> Face::bind(Binder binder) {
 }
 
 void Face::serve() {
-  if (!m_asleep) runLate();
+  if (!m_asleep && !m_applying) runLate();
   pull();
 }
 
@@ -63,9 +63,10 @@ void Face::pull() {
 }
 
 void Face::deliver(std::function<void()> action) {
-  assert(here() && !m_desk.mine() && !m_applying);
+  assert(here() && !m_desk.mine());
   m_late.push_back(std::move(action));
-  if (m_asleep) return;
+  if (m_applying) m_loop.wake();
+  if (m_asleep || m_applying) return;
   runLate();
   pull();
 }

@@ -50,8 +50,9 @@ class Face {
   void serve();
   /// Copies what has changed and shows it.
   void pull();
-  /// Runs an action of the operator with the desk taken, then pulls. One that comes while a handler sleeps is
-  /// run when the turn is free.
+  /// Runs an action of the operator with the desk taken, then pulls. One that comes while a handler sleeps,
+  /// or while values are being shown (a window shown anew tells its size), is run as soon as the turn is
+  /// free.
   void deliver(std::function<void()> action);
   /// Calls `deliver`'s actions through this, for the errors that nobody took.
   std::function<void(const std::function<void()>&)> act = [](const std::function<void()>& action) {

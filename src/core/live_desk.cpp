@@ -1,8 +1,11 @@
 #include "core/live_desk.h"
 
+#include <exception>
 #include <sys/resource.h>
+#include <thread>
 
 #include "controls/posix_line.h"
+#include "model/registry_settings.h"
 
 namespace velgrove {
 namespace {
@@ -25,38 +28,122 @@ void raisePriority() {
 }  // namespace
 
 LiveDesk::LiveDesk(Options options)
-    : m_options(std::move(options)), m_desk(m_clock, m_options.boxes, wiring()) {
-  m_desk.machine.Sleep = [this](Milliseconds time) { m_lock.sleep(time); };
-  m_desk.machine.DoEvents = [this] { m_thread.doEvents(); };
-  m_desk.machine.waitUntil = [this](const auto& condition) { m_thread.until(condition); };
-  m_desk.machine.aside = doAtOnce;
-  m_desk.Splash.Painted = true;  // there is no screen to wait for
+    : m_options(std::move(options)),
+      m_face(m_options.loop ? std::make_unique<Face>(m_lock, *m_options.loop) : nullptr),
+      m_desk(m_clock, boxes(), wiring()) {
+  Machine& machine = m_desk.machine;
+  machine.Sleep = [this](Milliseconds time) { sleep(time); };
+  machine.DoEvents = [this] { m_thread.doEvents(); };
+  machine.waitUntil = [this](const std::function<bool()>& condition) { waitUntil(condition); };
+  machine.aside = [this](const std::function<void()>& work) { aside(work); };
+  if (m_face != nullptr)
+    m_face->act = [this](const std::function<void()>& action) { m_desk.act(action); };
+  else
+    m_desk.Splash.Painted = true;  // there is no screen to wait for
+}
+
+MessageBoxes LiveDesk::boxes() {
+  if (m_face == nullptr) return m_options.boxes;
+  return {.show =
+              [this](const Box& box) {
+                return m_face->showBox(box, [this](const auto& condition) { waitUntil(condition); });
+              },
+          .post = [this](const Box& box) { m_face->postBox(box); }};
+}
+
+// ---- Waiting, by the thread that waits
+
+void LiveDesk::sleep(Milliseconds time) {
+  if (onFace())
+    m_face->sleep(time);
+  else
+    m_lock.sleep(time);
+}
+
+void LiveDesk::waitUntil(const std::function<bool()>& condition) {
+  if (onFace())
+    m_face->until(condition);
+  else
+    m_thread.until(condition);
+}
+
+void LiveDesk::aside(const std::function<void()>& work) {
+  if (onFace())
+    m_face->aside(work);
+  else
+    asideOfDeskThread(work);
+}
+
+/// A helper waits for the disk, while the timers run on. It finishes also when the desk closes: a save is
+/// never cut off.
+void LiveDesk::asideOfDeskThread(const std::function<void()>& work) {
+  std::exception_ptr failure;
+  {
+    std::atomic<bool> done = false;
+    std::thread helper([&] {
+      try {
+        work();
+      } catch (...) {
+        failure = std::current_exception();
+      }
+      done = true;
+      m_lock.tell();
+    });
+    struct Join {
+      ~Join() {
+        lock.keepTurn([this] { helper.join(); });
+      }
+      Desk& lock;
+      std::thread& helper;
+    } const join{m_lock, helper};
+    m_thread.until([&] { return done.load(); });
+  }
+  if (failure) std::rethrow_exception(failure);
+}
+
+std::string LiveDesk::portByHand() const {
+  if (!m_options.portByHand.empty() || !m_options.places) return m_options.portByHand;
+  return GetStringSetting(m_desk.store, "Velgrove", "Interface", "Port", "");
 }
 
 LightingDesk::Wiring LiveDesk::wiring() {
-  return {
+  const Places places = m_options.places.value_or(Places{});
+  LightingDesk::Wiring wiring{
       .windows = {.interface = {
                       .line = keepingTurn(makePosixLine(), m_lock),
-                      .findInterfaces = [this] { return findInterfaces(m_roots, m_options.portByHand); },
+                      .findInterfaces = [this] { return findInterfaces(m_roots, portByHand()); },
                       .findAgain = [this](const InterfaceDevice& lost) { return findAgain(m_roots, lost); },
-                      .triggerEnabled = [] { return true; },
+                      .triggerEnabled = [this] { return !m_options.places || m_desk.triggerEnabled(); },
                       .triggerGo = {},
-                      .repaint = [this] { m_options.statusChanged(m_desk.windows.Comm); },
+                      .repaint = [this] { statusChanged(); },
                   },
                   .showCuePanel = {},
                   .showStatus = {},
-                  .graphics = m_options.graphics},
-      .settingsFolder = {},
-      .applicationFolder = {},
-      .dataFolder = {},
+                  .graphics = places.graphics},
+      .settingsFolder = places.settings,
+      .applicationFolder = places.application,
+      .dataFolder = places.data,
+      .drives = m_options.places ? systemDriveRoots() : DriveRoots{},
       .raisePriority = raisePriority,
-      .openShow =
-          [this] {
-            m_desk.show.ProjectFileName = m_options.show;
-            m_desk.frame.LoadProject(1);
-          },
-      .quit = [this] { m_lock.close(); },
+      .quit = [this] { end(); },
   };
+  if (m_face == nullptr) {
+    wiring.openShow = [this] {
+      m_desk.show.ProjectFileName = m_options.show;
+      m_desk.frame.LoadProject(1);
+    };
+  }
+  return wiring;
+}
+
+/// The face sees it at its next pull.
+void LiveDesk::statusChanged() {
+  if (m_options.statusChanged) m_options.statusChanged(m_desk.windows.Comm);
+}
+
+void LiveDesk::end() {
+  m_lock.close();
+  if (m_options.loop) m_options.loop->wake();
 }
 
 void LiveDesk::start() {

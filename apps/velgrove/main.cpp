@@ -1,0 +1,5 @@
+#include "desktop/desktop.h"
+
+int main(int argc, char** argv) {
+  return velgrove::runDesktop(argc, argv);
+}

@@ -1,0 +1,154 @@
+#include "desktop/binding.h"
+
+#include <QSignalBlocker>
+
+#include "desktop/theme.h"
+
+namespace velgrove {
+namespace {
+
+QString text(const std::string& desk) {
+  return QString::fromStdString(desk);
+}
+
+/// Writes a text and leaves caret and selection where they were.
+void write(QLineEdit& field, const QString& text) {
+  if (field.text() == text) return;
+  const QSignalBlocker quiet(field);
+  const int caret = field.cursorPosition();
+  const int start = field.selectionStart();
+  const int length = field.selectionLength();
+  const bool all = length > 0 && length == field.text().size();
+  field.setText(text);
+  if (all)
+    field.selectAll();
+  else if (start >= 0)
+    field.setSelection(start, length);
+  else
+    field.setCursorPosition(caret);
+}
+
+struct ButtonLook {
+  std::string caption;
+  std::string tip;
+  bool enabled = false;
+  Colour back = 0;
+  bool operator==(const ButtonLook&) const = default;
+};
+
+/// Go and Stop stand ready in bright green; Live and Blind are on while they aren't magenta.
+const char* stateOf(const QString& role, Colour back) {
+  constexpr Colour Ready = 0x00FF00;
+  constexpr Colour Magenta = 0xFF00FF;
+  if (role == "go" || role == "stop") return back == Ready ? "ready" : "quiet";
+  if (role == "mode") return back == Magenta ? "off" : "on";
+  return "";
+}
+
+void show(QAbstractButton& button, const ButtonLook& look) {
+  if (!look.caption.empty()) button.setText(text(look.caption));
+  if (!look.tip.empty()) button.setToolTip(text(look.tip));
+  button.setEnabled(look.enabled);
+  const QString role = button.property("role").toString();
+  if (role == "key" || role == "mode") theme::setState(&button, "key", theme::keyOf(look.back));
+  theme::setState(&button, "state", stateOf(role, look.back));
+}
+
+struct FieldLook {
+  std::string text;
+  bool enabled = false;
+  bool operator==(const FieldLook&) const = default;
+};
+
+struct ComboLook {
+  std::vector<std::string> items;
+  int index = -1;
+  bool operator==(const ComboLook&) const = default;
+};
+
+}  // namespace
+
+void Bindings::bind(QLabel* label, Find<Label> find) {
+  mirror(
+      [find = std::move(find)] {
+        const Label* control = find();
+        return control == nullptr ? std::string() : control->Caption;
+      },
+      [label](const std::string& caption) { label->setText(text(caption)); });
+}
+
+void Bindings::bind(QAbstractButton* button, Find<Button> find) {
+  mirror(
+      [find] {
+        const Button* control = find();
+        return control == nullptr ? ButtonLook{}
+                                  : ButtonLook{.caption = control->Caption,
+                                               .tip = control->ToolTip,
+                                               .enabled = control->Enabled,
+                                               .back = control->BackColour};
+      },
+      [button](const ButtonLook& look) { show(*button, look); });
+  QObject::connect(button, &QAbstractButton::clicked, button, [this, find] {
+    m_face.deliver([find] {
+      if (const Button* control = find()) control->click();
+    });
+  });
+}
+
+void Bindings::bind(Field* field, Find<TextBox> find) {
+  const auto underway = std::make_shared<int>(0);
+  const auto shown = std::make_shared<FieldLook>();
+  add({.copy =
+           [field, find, shown, underway] {
+             if (field->composing() || *underway > 0) return false;
+             const TextBox* control = find();
+             FieldLook now = control == nullptr
+                                 ? FieldLook{}
+                                 : FieldLook{.text = control->text(), .enabled = control->Enabled};
+             if (now == *shown) return false;
+             *shown = std::move(now);
+             return true;
+           },
+       .apply =
+           [field, shown] {
+             field->setEnabled(shown->enabled);
+             write(*field, text(shown->text));
+           }});
+  QObject::connect(field, &QLineEdit::textEdited, field, [this, find, shown, underway](const QString& typed) {
+    shown->text = typed.toStdString();
+    ++*underway;
+    m_face.deliver([find, underway, typed = shown->text] {
+      --*underway;
+      if (TextBox* control = find()) control->setText(typed);
+    });
+  });
+}
+
+void Bindings::bind(QComboBox* combo, Find<ComboBox> find) {
+  const auto shown = mirror(
+      [find] {
+        const ComboBox* control = find();
+        return control == nullptr ? ComboLook{}
+                                  : ComboLook{.items = control->items(), .index = control->listIndex()};
+      },
+      [combo](const ComboLook& look) {
+        const QSignalBlocker quiet(combo);
+        QStringList items;
+        for (const std::string& item : look.items) items.push_back(text(item));
+        QStringList before;
+        for (int i = 0; i < combo->count(); ++i) before.push_back(combo->itemText(i));
+        if (items != before) {
+          combo->clear();
+          combo->addItems(items);
+        }
+        combo->setCurrentIndex(look.index);
+      });
+  QObject::connect(combo, &QComboBox::activated, combo, [this, find, shown](int index) {
+    shown->value.index = index;
+    m_face.deliver([find, index] {
+      if (ComboBox* control = find()) control->choose(index);
+    });
+  });
+}
+
+}  // namespace velgrove

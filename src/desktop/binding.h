@@ -1,0 +1,72 @@
+#pragma once
+
+#include <QAbstractButton>
+#include <QComboBox>
+#include <QLabel>
+#include <functional>
+#include <memory>
+#include <utility>
+#include <vector>
+
+#include "controls/face.h"
+#include "controls/widgets.h"
+#include "desktop/field.h"
+
+namespace velgrove {
+
+/// The ties between the widgets of one window and the desk's values. They end with it.
+class Bindings {
+ public:
+  explicit Bindings(Face& face) : m_face(face) {}
+
+  [[nodiscard]] Face& face() const { return m_face; }
+
+  /// What a widget shows at this moment. A widget that the hand can change notes it here, so that the desk's
+  /// answer is shown even when it is the value of before.
+  template <class Value>
+  struct Seen {
+    Value value{};
+    bool known = false;  ///< false: the desk's value is shown at the next pull, whatever it is
+  };
+  template <class Value>
+  using Shown = std::shared_ptr<Seen<Value>>;
+
+  /// Shows a value whenever it differs from what is shown. `read` runs with the desk held and gives a copy,
+  /// `show` with the desk free.
+  template <class Read, class Show>
+  auto mirror(Read read, Show show) {
+    using Value = std::decay_t<decltype(read())>;
+    auto shown = std::make_shared<Seen<Value>>();
+    add({.copy =
+             [read = std::move(read), shown] {
+               Value now = read();
+               if (shown->known && shown->value == now) return false;
+               *shown = {.value = std::move(now), .known = true};
+               return true;
+             },
+         .apply = [show = std::move(show), shown] { show(shown->value); }});
+    return shown;
+  }
+
+  void add(Binder binder) { m_ties.push_back(m_face.bind(std::move(binder))); }
+
+  // Each control is looked up anew, with the desk held: the window behind it may have been closed. A look-up
+  // that gives nothing shows an empty, disabled control.
+
+  template <class T>
+  using Find = std::function<T*()>;
+
+  void bind(QLabel* label, Find<Label> find);
+  /// Caption, tip and state; a click goes to the control.
+  void bind(QAbstractButton* button, Find<Button> find);
+  /// The text both ways. What the hand types goes to the control; the desk's text comes with the caret kept,
+  /// and not while an input method composes.
+  void bind(Field* field, Find<TextBox> find);
+  void bind(QComboBox* combo, Find<ComboBox> find);
+
+ private:
+  Face& m_face;
+  std::vector<std::shared_ptr<void>> m_ties;
+};
+
+}  // namespace velgrove

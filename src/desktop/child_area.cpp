@@ -1,0 +1,114 @@
+#include "desktop/child_area.h"
+
+#include <QMdiSubWindow>
+#include <QVariant>
+#include <algorithm>
+
+#include "desktop/child_window.h"
+#include "desktop/theme.h"
+
+namespace velgrove {
+namespace {
+
+constexpr int Gap = 3;
+
+}  // namespace
+
+ChildArea::ChildArea(QWidget* parent) : QMdiArea(parent) {
+  setObjectName("children");
+  setBackground(theme::colour("well"));
+  setActivationOrder(QMdiArea::ActivationHistoryOrder);
+  setOption(QMdiArea::DontMaximizeSubWindowOnActivation);
+}
+
+void ChildArea::add(QMdiSubWindow* window, Place place) {
+  window->setProperty("place", static_cast<int>(place));
+  addSubWindow(window, Qt::WindowFlags());
+  if (const auto* child = qobject_cast<ChildWindow*>(window))
+    connect(child, &ChildWindow::movedByHand, this, [this] { m_byHand = true; });
+  layOut();
+}
+
+void ChildArea::resizeEvent(QResizeEvent* event) {
+  QMdiArea::resizeEvent(event);
+  layOut();
+}
+
+/// Compact: XY above AB beside the plot. Roomy: both lists over the whole height.
+QRect ChildArea::placeOf(Place place) const {
+  const QRect area = viewport()->rect().adjusted(Gap, Gap, -Gap, -Gap);
+  const bool roomy = theme::density() == Density::Roomy;
+  constexpr int NarrowestPlot = 300;
+  const int lists = roomy ? area.width() * 61 / 100 : std::min(644, area.width() - NarrowestPlot);
+  const int plot = area.width() - lists - Gap;
+  const int left = area.left() + plot + Gap;
+  if (place == Place::Plot) return {area.left(), area.top(), plot, area.height()};
+  const bool upper = place == Place::UpperList;
+  if (roomy) {
+    const int each = (lists - Gap) / 2;
+    return {upper ? left : left + each + Gap, area.top(), each, area.height()};
+  }
+  const int height = area.height() * 55 / 100;
+  return upper ? QRect(left, area.top(), lists, height)
+               : QRect(left, area.top() + height + Gap, lists, area.height() - height - Gap);
+}
+
+void ChildArea::layOut() {
+  if (m_byHand) return;
+  for (QMdiSubWindow* window : subWindowList()) {
+    if (window->isMinimized() || window->isMaximized()) continue;
+    window->setGeometry(placeOf(static_cast<Place>(window->property("place").toInt())));
+  }
+}
+
+QList<QMdiSubWindow*> ChildArea::openWindows() const {
+  QList<QMdiSubWindow*> open = subWindowList(QMdiArea::CreationOrder);
+  open.removeIf([](const QMdiSubWindow* window) { return !window->isVisible() || window->isMinimized(); });
+  return open;
+}
+
+void ChildArea::arrange(Arrangement::Code how) {
+  m_byHand = true;
+  switch (how) {
+    case Arrangement::Cascade:
+      cascadeSubWindows();
+      break;
+    case Arrangement::TileHorizontal:
+      tile(false);
+      break;
+    case Arrangement::TileVertical:
+      tile(true);
+      break;
+    case Arrangement::ArrangeIcons:
+      lineUpIcons();
+      break;
+  }
+}
+
+void ChildArea::tile(bool sideBySide) {
+  const auto open = openWindows();
+  if (open.isEmpty()) return;
+  const QRect area = viewport()->rect();
+  const int count = static_cast<int>(open.size());
+  for (int i = 0; i < count; ++i) {
+    open[i]->showNormal();
+    if (sideBySide) {
+      const int left = area.width() * i / count;
+      open[i]->setGeometry(left, 0, area.width() * (i + 1) / count - left, area.height());
+    } else {
+      const int top = area.height() * i / count;
+      open[i]->setGeometry(0, top, area.width(), area.height() * (i + 1) / count - top);
+    }
+  }
+}
+
+void ChildArea::lineUpIcons() {
+  int x = 0;
+  for (QMdiSubWindow* window : subWindowList(QMdiArea::CreationOrder)) {
+    if (!window->isVisible() || !window->isMinimized()) continue;
+    window->move(x, viewport()->height() - window->height());
+    x += window->width();
+  }
+}
+
+}  // namespace velgrove

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QMdiArea>
+
+#include "core/frm_main.h"
+
+namespace velgrove {
+
+/// The frame's ground for its child windows. They stand as the house lays them out - the plot at the left,
+/// the lists at the right - until the operator moves one of them or arranges them.
+class ChildArea : public QMdiArea {
+  Q_OBJECT
+
+ public:
+  explicit ChildArea(QWidget* parent = nullptr);
+
+  enum class Place { Plot, UpperList, LowerList };
+  void add(QMdiSubWindow* window, Place place);
+  void arrange(Arrangement::Code how);
+  void layOut();
+
+ protected:
+  void resizeEvent(QResizeEvent* event) override;
+
+ private:
+  void tile(bool sideBySide);
+  void lineUpIcons();
+  [[nodiscard]] QList<QMdiSubWindow*> openWindows() const;
+  [[nodiscard]] QRect placeOf(Place place) const;
+
+  bool m_byHand = false;
+};
+
+}  // namespace velgrove

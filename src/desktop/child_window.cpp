@@ -1,0 +1,94 @@
+#include "desktop/child_window.h"
+
+#include <QCloseEvent>
+#include <QMdiArea>
+#include <QScopedValueRollback>
+#include <QWindowStateChangeEvent>
+
+namespace velgrove {
+namespace {
+
+WindowState stateOf(Qt::WindowStates states) {
+  if ((states & Qt::WindowMinimized) != 0) return WindowState::Minimised;
+  return (states & Qt::WindowMaximized) != 0 ? WindowState::Maximised : WindowState::Normal;
+}
+
+}  // namespace
+
+ChildWindow::ChildWindow(QWidget* content, Face& face, FindForm find, std::function<void()> close)
+    : m_find(std::move(find)), m_close(std::move(close)), m_bindings(face) {
+  setWidget(content);
+  setFocusProxy(content);
+  setOption(QMdiSubWindow::RubberBandResize, false);
+  setSystemMenu(nullptr);
+  m_look = m_bindings.mirror(
+      [this]() -> Look {
+        const Form* form = m_find();
+        if (form == nullptr) return {};
+        return {.identity = form->Identity,
+                .caption = form->Caption,
+                .visible = form->Visible,
+                .enabled = form->Enabled,
+                .state = form->WindowState,
+                .fronts = form->Fronts};
+      },
+      [this](const Look& look) { show(look); });
+}
+
+void ChildWindow::show(const Look& look) {
+  const QScopedValueRollback writing(m_writing, true);
+  const Look before = std::exchange(m_shown, look);
+  setWindowTitle(QString::fromStdString(look.caption));
+  widget()->setWindowTitle(windowTitle());
+  widget()->setEnabled(look.enabled);
+  if (!look.visible) {
+    hide();
+    return;
+  }
+  const bool appears = !isVisible();
+  switch (look.state) {
+    case WindowState::Minimised:
+      if (!isMinimized()) showMinimized();
+      break;
+    case WindowState::Maximised:
+      if (!isMaximized()) showMaximized();
+      break;
+    case WindowState::Normal:
+      if (isMinimized() || isMaximized() || appears) showNormal();
+      break;
+  }
+  if (appears) widget()->show();
+  if (before.fronts != look.fronts || before.identity != look.identity) {
+    raise();
+    if (mdiArea() != nullptr) mdiArea()->setActiveSubWindow(this);
+  }
+}
+
+void ChildWindow::closeEvent(QCloseEvent* event) {
+  event->ignore();
+  m_bindings.face().deliver(m_close);
+}
+
+/// The hand minimised, enlarged or restored the window.
+void ChildWindow::changeEvent(QEvent* event) {
+  QMdiSubWindow::changeEvent(event);
+  if (event->type() != QEvent::WindowStateChange || m_writing) return;
+  const WindowState state = stateOf(windowState());
+  if (!m_look->known || m_look->value.state == state) return;
+  m_look->value.state = state;
+  m_bindings.face().deliver([this, state] {
+    if (Form* form = m_find()) form->WindowState = state;
+  });
+}
+
+void ChildWindow::mousePressEvent(QMouseEvent* event) {
+  m_pressed = geometry();
+  QMdiSubWindow::mousePressEvent(event);
+}
+
+void ChildWindow::mouseReleaseEvent(QMouseEvent* event) {
+  QMdiSubWindow::mouseReleaseEvent(event);
+  if (geometry() != m_pressed) emit movedByHand();
+}
+
+}  // namespace velgrove

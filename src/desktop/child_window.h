@@ -1,0 +1,52 @@
+#pragma once
+
+#include <QMdiSubWindow>
+#include <functional>
+
+#include "controls/form.h"
+#include "desktop/binding.h"
+
+namespace velgrove {
+
+/// A window inside the frame, tied to its form: caption, visible, enabled, minimised, to the front.
+class ChildWindow : public QMdiSubWindow {
+  Q_OBJECT
+
+ public:
+  using FindForm = std::function<Form*()>;
+
+  /// `close` is what the close box does; it runs with the desk held.
+  ChildWindow(QWidget* content, Face& face, FindForm find, std::function<void()> close);
+
+ signals:
+  void movedByHand();
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+  void changeEvent(QEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
+
+ private:
+  struct Look {
+    unsigned identity = 0;
+    std::string caption;
+    bool visible = false;
+    bool enabled = true;
+    WindowState state = WindowState::Normal;
+    unsigned fronts = 0;
+    friend bool operator==(const Look&, const Look&) = default;
+  };
+
+  void show(const Look& look);
+
+  FindForm m_find;
+  std::function<void()> m_close;
+  Bindings m_bindings;
+  Bindings::Shown<Look> m_look;
+  Look m_shown;
+  bool m_writing = false;
+  QRect m_pressed;
+};
+
+}  // namespace velgrove

@@ -1,0 +1,155 @@
+#include "desktop/cue_panel.h"
+
+#include <QPainter>
+#include <algorithm>
+
+#include "desktop/marks.h"
+#include "desktop/theme.h"
+
+namespace velgrove {
+namespace {
+
+constexpr const char* Lead = "Queue # ";
+
+/// A look runs from 0 to 255.
+float part(std::int16_t level) {
+  return static_cast<float>(level) / 255.0F;
+}
+
+QString timeText(std::int32_t tenths) {
+  constexpr std::int32_t TenSeconds = 100;
+  return tenths < TenSeconds ? QString::number(tenths / 10.0, 'f', 1) : QString::number((tenths + 9) / 10);
+}
+
+}  // namespace
+
+CuePanel::CuePanel(LightingDesk& desk, Bindings& bindings) {
+  setObjectName("ID_CueWindow");
+  setAccessibleName("Stage cue");
+  setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+  setAttribute(Qt::WA_OpaquePaintEvent);
+  bindings.mirror([&desk] { return look(desk); }, [this](const Look& now) { show(now); });
+}
+
+QSize CuePanel::sizeHint() const {
+  return {theme::sized(435, 800), theme::sized(58, 84)};
+}
+
+CuePanel::Look CuePanel::look(const LightingDesk& desk) {
+  Look look;
+  for (const Tool& tool : desk.frame.SSActiveToolBars1.tools())
+    if (tool.Id == "ID_CueWindow") look.text = tool.Caption;
+  const QueueList* player = desk.windows.XYQ.get();
+  if (player == nullptr) return look;
+  look.loaded = true;
+  look.nextNumber = player->lblNextNum.Caption;
+  look.nextDesc = player->NextDescText.Caption;
+  const auto rest = player->restOfFade();
+  look.fading = player->State.Fading;
+  constexpr std::int32_t Tenth = 100;  // ms
+  look.rest = static_cast<std::int32_t>((rest + Tenth - 1) / Tenth);
+  if (look.fading) {
+    look.stagePart = 1 - part(player->State.CurrentLookLevel);
+    look.nextPart = part(player->State.NextLookLevel);
+  }
+  return look;
+}
+
+/// While a fade runs, only its edges and the time change.
+void CuePanel::show(const Look& look) {
+  const bool sameWords = look.text == m_look.text && look.nextNumber == m_look.nextNumber &&
+                         look.nextDesc == m_look.nextDesc && look.loaded == m_look.loaded &&
+                         look.fading == m_look.fading;
+  const Look before = std::exchange(m_look, look);
+  if (!sameWords) {
+    setAccessibleDescription(QString::fromStdString(look.text));
+    update();
+    return;
+  }
+  if (before.rest != look.rest) update(timeRect());
+  const auto strip = [this](bool next, float from, float to) {
+    if (from == to) return;
+    QRect line = lineRect(next);
+    const auto [left, right] = std::minmax(from, to);
+    line.setRight(line.left() + qRound(static_cast<float>(line.width()) * right) + 1);
+    line.setLeft(line.left() + qRound(static_cast<float>(line.width()) * left) - 1);
+    update(line);
+  };
+  strip(false, before.stagePart, look.stagePart);
+  strip(true, before.nextPart, look.nextPart);
+}
+
+QRect CuePanel::timeRect() const {
+  const int width = theme::sized(66, 112);
+  return {this->width() - width, 0, width, height()};
+}
+
+QRect CuePanel::lineRect(bool next) const {
+  const int right = timeRect().left();
+  const int split = height() * 31 / 56;
+  return next ? QRect(1, split, right - 1, height() - split - 1) : QRect(1, 1, right - 1, split - 1);
+}
+
+void CuePanel::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  painter.fillRect(rect(), theme::colour("well"));
+  drawLine(painter, false);
+  drawLine(painter, true);
+  drawTime(painter);
+  painter.setPen(theme::colour("edge"));
+  painter.drawRect(rect().adjusted(0, 0, -1, -1));
+  painter.drawLine(timeRect().topLeft(), timeRect().bottomLeft());
+}
+
+void CuePanel::drawLine(QPainter& painter, bool next) {
+  const QRect line = lineRect(next);
+  if (!m_look.loaded) return;
+  const float lit = next ? m_look.nextPart : m_look.stagePart;
+  const QColor burning = theme::colour(next ? "nextLit" : "stageLit");
+  painter.fillRect(line, theme::colour(next ? "nextDim" : "stageDim"));
+  QRect left = line;
+  left.setWidth(qRound(static_cast<float>(line.width()) * lit));
+  painter.fillRect(left, burning);
+
+  const int mark = theme::sized(next ? 20 : 22, next ? 26 : 36);
+  QRect place(line.left() + 10, 0, mark, mark);
+  place.moveTop(line.top() + (line.height() - mark) / 2);
+  drawLetterMark(painter, place, next, theme::colour("stageInk"), burning);
+  int x = place.right() + 10;
+  const int right = line.right() - 6;
+  const auto write = [&](const QString& text, const QFont& font) {
+    painter.setFont(font);
+    const QRect room(x, line.top(), right - x, line.height());
+    painter.drawText(room, Qt::AlignLeft | Qt::AlignVCenter,
+                     painter.fontMetrics().elidedText(text, Qt::ElideRight, room.width()));
+    x += painter.fontMetrics().horizontalAdvance(text) + theme::sized(7, 10);
+  };
+  painter.setPen(theme::colour(next ? "nextInk" : "stageInk"));
+  if (next) {
+    write(QString::fromStdString(m_look.nextNumber), theme::font(theme::sized(19, 29), true));
+    write(QString::fromStdString(m_look.nextDesc), theme::condensed(theme::sized(19, 29), true));
+    return;
+  }
+  QString text = QString::fromStdString(m_look.text);
+  if (text.startsWith(Lead)) {
+    write(QString(Lead).trimmed(), theme::condensed(theme::sized(14, 22)));
+    text.remove(0, static_cast<qsizetype>(std::char_traits<char>::length(Lead)));
+  }
+  write(text.section(' ', 0, 0), theme::font(theme::sized(31, 51), true));
+  write(text.section(' ', 1), theme::condensed(theme::sized(18, 33), true));
+}
+
+void CuePanel::drawTime(QPainter& painter) {
+  const QRect box = timeRect();
+  painter.fillRect(box, theme::colour("well"));
+  if (m_look.rest == 0) return;
+  const int caption = theme::sized(16, 22);
+  painter.setPen(theme::colour("text"));
+  painter.setFont(theme::font(theme::sized(31, 52), true));
+  painter.drawText(box.adjusted(0, 0, 0, -caption), Qt::AlignCenter, timeText(m_look.rest));
+  painter.setPen(theme::colour("text2"));
+  painter.setFont(theme::condensed(theme::sized(12, 14)));
+  painter.drawText(box.adjusted(0, box.height() - caption - 4, 0, -2), Qt::AlignCenter, "s left");
+}
+
+}  // namespace velgrove

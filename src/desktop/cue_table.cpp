@@ -1,0 +1,430 @@
+#include "desktop/cue_table.h"
+
+#include <QHeaderView>
+#include <QMouseEvent>
+#include <QPainter>
+#include <algorithm>
+#include <tuple>
+
+#include "desktop/marks.h"
+#include "desktop/theme.h"
+
+namespace velgrove {
+namespace {
+
+constexpr int GutterCompact = 44;
+constexpr int GutterRoomy = 48;
+constexpr int DescColumn = 4;
+constexpr int FirstTextColumn = DescColumn;
+
+int gutter() {
+  return theme::sized(GutterCompact, GutterRoomy);
+}
+int rowPixels() {
+  return theme::sized(24, 32);
+}
+
+enum class Mark { None, Stage, Next };
+
+Mark markOf(const RowPaint& paint) {
+  switch (paint.left) {
+    case QueueList::Red:
+      return Mark::Stage;
+    case QueueList::Green:
+    case 0x80FF80:
+      return Mark::Next;
+    default:
+      return Mark::None;
+  }
+}
+
+/// The list's colour values on this desk. In a fade the strong colour is the part of the look that burns.
+QColor ofRow(Colour value) {
+  switch (value) {
+    case QueueList::Red:
+      return theme::colour("stageLit");
+    case 0x8080FF:
+      return theme::colour("stageDim");
+    case 0x80FF80:
+      return theme::colour("nextLit");
+    case QueueList::Green:
+      return theme::colour("nextDim");
+    default:
+      return theme::colour("well");
+  }
+}
+
+int splitAt(const QRect& row, const RowPaint& paint) {
+  return row.left() + qRound(static_cast<double>(row.width()) * static_cast<double>(paint.split));
+}
+
+bool isQuiet(const QString& text) {
+  return text == "None" || text == "0";
+}
+
+}  // namespace
+
+// ---- The rows
+
+void CueRows::show(const std::vector<ListView::Column>& columns, const std::vector<ListView::Row>& rows) {
+  if (m_columns.size() != columns.size()) {
+    beginResetModel();
+    m_columns = columns;
+    m_rows = rows;
+    endResetModel();
+    return;
+  }
+  const auto same = [](const ListView::Row& a, const ListView::Row& b) { return a.Identity == b.Identity; };
+  const auto shorter = std::min(m_rows.size(), rows.size());
+  std::size_t head = 0;
+  while (head < shorter && same(m_rows[head], rows[head])) ++head;
+  std::size_t tail = 0;
+  while (tail < shorter - head && same(m_rows[m_rows.size() - 1 - tail], rows[rows.size() - 1 - tail]))
+    ++tail;
+  replaceMiddle(static_cast<int>(head), static_cast<int>(m_rows.size() - head - tail),
+                static_cast<int>(rows.size() - head - tail), rows);
+  for (std::size_t r = 0; r < rows.size(); ++r) {
+    if (m_rows[r].Texts == rows[r].Texts && m_rows[r].SmallIcon == rows[r].SmallIcon) continue;
+    m_rows[r] = rows[r];
+    const int changed = static_cast<int>(r);
+    emit dataChanged(index(changed, 0), index(changed, columnCount() - 1));
+  }
+}
+
+void CueRows::replaceMiddle(int first, int removed, int inserted, const std::vector<ListView::Row>& rows) {
+  if (removed > 0) {
+    beginRemoveRows({}, first, first + removed - 1);
+    m_rows.erase(m_rows.begin() + first, m_rows.begin() + first + removed);
+    endRemoveRows();
+  }
+  if (inserted > 0) {
+    beginInsertRows({}, first, first + inserted - 1);
+    m_rows.insert(m_rows.begin() + first, rows.begin() + first, rows.begin() + first + inserted);
+    endInsertRows();
+  }
+}
+
+int CueRows::rowCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : static_cast<int>(m_rows.size());
+}
+
+int CueRows::columnCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : static_cast<int>(m_columns.size());
+}
+
+QVariant CueRows::data(const QModelIndex& index, int role) const {
+  if (role == Qt::DisplayRole)
+    return QString::fromStdString(row(index.row()).Texts[static_cast<std::size_t>(index.column())]);
+  if (role == Qt::TextAlignmentRole) return alignment(index.column()).toInt();
+  if (role == Qt::SizeHintRole) return QSize(0, m_rowHeight);
+  return {};
+}
+
+void CueRows::setRowHeight(int pixels) {
+  if (m_rowHeight == pixels) return;
+  m_rowHeight = pixels;
+  emit layoutChanged();
+}
+
+QVariant CueRows::headerData(int section, Qt::Orientation orientation, int role) const {
+  if (orientation != Qt::Horizontal) return {};
+  if (role == Qt::DisplayRole)
+    return QString::fromStdString(m_columns[static_cast<std::size_t>(section)].Header);
+  if (role == Qt::TextAlignmentRole) return alignment(section).toInt();
+  return {};
+}
+
+Qt::Alignment CueRows::alignment(int column) {
+  return Qt::AlignVCenter | (column < FirstTextColumn ? Qt::AlignRight : Qt::AlignLeft);
+}
+
+// ---- The table
+
+CueTable::CueTable(QWidget* parent) : QTreeView(parent) {
+  setModel(&m_model);
+  setRootIsDecorated(false);
+  setUniformRowHeights(true);
+  setItemsExpandable(false);
+  setSelectionMode(QAbstractItemView::NoSelection);
+  setEditTriggers(QAbstractItemView::NoEditTriggers);
+  setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  setVerticalScrollMode(QAbstractItemView::ScrollPerItem);
+  setMouseTracking(false);
+  header()->setSectionsMovable(false);
+  header()->setSectionResizeMode(QHeaderView::Fixed);
+  header()->setStretchLastSection(false);
+}
+
+void CueTable::bind(Bindings& bindings, FindPlayer find) {
+  m_face = &bindings.face();
+  m_find = std::move(find);
+  bindings.add({.copy = [this] { return copy(); }, .apply = [this] { apply(); }});
+}
+
+std::vector<CueTable::Marked> CueTable::markedRows(const QueueList& player) {
+  const auto& state = player.State;
+  std::vector<Marked> marked;
+  for (const int row :
+       {int{state.StageCue}, int{state.NextCue}, int{state.DragRow}, int{state.DragPrevRow}}) {
+    if (row < 1 || row > player.ListView2.count()) continue;
+    if (std::ranges::find(marked, row, &Marked::row) == marked.end())
+      marked.push_back({.row = row, .paint = player.rowPaint(row)});
+  }
+  return marked;
+}
+
+bool CueTable::copy() {
+  const QueueList* player = m_find();
+  if (player == nullptr) {
+    if (m_now.window == 0) return false;
+    auto columns = std::move(m_now.columns);
+    m_now = Copy{};
+    m_now.columns = std::move(columns);
+    return true;
+  }
+  const ListView& list = player->ListView2;
+  const bool rowsChanged = m_now.window != player->Window.Identity || m_now.revision != list.revision();
+  if (rowsChanged) {
+    m_now.window = player->Window.Identity;
+    m_now.revision = list.revision();
+    m_now.columns = list.Columns;
+    m_now.rows = list.rows();
+    m_now.selected = list.selected();
+    m_now.askedIntoView = list.visibleRows();
+    m_now.requests = list.visibleRequests();
+  }
+  auto marked = markedRows(*player);
+  const auto marks = std::tuple(int{player->State.StageCue}, int{player->State.NextCue}, list.MousePointer);
+  if (!rowsChanged && marked == m_now.marked &&
+      marks == std::tuple(m_now.stage, m_now.next, m_now.mousePointer))
+    return false;
+  std::tie(m_now.stage, m_now.next, m_now.mousePointer) = marks;
+  m_now.marked = std::move(marked);
+  return true;
+}
+
+void CueTable::apply() {
+  if (m_shown.window != m_now.window || m_shown.revision != m_now.revision) {
+    m_model.show(m_now.columns, m_now.rows);
+    if (m_shown.columns.size() != m_now.columns.size()) sizeColumns();
+    viewport()->update();
+  }
+  repaintMarks();
+  const bool newWindow = m_shown.window != m_now.window;
+  const bool marksMoved = m_shown.stage != m_now.stage || m_shown.next != m_now.next;
+  const bool asked = m_shown.requests != m_now.requests;
+  viewport()->setCursor(m_now.mousePointer == ListView::Pointer::Forbidden ? Qt::ForbiddenCursor
+                                                                           : Qt::ArrowCursor);
+  m_shown = m_now;
+  if (asked) std::ranges::for_each(m_now.askedIntoView, [this](int row) { bringIntoView(row); });
+  if (newWindow || marksMoved) scrollToMarks();
+}
+
+/// A running fade moves an edge through its row: only the strip that it passed is painted.
+void CueTable::repaintMarks() {
+  const auto paintIn = [](const Copy& copy, int row) {
+    const auto found = std::ranges::find(copy.marked, row, &Marked::row);
+    return found == copy.marked.end() ? RowPaint{} : found->paint;
+  };
+  for (const Copy* copy : {&m_shown, &m_now}) {
+    for (const Marked& marked : copy->marked) {
+      const RowPaint before = paintIn(m_shown, marked.row);
+      const RowPaint now = paintIn(m_now, marked.row);
+      if (before == now) continue;
+      QRect changed = rowRect(marked.row);
+      if (before.left == now.left && before.right == now.right) {
+        const auto [from, to] = std::minmax({splitAt(changed, before), splitAt(changed, now)});
+        if (from == to) continue;
+        changed.setLeft(from);
+        changed.setRight(to - 1);
+      }
+      viewport()->update(changed);
+    }
+  }
+}
+
+/// Keeps one row above the stage, and the next row, in view.
+void CueTable::scrollToMarks() {
+  for (const int row : {m_now.next, m_now.stage, m_now.stage - 1}) bringIntoView(row);
+}
+
+void CueTable::bringIntoView(int row) {
+  if (row >= 1 && row <= m_model.rowCount()) scrollTo(m_model.index(row - 1, 0));
+}
+
+RowPaint CueTable::paintOf(int row) const {
+  const auto found = std::ranges::find(m_shown.marked, row, &Marked::row);
+  return found == m_shown.marked.end() ? RowPaint{} : found->paint;
+}
+
+// ---- Geometry
+
+QRect CueTable::rowRect(int row) const {
+  QRect rect = visualRect(m_model.index(row - 1, 0));
+  rect.setLeft(0);
+  rect.setRight(viewport()->width() - 1);
+  return rect;
+}
+
+int CueTable::rowAt(const QPoint& point) const {
+  if (!viewport()->rect().contains(point)) return 0;
+  const QModelIndex index = indexAt({1, point.y()});
+  return index.isValid() ? index.row() + 1 : 0;
+}
+
+/// The columns keep their widths; the description takes what is left.
+void CueTable::sizeColumns() {
+  if (m_model.columnCount() <= DescColumn) return;
+  int left = viewport()->width();
+  for (int column = 0; column < m_model.columnCount(); ++column) {
+    if (column == DescColumn) continue;
+    const int width = m_now.columns[static_cast<std::size_t>(column)].Width + (column == 0 ? gutter() : 0) +
+                      (column > DescColumn ? theme::sized(4, 10) : 0);
+    header()->resizeSection(column, width);
+    left -= width;
+  }
+  header()->resizeSection(DescColumn, std::max(left, m_now.columns[DescColumn].Width / 2));
+}
+
+void CueTable::resizeEvent(QResizeEvent* event) {
+  QTreeView::resizeEvent(event);
+  sizeColumns();
+}
+
+void CueTable::changeEvent(QEvent* event) {
+  QTreeView::changeEvent(event);
+  if (event->type() == QEvent::StyleChange || event->type() == QEvent::FontChange) {
+    m_model.setRowHeight(rowPixels());
+    sizeColumns();
+  }
+}
+
+// ---- Painting
+
+void CueTable::paintEvent(QPaintEvent* event) {
+  m_painted = event->rect();
+  QTreeView::paintEvent(event);
+}
+
+void CueTable::drawRow(QPainter* painter, const QStyleOptionViewItem& option,
+                       const QModelIndex& index) const {
+  const int row = index.row() + 1;
+  QRect rect = option.rect;
+  rect.setLeft(0);
+  rect.setRight(viewport()->width() - 1);
+  const RowPaint paint = paintOf(row);
+  painter->fillRect(rect, ofRow(paint.right));
+  if (paint.left != paint.right) {
+    QRect left = rect;
+    left.setRight(splitAt(rect, paint) - 1);
+    painter->fillRect(left, ofRow(paint.left));
+  }
+  painter->setPen(theme::colour("rowLine"));
+  painter->drawLine(rect.bottomLeft(), rect.bottomRight());
+  drawCells(*painter, rect, index.row(), paint);
+  drawMarks(*painter, rect, m_model.row(index.row()).SmallIcon, paint);
+  if (row == m_shown.selected) {
+    painter->setPen(theme::colour("text"));
+    painter->drawRect(rect.adjusted(0, 0, -1, -1));
+  }
+}
+
+void CueTable::drawCells(QPainter& painter, const QRect& row, int index, const RowPaint& paint) const {
+  const Mark mark = markOf(paint);
+  const bool marked = mark != Mark::None;
+  const QFont number = theme::font(theme::sized(15, 17), marked);
+  const QFont words = theme::condensed(theme::sized(15, 17), marked);
+  for (int column = 0; column < m_model.columnCount(); ++column) {
+    QRect cell(header()->sectionViewportPosition(column), row.top(), header()->sectionSize(column),
+               row.height());
+    if (!cell.intersects(m_painted)) continue;
+    cell.adjust(4, 0, column < FirstTextColumn ? -8 : -4, 0);
+    const QString text = m_model.data(m_model.index(index, column), Qt::DisplayRole).toString();
+    painter.setFont(column == DescColumn ? words : number);
+    painter.setPen(marked ? theme::colour(mark == Mark::Stage ? "stageInk" : "nextInk")
+                          : theme::colour(column > 0 && isQuiet(text) ? "text3" : "text"));
+    painter.drawText(
+        cell, CueRows::alignment(column).toInt() | Qt::TextSingleLine,
+        column == DescColumn ? painter.fontMetrics().elidedText(text, Qt::ElideRight, cell.width()) : text);
+  }
+}
+
+/// Left in the gutter the pointer or the loop, right of it S for the stage and N for the next cue, so that
+/// the rows are told apart without their colours.
+void CueTable::drawMarks(QPainter& painter, const QRect& row, int icon, const RowPaint& paint) const {
+  if (row.left() + gutter() < m_painted.left()) return;
+  const Mark mark = markOf(paint);
+  const QColor ink = theme::colour(mark == Mark::None ? "text" : "stageInk");
+  const int middle = row.center().y() + 1;
+  if (icon == QueueList::PointerIcon || icon == QueueList::LoopIcon) {
+    const bool loop = icon == QueueList::LoopIcon;
+    constexpr int Size = 16;
+    painter.drawPixmap(4, middle - Size / 2,
+                       theme::picture(loop ? "mark_loop" : "mark_pointer", Size,
+                                      loop ? theme::colour("keyYellow") : ink, devicePixelRatioF()));
+  }
+  if (mark == Mark::None) return;
+  drawLetterMark(painter, QRectF(22, middle - 8, 16, 16), mark == Mark::Next, ink, ofRow(paint.left));
+}
+
+// ---- The hand and the keys
+
+void CueTable::act(void (QueueList::*handler)(int), int row) {
+  m_face->deliver([this, handler, row] {
+    if (QueueList* player = m_find()) (player->*handler)(row);
+  });
+}
+
+void CueTable::mousePressEvent(QMouseEvent* event) {
+  if (event->button() == Qt::LeftButton)
+    act(&QueueList::ListView2_MouseDown, rowAt(event->position().toPoint()));
+}
+
+void CueTable::mouseMoveEvent(QMouseEvent* event) {
+  if ((event->buttons() & Qt::LeftButton) != 0)
+    act(&QueueList::ListView2_MouseMove, rowAt(event->position().toPoint()));
+}
+
+void CueTable::mouseReleaseEvent(QMouseEvent* event) {
+  if (event->button() == Qt::LeftButton)
+    act(&QueueList::ListView2_MouseUp, rowAt(event->position().toPoint()));
+}
+
+void CueTable::mouseDoubleClickEvent(QMouseEvent* event) {
+  mousePressEvent(event);
+}
+
+/// The arrow keys click the row that they lead to.
+void CueTable::keyPressEvent(QKeyEvent* event) {
+  const int page = std::max(viewport()->height() / rowPixels() - 1, 1);
+  const int from = std::max(m_now.selected, 1);
+  switch (event->key()) {
+    case Qt::Key_Up:
+      return choose(m_now.selected == 0 ? m_now.stage : from - 1);
+    case Qt::Key_Down:
+      return choose(m_now.selected == 0 ? m_now.stage : from + 1);
+    case Qt::Key_PageUp:
+      return choose(from - page);
+    case Qt::Key_PageDown:
+      return choose(from + page);
+    case Qt::Key_Home:
+      return choose(1);
+    case Qt::Key_End:
+      return choose(m_model.rowCount());
+    default:
+      event->ignore();
+  }
+}
+
+void CueTable::choose(int row) {
+  if (m_model.rowCount() == 0) return;
+  row = std::clamp(row, 1, m_model.rowCount());
+  m_face->deliver([this, row] {
+    QueueList* player = m_find();
+    if (player == nullptr) return;
+    player->ListView2_MouseDown(row);
+    player->ListView2_MouseUp(row);
+  });
+}
+
+}  // namespace velgrove

@@ -1,0 +1,365 @@
+#include "desktop/cue_window.h"
+
+#include <QEvent>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QVBoxLayout>
+#include <algorithm>
+#include <array>
+
+#include "desktop/theme.h"
+
+namespace velgrove {
+namespace {
+
+// Inside the frame of a window that is 640 or 560 wide.
+constexpr int ButtonsBreakCompact = 634;
+constexpr int ButtonsBreakRoomy = 554;
+
+void setType(QLabel& label, const char* type) {
+  label.setProperty("type", type);
+}
+
+/// A row's worth of captions and values, "Dwn 5  Dly 1  Up 8".
+void addPairs(QBoxLayout& row, const std::vector<std::pair<QLabel*, QLabel*>>& pairs) {
+  for (const auto& [caption, value] : pairs) {
+    row.addWidget(caption);
+    row.addSpacing(3);
+    row.addWidget(value);
+    row.addSpacing(8);
+  }
+}
+
+void discard(QLayout* layout) {
+  while (QLayoutItem* item = layout->takeAt(0)) {
+    if (item->layout() != nullptr) discard(item->layout());
+    if (item->layout() == nullptr) delete item;
+  }
+  delete layout;
+}
+
+}  // namespace
+
+CueWindow::CueWindow(const QString& name, Face& face, FindPlayer find)
+    : m_find(std::move(find)), m_bindings(face) {
+  setObjectName(name);
+  nameStatusLine(m_stage, "STAGE:", "stage",
+                 {{&m_stage.number, "lblStageNum"},
+                  {&m_stage.desc, "StageDescText"},
+                  {&m_stage.down, "lblStageDown2"},
+                  {&m_stage.delay, "lblStageDelay2"},
+                  {&m_stage.up, "lblStageUp2"}});
+  nameStatusLine(m_next, "NEXT:", "next",
+                 {{&m_next.number, "lblNextNum"},
+                  {&m_next.desc, "NextDescText"},
+                  {&m_next.down, "lblNextDown"},
+                  {&m_next.delay, "lblNextDelay"},
+                  {&m_next.up, "lblNextUp"}});
+  dressButtons();
+  dressFields();
+  m_table.setObjectName("ListView2");
+  m_table.setAccessibleName(name.startsWith("AB") ? "AB cues" : "XY cues");
+  bindControls();
+  layOut();
+  setFocusOrder();
+  setFocusProxy(&m_table);
+}
+
+void CueWindow::nameStatusLine(StatusLine& line, const char* caption, const char* tone,
+                               const std::vector<std::pair<QLabel*, const char*>>& names) {
+  line.caption.setText(caption);
+  line.caption.setProperty("tone", tone);
+  line.number.setProperty("tone", tone);
+  setType(line.number, "number");
+  setType(line.desc, "desc");
+  for (QLabel* quiet : {&line.downCaption, &line.delayCaption, &line.upCaption}) setType(*quiet, "caption");
+  for (const auto& [label, name] : names) label->setObjectName(name);
+  line.desc.setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+  line.desc.setMinimumWidth(60);
+}
+
+void CueWindow::dressButtons() {
+  struct Dress {
+    QPushButton* button;
+    const char* name;
+    const char* role;
+    const char* spoken;
+  };
+  const std::array dresses{
+      Dress{&m_go, "cmdGoForward", "go", "Go"},
+      Dress{&m_stop, "cmdStop", "stop", "Stop"},
+      Dress{&m_stepUp, "cmdDecrementStageCue", "key", "Stage cue back"},
+      Dress{&m_stepDown, "cmdAdvanceStageCue", "key", "Stage cue on"},
+      Dress{&m_record, "cmdRecord", "key", "Record cue"},
+      Dress{&m_update, "cmdUpdate", "key", "Update cue"},
+      Dress{&m_insert, "cmdInsertCue", "key", "Insert cue"},
+      Dress{&m_delete, "cmdDeleteCue", "key", "Delete cue"},
+      Dress{&m_copyCue, "cmdCopy", "key", "Copy cue"},
+      Dress{&m_paste, "cmdPaste", "key", "Paste cue"},
+      Dress{&m_stageCue, "cmdMakeStageCue", "key", "Make stage cue"},
+      Dress{&m_nextCue, "cmdMakeNextCue", "key", "Make next cue"},
+      Dress{&m_loop, "cmdLoop", "key", "Loop"},
+      Dress{&m_live, "cmdLiveView", "mode", "Live"},
+      Dress{&m_blind, "cmdBlindView", "mode", "Blind"},
+  };
+  for (const Dress& dress : dresses) {
+    dress.button->setObjectName(dress.name);
+    dress.button->setProperty("role", dress.role);
+    dress.button->setAccessibleName(dress.spoken);
+    dress.button->setAutoDefault(false);
+    dress.button->setFocusPolicy(Qt::StrongFocus);
+  }
+  m_stepUp.setIcon(theme::icon("arrow_up"));
+  m_stepDown.setIcon(theme::icon("arrow_down"));
+}
+
+void CueWindow::dressFields() {
+  struct Dress {
+    QWidget* field;
+    const char* name;
+    const char* spoken;
+  };
+  const std::array dresses{
+      Dress{&m_number, "CueNum", "Cue number"},
+      Dress{&m_down, "CueDown", "Down, seconds"},
+      Dress{&m_delay, "CueDelay", "Delay, seconds"},
+      Dress{&m_up, "CueUp", "Up, seconds"},
+      Dress{&m_desc, "CueDesc", "Description"},
+      Dress{&m_linkList, "QListCombo", "List to start"},
+      Dress{&m_linkNumber, "QListNumberCombo", "Cue to start"},
+  };
+  for (const Dress& dress : dresses) {
+    dress.field->setObjectName(dress.name);
+    dress.field->setAccessibleName(dress.spoken);
+    dress.field->setToolTip(dress.spoken);
+  }
+}
+
+void CueWindow::bindControls() {
+  const auto tie = [this](auto* widget, auto QueueList::*control) {
+    using Control = std::remove_reference_t<decltype(std::declval<QueueList>().*control)>;
+    m_bindings.bind(widget, Bindings::Find<Control>([this, control]() -> Control* {
+                      QueueList* player = m_find();
+                      return player == nullptr ? nullptr : &(player->*control);
+                    }));
+  };
+  const auto tieButton = [&](QPushButton& button, Button QueueList::*control) {
+    tie(static_cast<QAbstractButton*>(&button), control);
+  };
+  tie(&m_stage.number, &QueueList::lblStageNum);
+  tie(&m_stage.down, &QueueList::lblStageDown2);
+  tie(&m_stage.delay, &QueueList::lblStageDelay2);
+  tie(&m_stage.up, &QueueList::lblStageUp2);
+  tie(&m_stage.desc, &QueueList::StageDescText);
+  tie(&m_next.number, &QueueList::lblNextNum);
+  tie(&m_next.down, &QueueList::lblNextDown);
+  tie(&m_next.delay, &QueueList::lblNextDelay);
+  tie(&m_next.up, &QueueList::lblNextUp);
+  tie(&m_next.desc, &QueueList::NextDescText);
+  tieButton(m_go, &QueueList::cmdGoForward);
+  tieButton(m_stop, &QueueList::cmdStop);
+  tieButton(m_stepUp, &QueueList::cmdDecrementStageCue);
+  tieButton(m_stepDown, &QueueList::cmdAdvanceStageCue);
+  tieButton(m_record, &QueueList::cmdRecord);
+  tieButton(m_update, &QueueList::cmdUpdate);
+  tieButton(m_insert, &QueueList::cmdInsertCue);
+  tieButton(m_delete, &QueueList::cmdDeleteCue);
+  tieButton(m_copyCue, &QueueList::cmdCopy);
+  tieButton(m_paste, &QueueList::cmdPaste);
+  tieButton(m_stageCue, &QueueList::cmdMakeStageCue);
+  tieButton(m_nextCue, &QueueList::cmdMakeNextCue);
+  tieButton(m_loop, &QueueList::cmdLoop);
+  tieButton(m_live, &QueueList::cmdLiveView);
+  tieButton(m_blind, &QueueList::cmdBlindView);
+  tie(&m_number, &QueueList::CueNum);
+  tie(&m_down, &QueueList::CueDown);
+  tie(&m_delay, &QueueList::CueDelay);
+  tie(&m_up, &QueueList::CueUp);
+  tie(&m_desc, &QueueList::CueDesc);
+  tie(&m_linkList, &QueueList::QListCombo);
+  tie(&m_linkNumber, &QueueList::QListNumberCombo);
+  m_table.bind(m_bindings, m_find);
+}
+
+// ---- Layout
+
+/// Density and the number of button rows decide the arrangement.
+int CueWindow::shapeNow() const {
+  const bool narrow = width() < theme::sized(ButtonsBreakCompact, ButtonsBreakRoomy);
+  return theme::sized(0, 2) + (narrow ? 1 : 0);
+}
+
+std::vector<std::vector<QPushButton*>> CueWindow::buttonRows() {
+  const std::vector<QPushButton*> keeping{&m_record, &m_update, &m_insert, &m_delete, &m_copyCue, &m_paste};
+  const std::vector<QPushButton*> marking{&m_stageCue, &m_nextCue, &m_loop, &m_live, &m_blind};
+  switch (m_shape) {
+    case 0: {
+      auto all = keeping;
+      all.insert(all.end(), marking.begin(), marking.end());
+      return {all};
+    }
+    case 3:
+      return {{&m_record, &m_update, &m_insert, &m_delete},
+              {&m_copyCue, &m_paste, &m_stageCue, &m_nextCue},
+              {&m_loop, &m_live, &m_blind}};
+    default:
+      return {keeping, marking};
+  }
+}
+
+void CueWindow::layOutCompactStatus() {
+  auto* grid = new QGridLayout(&m_statusGroup);
+  grid->setContentsMargins(8, 6, 8, 4);
+  grid->setHorizontalSpacing(8);
+  grid->setVerticalSpacing(0);
+  int row = 0;
+  for (const auto& [line, button] : {std::pair(&m_stage, &m_stepUp), std::pair(&m_next, &m_stepDown)}) {
+    line->number.setFixedWidth(70);
+    line->number.setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    auto* pairs = new QHBoxLayout;
+    pairs->setSpacing(0);
+    addPairs(*pairs, {{&line->downCaption, &line->down},
+                      {&line->delayCaption, &line->delay},
+                      {&line->upCaption, &line->up}});
+    button->setFixedSize(26, 24);
+    grid->addWidget(&line->caption, row, 0);
+    grid->addWidget(&line->number, row, 1);
+    grid->addWidget(&line->desc, row, 2);
+    grid->addLayout(pairs, row, 3);
+    grid->addWidget(button, row, 4);
+    ++row;
+  }
+  grid->setColumnStretch(2, 1);
+
+  auto* fading = new QHBoxLayout(&m_fadingGroup);
+  fading->setContentsMargins(8, 6, 8, 6);
+  fading->setSpacing(6);
+  m_go.setFixedSize(72, 46);
+  m_stop.setFixedSize(60, 46);
+  fading->addWidget(&m_go);
+  fading->addWidget(&m_stop);
+}
+
+void CueWindow::layOutRoomyStatus() {
+  auto* grid = new QGridLayout(&m_statusGroup);
+  grid->setContentsMargins(10, 8, 10, 6);
+  grid->setHorizontalSpacing(12);
+  grid->setVerticalSpacing(0);
+  int row = 0;
+  for (const auto& [line, button] : {std::pair(&m_stage, &m_stepUp), std::pair(&m_next, &m_stepDown)}) {
+    line->number.setFixedWidth(118);
+    line->number.setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    auto* pairs = new QHBoxLayout;
+    pairs->setSpacing(0);
+    addPairs(*pairs, {{&line->downCaption, &line->down},
+                      {&line->delayCaption, &line->delay},
+                      {&line->upCaption, &line->up}});
+    pairs->addStretch(1);
+    auto* words = new QVBoxLayout;
+    words->setSpacing(2);
+    words->addWidget(&line->desc);
+    words->addLayout(pairs);
+    auto* numbers = new QVBoxLayout;
+    numbers->setSpacing(0);
+    numbers->addWidget(&line->caption);
+    numbers->addWidget(&line->number);
+    button->setFixedSize(34, 32);
+    grid->addLayout(numbers, row, 0);
+    grid->addLayout(words, row, 1);
+    grid->addWidget(button, row, 2);
+    ++row;
+  }
+  grid->setColumnStretch(1, 1);
+
+  auto* fading = new QVBoxLayout(&m_fadingGroup);
+  fading->setContentsMargins(8, 8, 8, 8);
+  fading->setSpacing(8);
+  m_go.setFixedSize(104, 76);
+  m_stop.setFixedSize(104, 48);
+  fading->addWidget(&m_go);
+  fading->addWidget(&m_stop);
+}
+
+QBoxLayout* CueWindow::editorRow() {
+  m_number.setFixedWidth(theme::sized(76, 84));
+  for (Field* time : {&m_down, &m_delay, &m_up}) time->setFixedWidth(theme::sized(48, 56));
+  for (QComboBox* combo : {&m_linkList, &m_linkNumber}) combo->setMinimumWidth(theme::sized(62, 130));
+  auto* row = new QHBoxLayout;
+  row->setSpacing(4);
+  for (Field* field : {&m_number, &m_down, &m_delay, &m_up}) row->addWidget(field);
+  row->addWidget(&m_desc, 1);
+  return row;
+}
+
+void CueWindow::layOut() {
+  m_shape = shapeNow();
+  const bool roomy = theme::density() == Density::Roomy;
+  for (QLayout* old : {m_statusGroup.layout(), m_fadingGroup.layout(), m_linkGroup.layout(), layout()})
+    if (old != nullptr) discard(old);
+  roomy ? layOutRoomyStatus() : layOutCompactStatus();
+
+  auto* links = new QHBoxLayout(&m_linkGroup);
+  links->setContentsMargins(6, roomy ? 6 : 4, 6, roomy ? 6 : 4);
+  links->setSpacing(6);
+  links->addWidget(&m_linkList);
+  links->addWidget(&m_linkNumber);
+
+  auto* all = new QVBoxLayout(this);
+  all->setContentsMargins(6, 4, 6, 6);
+  all->setSpacing(theme::sized(4, 8));
+  auto* top = new QHBoxLayout;
+  top->setSpacing(8);
+  top->addWidget(&m_statusGroup, 1);
+  top->addWidget(&m_fadingGroup);
+  all->addLayout(top);
+  all->addWidget(&m_table, 1);
+  QBoxLayout* editors = editorRow();
+  all->addLayout(editors);
+  if (roomy) {
+    auto* linkRow = new QHBoxLayout;
+    linkRow->addWidget(&m_linkGroup);
+    linkRow->addStretch(1);
+    all->addLayout(linkRow);
+  } else {
+    editors->addSpacing(4);
+    editors->addWidget(&m_linkGroup);
+  }
+  for (const auto& buttons : buttonRows()) {
+    auto* row = new QHBoxLayout;
+    row->setSpacing(theme::sized(4, 6));
+    for (QPushButton* button : buttons) {
+      // The buttons stand in the groups in which the hand looks for them.
+      const bool beginsGroup =
+          button == &m_insert || button == &m_copyCue || button == &m_stageCue || button == &m_live;
+      if (beginsGroup && button != buttons.front() && !roomy) row->addSpacing(6);
+      row->addWidget(button, m_shape == 0 ? 0 : 1);
+    }
+    if (m_shape == 0) row->addStretch(1);
+    all->addLayout(row);
+  }
+}
+
+void CueWindow::setFocusOrder() {
+  const std::vector<QWidget*> order{&m_table,    &m_number,     &m_down,     &m_delay,   &m_up,     &m_desc,
+                                    &m_linkList, &m_linkNumber, &m_record,   &m_update,  &m_insert, &m_delete,
+                                    &m_copyCue,  &m_paste,      &m_stageCue, &m_nextCue, &m_loop,   &m_live,
+                                    &m_blind,    &m_stepUp,     &m_stepDown, &m_stop,    &m_go};
+  for (std::size_t i = 1; i < order.size(); ++i) setTabOrder(order[i - 1], order[i]);
+}
+
+void CueWindow::changeEvent(QEvent* event) {
+  QWidget::changeEvent(event);
+  if (event->type() == QEvent::StyleChange && m_shape >= 0 && m_shape != shapeNow()) layOut();
+}
+
+void CueWindow::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  if (m_shape != shapeNow()) layOut();
+}
+
+void CueWindow::showEvent(QShowEvent* event) {
+  QWidget::showEvent(event);
+  m_table.setFocus();
+}
+
+}  // namespace velgrove

@@ -1,0 +1,76 @@
+#pragma once
+
+#include <QBoxLayout>
+#include <QGroupBox>
+#include <QPushButton>
+#include <QWidget>
+#include <functional>
+#include <vector>
+
+#include "desktop/binding.h"
+#include "desktop/cue_table.h"
+
+namespace velgrove {
+
+/// The window of a cue player: status and Go on top, the list, editing below.
+class CueWindow : public QWidget {
+  Q_OBJECT
+
+ public:
+  using FindPlayer = std::function<QueueList*()>;
+
+  /// `name` is the window's own, "ABQueueList" or "XYQueueList".
+  CueWindow(const QString& name, Face& face, FindPlayer find);
+
+  [[nodiscard]] CueTable& table() { return m_table; }
+
+ protected:
+  void changeEvent(QEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+  void showEvent(QShowEvent* event) override;
+
+ private:
+  /// What the panel says of the stage or the next cue.
+  struct StatusLine {
+    QLabel caption;
+    QLabel number;
+    QLabel desc;
+    QLabel down;
+    QLabel delay;
+    QLabel up;
+    QLabel downCaption{"Dwn"};
+    QLabel delayCaption{"Dly"};
+    QLabel upCaption{"Up"};
+  };
+
+  void nameStatusLine(StatusLine& line, const char* caption, const char* tone,
+                      const std::vector<std::pair<QLabel*, const char*>>& names);
+  void dressButtons();
+  void dressFields();
+  void bindControls();
+  void layOutCompactStatus();
+  void layOutRoomyStatus();
+  void layOut();
+  [[nodiscard]] int shapeNow() const;
+  void setFocusOrder();
+  [[nodiscard]] std::vector<std::vector<QPushButton*>> buttonRows();
+  [[nodiscard]] QBoxLayout* editorRow();
+
+  FindPlayer m_find;
+  // The groups go after what stands in them.
+  QGroupBox m_statusGroup{"Cue Status"};
+  QGroupBox m_fadingGroup{"Fading"};
+  QGroupBox m_linkGroup{"Simultaneous Start"};
+  StatusLine m_stage;
+  StatusLine m_next;
+  QPushButton m_stepUp, m_stepDown, m_go, m_stop;
+  QPushButton m_record, m_update, m_insert, m_delete, m_copyCue, m_paste;
+  QPushButton m_stageCue, m_nextCue, m_loop, m_live, m_blind;
+  Field m_number, m_down, m_delay, m_up, m_desc;
+  QComboBox m_linkList, m_linkNumber;
+  CueTable m_table;
+  int m_shape = -1;     ///< the arrangement in use
+  Bindings m_bindings;  // last: its ties go first
+};
+
+}  // namespace velgrove

@@ -1,0 +1,127 @@
+#include "desktop/desktop.h"
+
+#include <QApplication>
+#include <QScreen>
+#include <QSocketNotifier>
+#include <csignal>
+#include <exception>
+#include <iostream>
+#include <sys/signalfd.h>
+#include <unistd.h>
+
+#include "core/live_desk.h"
+#include "desktop/frame_window.h"
+#include "desktop/message_boxes.h"
+#include "desktop/open_dialog.h"
+#include "desktop/platform_dialogs.h"
+#include "desktop/qt_loop.h"
+#include "desktop/small_dialogs.h"
+#include "desktop/style.h"
+#include "desktop/theme.h"
+
+namespace velgrove {
+namespace {
+
+/// The signals that ask the desk to end. They are blocked in every thread from the start and read as events,
+/// so that the port closes behind a whole frame.
+class EndingSignals {
+ public:
+  EndingSignals() {
+    sigemptyset(&m_signals);
+    for (const int ending : {SIGTERM, SIGINT, SIGHUP}) sigaddset(&m_signals, ending);
+    pthread_sigmask(SIG_BLOCK, &m_signals, nullptr);
+    m_file = signalfd(-1, &m_signals, SFD_CLOEXEC | SFD_NONBLOCK);
+  }
+  ~EndingSignals() { ::close(m_file); }
+  EndingSignals(const EndingSignals&) = delete;
+  EndingSignals& operator=(const EndingSignals&) = delete;
+
+  [[nodiscard]] int file() const { return m_file; }
+
+ private:
+  sigset_t m_signals{};
+  int m_file = -1;
+};
+
+/// The desk and its windows.
+class Desktop {
+ public:
+  explicit Desktop(const EndingSignals& ending)
+      : m_house({.show = {},
+                 .portByHand = {},
+                 .boxes = {},
+                 .statusChanged = {},
+                 .loop = loop(),
+                 .places = thisProcessPlaces()}),
+        m_signals(ending.file(), QSocketNotifier::Read) {
+    m_loop.serve = [this] { serve(); };
+    QObject::connect(&m_signals, &QSocketNotifier::activated, &m_signals, [this] { m_house.end(); });
+    desk().machine.Dialogs = m_dialogs.dialogs();
+  }
+
+  int run() {
+    m_house.start();
+    if (!m_house.ended()) QApplication::exec();
+    m_house.close();
+    return 0;
+  }
+
+ private:
+  LightingDesk& desk() { return m_house.desk(); }
+  Face& face() { return m_house.face(); }
+
+  Face::Loop loop() {
+    return {.processEvents = [] { QtLoop::processEvents(); },
+            .paintEvents = [](Milliseconds time) { QtLoop::paintEvents(time); },
+            .wake = [this] { m_loop.wake(); },
+            .showBox =
+                [this](const Box& box, bool waitedFor, std::function<void(BoxAnswer)> answered) {
+                  showMessageBox(above(), box, waitedFor, std::move(answered));
+                }};
+  }
+
+  /// Boxes come up over the window that the operator has before him.
+  QWidget* above() {
+    if (QWidget* modal = QApplication::activeModalWidget()) return modal;
+    return m_frame.isVisible() ? &m_frame : nullptr;
+  }
+
+  void serve() {
+    if (m_house.ended())
+      QApplication::exit();  // not quit(), which asks every window first
+    else
+      face().serve();
+  }
+
+  QtLoop m_loop;
+  LiveDesk m_house;
+  SplashWindow m_splash{nullptr, face(), desk().Splash};
+  FrameWindow m_frame{desk(), face()};
+  StatusWindow m_status{nullptr, face(), desk().windows.Comm};
+  OpenDialog m_open{&m_frame, face(), desk().OpenProject};
+  SaveQuestion m_question{&m_frame, face(), desk().WanttoSave};
+  AboutWindow m_about{&m_frame, face(), desk().About};
+  PlatformDialogs m_dialogs{face(), &m_frame};
+  QSocketNotifier m_signals;
+};
+
+}  // namespace
+
+int runDesktop(int argc, char** argv) {
+  const EndingSignals ending;
+  QApplication app(argc, argv);
+  QApplication::setApplicationName("Velgrove");
+  QApplication::setDesktopFileName("velgrove");
+  QApplication::setQuitOnLastWindowClosed(false);
+  QApplication::setStyle(new DeskStyle);
+  const int width = QApplication::primaryScreen()->availableGeometry().width();
+  theme::apply(width < theme::RoomyFrom ? Density::Compact : Density::Roomy);
+  try {
+    return Desktop(ending).run();
+  } catch (const std::exception& error) {
+    std::cerr << "velgrove: " << error.what() << '\n';
+    return 1;
+  }
+}
+
+}  // namespace velgrove

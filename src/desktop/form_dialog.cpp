@@ -1,0 +1,46 @@
+#include "desktop/form_dialog.h"
+
+#include <QCloseEvent>
+
+namespace velgrove {
+
+FormDialog::FormDialog(const QString& name, QWidget* above, Face& face, Form& form,
+                       std::function<void()> close, Qt::WindowFlags flags)
+    : QDialog(above, flags), m_close(std::move(close)), m_bindings(face) {
+  setObjectName(name);
+  m_bindings.mirror(
+      [&form]() -> Look {
+        return {.caption = form.Caption, .visible = form.Visible, .modal = form.Modal, .fronts = form.Fronts};
+      },
+      [this](const Look& look) { show(look); });
+}
+
+void FormDialog::show(const Look& look) {
+  setWindowTitle(QString::fromStdString(look.caption));
+  if (!look.visible) {
+    hide();
+    return;
+  }
+  const bool appears = !isVisible();
+  if (appears) {
+    setWindowModality(look.modal ? Qt::ApplicationModal : Qt::NonModal);
+    QDialog::show();
+  }
+  if (appears || std::exchange(m_fronts, look.fronts) != look.fronts) {
+    raise();
+    if (look.modal || !appears) activateWindow();
+  }
+  m_fronts = look.fronts;
+  if (appears) appear();
+}
+
+void FormDialog::closeEvent(QCloseEvent* event) {
+  event->ignore();
+  m_bindings.face().deliver(m_close);
+}
+
+void FormDialog::reject() {
+  m_bindings.face().deliver(m_close);
+}
+
+}  // namespace velgrove

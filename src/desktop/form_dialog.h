@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QDialog>
+#include <functional>
+
+#include "controls/form.h"
+#include "desktop/binding.h"
+
+namespace velgrove {
+
+/// A window of its own, tied to its form: caption, visible, modal, to the front.
+class FormDialog : public QDialog {
+  Q_OBJECT
+
+ public:
+  /// The form lives as long as the desk. `close` is what the close box and Escape do; it runs with the desk
+  /// held.
+  FormDialog(const QString& name, QWidget* above, Face& face, Form& form, std::function<void()> close,
+             Qt::WindowFlags flags = Qt::Dialog);
+
+ protected:
+  [[nodiscard]] Bindings& bindings() { return m_bindings; }
+  /// The dialog comes up: takes the focus to its place.
+  virtual void appear() {}
+
+  void closeEvent(QCloseEvent* event) override;
+  void reject() override;
+
+ private:
+  struct Look {
+    std::string caption;
+    bool visible = false;
+    bool modal = false;
+    unsigned fronts = 0;
+    friend bool operator==(const Look&, const Look&) = default;
+  };
+  void show(const Look& look);
+
+  std::function<void()> m_close;
+  Bindings m_bindings;
+  unsigned m_fronts = 0;
+};
+
+}  // namespace velgrove

@@ -1,0 +1,357 @@
+#include "desktop/frame_window.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QScreen>
+#include <QVBoxLayout>
+
+#include "desktop/theme.h"
+
+namespace velgrove {
+namespace {
+
+constexpr float TwipsPerPixel = 15;
+
+int pixels(float twips) {
+  return qRound(twips / TwipsPerPixel);
+}
+float twips(int pixels) {
+  return static_cast<float>(pixels) * TwipsPerPixel;
+}
+
+}  // namespace
+
+FrameWindow::FrameWindow(LightingDesk& desk, Face& face)
+    : m_desk(desk), m_face(face), m_bindings(face), m_tools(desk, m_bindings) {
+  setObjectName("frmMain");
+  setMinimumSize(800, 500);
+  setContextMenuPolicy(Qt::DefaultContextMenu);
+  build();
+  size();
+  bindFrame();
+  bindRequests();
+}
+
+// ---- What stands in the frame
+
+void FrameWindow::build() {
+  m_tools.fill(*menuBar());
+  auto* all = new QWidget;
+  all->setObjectName("page");
+  auto* column = new QVBoxLayout(all);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->setSpacing(0);
+  m_band = new ShowBar(m_desk, m_tools, m_bindings);
+  column->addWidget(m_band);
+  column->addWidget(makeBanner());
+  auto* middle = new QHBoxLayout;
+  middle->setSpacing(0);
+  m_toolColumn = makeToolColumn();
+  middle->addWidget(m_toolColumn);
+  m_children = new ChildArea;
+  middle->addWidget(m_children, 1);
+  auto* upper = new QWidget;
+  upper->setLayout(middle);
+  middle->setContentsMargins(0, 0, 0, 0);
+  m_splitter = new QSplitter(Qt::Vertical);
+  m_splitter->setObjectName("SSSplitter1");
+  m_splitter->setChildrenCollapsible(false);
+  m_splitter->addWidget(upper);
+  m_subPane = makeSubPane();
+  m_splitter->addWidget(m_subPane);
+  m_splitter->setStretchFactor(0, 1);
+  column->addWidget(m_splitter, 1);
+  setCentralWidget(all);
+  setStatusBar(new StatusLine(m_desk, m_bindings));
+
+  addPlayer("XYQueueList", &Windows::XYQ, ChildArea::Place::UpperList);
+  addPlayer("ABQueueList", &Windows::ABQ, ChildArea::Place::LowerList);
+  connect(m_children, &QMdiArea::subWindowActivated, this, &FrameWindow::onActivated);
+}
+
+QWidget* FrameWindow::makeToolColumn() {
+  auto* column = new QWidget;
+  column->setObjectName("toolColumn");
+  column->setAttribute(Qt::WA_StyledBackground);
+  auto* tools = new QVBoxLayout(column);
+  tools->setContentsMargins(4, 4, 4, 4);
+  tools->setSpacing(2);
+  const char* const ids[] = {"ID_SelectPointer",
+                             "ID_Stop",
+                             "-",
+                             "ID_AddLight",
+                             "ID_DelLight",
+                             "ID_Rotate",
+                             "-",
+                             "ID_SelectGrid",
+                             "ID_ZoomIn",
+                             "ID_ZoomOut",
+                             "ID_FluidZoom",
+                             "ID_Pan",
+                             "-",
+                             "ID_EnableCAD",
+                             "ID_Test"};
+  for (const char* id : ids) {
+    if (QString(id) == "-") {
+      auto* line = new QFrame;
+      line->setFrameShape(QFrame::HLine);
+      line->setStyleSheet("color: " + theme::colour("line").name());
+      tools->addSpacing(3);
+      tools->addWidget(line);
+      tools->addSpacing(3);
+      continue;
+    }
+    QToolButton* button = m_tools.button(id, false, column);
+    button->setProperty("column", true);
+    tools->addWidget(button, 0, Qt::AlignHCenter);
+  }
+  tools->addStretch(1);
+  return column;
+}
+
+QWidget* FrameWindow::makeBanner() {
+  m_banner = new QFrame;
+  m_banner->setObjectName("banner");
+  m_banner->setFixedHeight(40);
+  auto* row = new QHBoxLayout(m_banner);
+  row->setContentsMargins(14, 0, 14, 0);
+  row->setSpacing(12);
+  auto* mark = new QLabel;
+  mark->setPixmap(theme::picture("mark_warning", 24, theme::colour("warnInk"), devicePixelRatioF()));
+  m_bannerText = new QLabel;
+  m_bannerText->setObjectName("bannerText");
+  row->addWidget(mark);
+  row->addWidget(m_bannerText, 1);
+  m_banner->hide();
+  return m_banner;
+}
+
+QWidget* FrameWindow::makeSubPane() {
+  auto* pane = new QWidget;
+  pane->setObjectName("SubPane");
+  pane->setAttribute(Qt::WA_StyledBackground);
+  pane->setMinimumHeight(theme::sized(72, 96));
+  pane->hide();
+  return pane;
+}
+
+void FrameWindow::addPlayer(const QString& name, std::unique_ptr<QueueList> Windows::*player,
+                            ChildArea::Place place) {
+  const auto find = [this, player] { return (m_desk.windows.*player).get(); };
+  auto* window = new ChildWindow(
+      new CueWindow(name, m_face, find), m_face,
+      [find]() -> Form* {
+        QueueList* found = find();
+        return found == nullptr ? nullptr : &found->Window;
+      },
+      [find] {
+        if (QueueList* found = find()) (void)found->Form_QueryUnload(false);
+      });
+  window->hide();
+  m_children->add(window, place);
+}
+
+// ---- Documents come and go
+
+frmDocument* FrameWindow::documentOf(unsigned identity) const {
+  for (const auto& document : m_desk.windows.Documents)
+    if (document->Window.Identity == identity) return document.get();
+  return nullptr;
+}
+
+void FrameWindow::showDocuments(const std::vector<unsigned>& identities) {
+  for (auto known = m_documents.begin(); known != m_documents.end();) {
+    if (std::ranges::find(identities, known->first) != identities.end()) {
+      ++known;
+      continue;
+    }
+    known->second->deleteLater();
+    known->second->hide();
+    known = m_documents.erase(known);
+  }
+  for (const unsigned identity : identities)
+    if (!m_documents.contains(identity)) addDocument(identity);
+  if (!identities.empty()) activateWindow();
+}
+
+void FrameWindow::addDocument(unsigned identity) {
+  const auto find = [this, identity] { return documentOf(identity); };
+  auto* window = new ChildWindow(
+      new DocumentWindow(m_face, find, [this] { return mode(); }), m_face,
+      [find]() -> Form* {
+        frmDocument* found = find();
+        return found == nullptr ? nullptr : &found->Window;
+      },
+      // The light leans on this window: its close box puts it out of the way, and no more.
+      [find] {
+        if (frmDocument* found = find()) found->Window.WindowState = WindowState::Minimised;
+      });
+  m_documents.emplace(identity, window);
+  m_children->add(window, ChildArea::Place::Plot);
+}
+
+/// The windows of the desk itself come to the front; a dialog in between doesn't count.
+void FrameWindow::onActivated(const QMdiSubWindow* window) {
+  for (const auto& [identity, child] : m_documents) {
+    if (child != window || identity == m_activeDocument) continue;
+    m_activeDocument = identity;
+    QMetaObject::invokeMethod(
+        this,
+        [this, identity = identity] {
+          m_face.deliver([this, identity] {
+            frmDocument* document = documentOf(identity);
+            if (document == nullptr) return;
+            m_desk.windows.ActiveDocument = document;
+            document->Form_Activate();
+          });
+        },
+        Qt::QueuedConnection);
+  }
+  if (window != nullptr &&
+      std::ranges::none_of(m_documents, [window](const auto& known) { return known.second == window; }))
+    m_activeDocument = 0;
+}
+
+PlotView::Mode FrameWindow::mode() const {
+  if (m_desk.show.BlindOn) return PlotView::Mode::Blind;
+  return m_desk.show.LiveOn ? PlotView::Mode::Live : PlotView::Mode::Stage;
+}
+
+// ---- The frame's own state
+
+void FrameWindow::bindFrame() {
+  m_look = m_bindings.mirror(
+      [this]() -> Look {
+        const Form& form = m_desk.frame.Window;
+        return {.caption = form.Caption,
+                .visible = form.Visible,
+                .state = form.WindowState,
+                .place = QRect(pixels(form.Left), pixels(form.Top), pixels(form.Width), pixels(form.Height))};
+      },
+      [this](const Look& look) { show(look); });
+  m_bindings.mirror(
+      [this] {
+        std::vector<unsigned> identities;
+        identities.reserve(m_desk.windows.Documents.size());
+        for (const auto& document : m_desk.windows.Documents) identities.push_back(document->Window.Identity);
+        return identities;
+      },
+      [this](const std::vector<unsigned>& identities) { showDocuments(identities); });
+  m_bindings.mirror([this] { return m_desk.frame.SubPaneVisible; },
+                    [this](bool visible) { m_subPane->setVisible(visible); });
+  m_bindings.mirror([this] { return m_desk.windows.Comm.Condition.Caption; },
+                    [this](const std::string& condition) {
+                      m_bannerText->setText(QString::fromStdString(condition));
+                      m_banner->setVisible(!condition.empty());
+                    });
+}
+
+void FrameWindow::bindRequests() {
+  m_bindings.mirror([this] { return std::pair(m_desk.frame.Arrange.How, m_desk.frame.Arrange.Count); },
+                    [this](const std::pair<Arrangement::Code, unsigned>& asked) {
+                      if (asked.second > 0) m_children->arrange(asked.first);
+                    });
+  struct Asked {
+    ToolBars::PopUp popUp;
+    bool operator==(const Asked& other) const { return popUp.Count == other.popUp.Count; }
+  };
+  m_bindings.mirror([this] { return Asked{m_desk.frame.SSActiveToolBars1.lastPopUp()}; },
+                    [this](const Asked& asked) {
+                      if (asked.popUp.Count > 0) showPopUp(asked.popUp);
+                    });
+}
+
+void FrameWindow::show(const Look& look) {
+  setWindowTitle(QString::fromStdString(look.caption));
+  if (!look.visible) {
+    hide();
+    return;
+  }
+  if (isVisible()) return;
+  const QRect screen = QApplication::primaryScreen()->availableGeometry();
+  QRect place = look.place;
+  if (!screen.intersects(place)) place.moveTopLeft(screen.topLeft());
+  setGeometry(place);
+  look.state == WindowState::Maximised ? showMaximized() : QMainWindow::show();
+}
+
+/// The frame's place is kept between evenings: that of its normal state.
+void FrameWindow::noteGeometry() {
+  if (!isVisible() || !m_look->known) return;
+  const WindowState state = isMinimized()   ? WindowState::Minimised
+                            : isMaximized() ? WindowState::Maximised
+                                            : WindowState::Normal;
+  const QRect place = state == WindowState::Normal ? geometry() : m_look->value.place;
+  if (m_look->value.state == state && m_look->value.place == place) return;
+  m_look->value.state = state;
+  m_look->value.place = place;
+  m_face.deliver([this, state, place] {
+    Form& form = m_desk.frame.Window;
+    form.WindowState = state;
+    form.Left = twips(place.left());
+    form.Top = twips(place.top());
+    form.Width = twips(place.width());
+    form.Height = twips(place.height());
+  });
+}
+
+void FrameWindow::resizeEvent(QResizeEvent* event) {
+  QMainWindow::resizeEvent(event);
+  theme::apply(width() < theme::RoomyFrom ? Density::Compact : Density::Roomy);
+  noteGeometry();
+  m_face.deliver([this] { m_desk.frame.MDIForm_Resize(); });
+}
+
+void FrameWindow::moveEvent(QMoveEvent* event) {
+  QMainWindow::moveEvent(event);
+  noteGeometry();
+}
+
+void FrameWindow::changeEvent(QEvent* event) {
+  QMainWindow::changeEvent(event);
+  if (event->type() == QEvent::WindowStateChange) noteGeometry();
+  if (event->type() == QEvent::StyleChange && m_toolColumn != nullptr) size();
+}
+
+void FrameWindow::size() {
+  m_toolColumn->setFixedWidth(theme::sized(44, 52));
+  for (QToolButton* button : m_toolColumn->findChildren<QToolButton*>()) {
+    button->setFixedSize(theme::sized(QSize(34, 34), QSize(44, 44)));
+    button->setIconSize(theme::sized(QSize(24, 24), QSize(28, 28)));
+  }
+  m_subPane->setMinimumHeight(theme::sized(72, 96));
+  m_children->layOut();
+}
+
+void FrameWindow::closeEvent(QCloseEvent* event) {
+  event->ignore();
+  m_face.deliver([this] {
+    bool cancel = false;
+    m_desk.frame.MDIForm_QueryUnload(cancel, 0);
+  });
+}
+
+void FrameWindow::contextMenuEvent(QContextMenuEvent* event) {
+  const QWidget* under = QApplication::widgetAt(event->globalPos());
+  if (under == nullptr) return;
+  QString id = under->objectName();
+  if (!id.startsWith("ID_")) return;
+  id.remove(0, 3);
+  m_face.deliver([this, id = id.toStdString(), at = mapFromGlobal(event->globalPos())] {
+    m_desk.frame.SSActiveToolBars1_ToolDropDown(id, at.x(), at.y());
+  });
+}
+
+void FrameWindow::showPopUp(const ToolBars::PopUp& popUp) {
+  QMenu* menu = m_tools.popUp(popUp.Set, this);
+  if (menu == nullptr) return;
+  QPoint at = mapToGlobal(QPoint(popUp.x, popUp.y));
+  if (popUp.x < 0) {
+    const char* tool = popUp.Set == "mnuLightRotate" ? "ID_Rotate" : "ID_AddLight";
+    const auto* button = m_toolColumn->findChild<QToolButton*>(tool);
+    at = button->mapToGlobal(QPoint(button->width(), 0));
+  }
+  menu->popup(at);
+}
+
+}  // namespace velgrove

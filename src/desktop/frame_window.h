@@ -1,0 +1,82 @@
+#pragma once
+
+#include <QFrame>
+#include <QLabel>
+#include <QMainWindow>
+#include <QSplitter>
+#include <functional>
+#include <map>
+#include <memory>
+
+#include "core/lighting_desk.h"
+#include "desktop/binding.h"
+#include "desktop/child_area.h"
+#include "desktop/child_window.h"
+#include "desktop/cue_window.h"
+#include "desktop/plot_view.h"
+#include "desktop/show_bar.h"
+#include "desktop/status_line.h"
+#include "desktop/tools.h"
+
+namespace velgrove {
+
+/// The frame of the desk, frmMain: menus, the band with Go, the plot's tools, the child windows, the strip of
+/// the submasters, the foot.
+class FrameWindow : public QMainWindow {
+  Q_OBJECT
+
+ public:
+  FrameWindow(LightingDesk& desk, Face& face);
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+  void moveEvent(QMoveEvent* event) override;
+  void changeEvent(QEvent* event) override;
+  void contextMenuEvent(QContextMenuEvent* event) override;
+
+ private:
+  struct Look {
+    std::string caption;
+    bool visible = false;
+    WindowState state = WindowState::Normal;
+    QRect place;
+    friend bool operator==(const Look&, const Look&) = default;
+  };
+  /// A document's window, by the identity of its form.
+  using Documents = std::map<unsigned, ChildWindow*>;
+
+  void build();
+  [[nodiscard]] QWidget* makeToolColumn();
+  [[nodiscard]] QWidget* makeBanner();
+  [[nodiscard]] static QWidget* makeSubPane();
+  void bindFrame();
+  void bindRequests();
+  void addPlayer(const QString& name, std::unique_ptr<QueueList> Windows::*player, ChildArea::Place place);
+  void showDocuments(const std::vector<unsigned>& identities);
+  void addDocument(unsigned identity);
+  [[nodiscard]] frmDocument* documentOf(unsigned identity) const;
+  void onActivated(const QMdiSubWindow* window);
+  void show(const Look& look);
+  void noteGeometry();
+  void size();
+  void showPopUp(const ToolBars::PopUp& popUp);
+  [[nodiscard]] PlotView::Mode mode() const;
+
+  LightingDesk& m_desk;
+  Face& m_face;
+  Bindings m_bindings;
+  Tools m_tools;
+  ShowBar* m_band = nullptr;
+  QWidget* m_toolColumn = nullptr;
+  QFrame* m_banner = nullptr;
+  QLabel* m_bannerText = nullptr;
+  QSplitter* m_splitter = nullptr;
+  QWidget* m_subPane = nullptr;
+  ChildArea* m_children = nullptr;
+  Documents m_documents;
+  unsigned m_activeDocument = 0;
+  Bindings::Shown<Look> m_look;
+};
+
+}  // namespace velgrove

@@ -1,0 +1,80 @@
+#include "desktop/message_boxes.h"
+
+#include <QMessageBox>
+#include <QPushButton>
+#include <vector>
+
+#include "desktop/theme.h"
+
+namespace velgrove {
+namespace {
+
+struct Choice {
+  BoxAnswer answer;
+  QMessageBox::ButtonRole role;
+  const char* caption;
+};
+
+/// The buttons of a box, left to right; the last one also answers Escape and the closing of the box.
+std::vector<Choice> choices(BoxButtons buttons) {
+  switch (buttons) {
+    case BoxButtons::YesNo:
+      return {{BoxAnswer::Yes, QMessageBox::YesRole, "&Yes"}, {BoxAnswer::No, QMessageBox::NoRole, "&No"}};
+    case BoxButtons::AbortRetryIgnore:
+      return {{BoxAnswer::Abort, QMessageBox::DestructiveRole, "&Abort"},
+              {BoxAnswer::Retry, QMessageBox::AcceptRole, "&Retry"},
+              {BoxAnswer::Ignore, QMessageBox::RejectRole, "&Ignore"}};
+    default:
+      return {{BoxAnswer::Ok, QMessageBox::AcceptRole, "OK"}};
+  }
+}
+
+QMessageBox::Icon iconOf(BoxIcon icon) {
+  switch (icon) {
+    case BoxIcon::Critical:
+      return QMessageBox::Critical;
+    case BoxIcon::Warning:
+      return QMessageBox::Warning;
+    case BoxIcon::Question:
+      return QMessageBox::Question;
+    case BoxIcon::Information:
+      return QMessageBox::Information;
+    default:
+      return QMessageBox::NoIcon;
+  }
+}
+
+}  // namespace
+
+void showMessageBox(QWidget* above, const Box& box, bool waitedFor, std::function<void(BoxAnswer)> answered) {
+  auto* shown = new QMessageBox(above);
+  shown->setAttribute(Qt::WA_DeleteOnClose);
+  shown->setObjectName("box");
+  shown->setWindowTitle(QString::fromStdString(box.title));
+  shown->setTextFormat(Qt::PlainText);
+  shown->setText(QString::fromStdString(box.text));
+  shown->setIcon(iconOf(box.icon));
+  shown->setWindowModality(waitedFor ? Qt::ApplicationModal : Qt::NonModal);
+
+  const auto all = choices(box.buttons);
+  QPushButton* last = nullptr;
+  for (const Choice& choice : all) {
+    last = shown->addButton(QString(choice.caption), choice.role);
+    last->setProperty("role", "dialog");
+    last->setProperty("answer", static_cast<int>(choice.answer));
+  }
+  shown->setEscapeButton(last);
+  // Aborting ends the desk: it is never a key press away.
+  shown->setDefaultButton(
+      box.buttons == BoxButtons::YesNo ? qobject_cast<QPushButton*>(shown->buttons().constFirst()) : last);
+  const BoxAnswer byClosing = all.back().answer;
+  QObject::connect(shown, &QMessageBox::finished, shown, [shown, byClosing, answered = std::move(answered)] {
+    const QAbstractButton* clicked = shown->clickedButton();
+    answered(clicked == nullptr ? byClosing : static_cast<BoxAnswer>(clicked->property("answer").toInt()));
+  });
+  shown->show();
+  shown->raise();
+  shown->activateWindow();
+}
+
+}  // namespace velgrove

@@ -1,0 +1,216 @@
+#include "desktop/open_dialog.h"
+
+#include <QEvent>
+#include <QFormLayout>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QSignalBlocker>
+#include <QStyle>
+
+#include "desktop/theme.h"
+
+namespace velgrove {
+namespace {
+
+QString text(const std::string& desk) {
+  return QString::fromStdString(desk);
+}
+
+}  // namespace
+
+OpenDialog::OpenDialog(QWidget* above, Face& face, frmOpenProject& form)
+    : FormDialog("frmOpenProject", above, face, form.Window, [&form] { form.Form_QueryUnload(); }),
+      m_form(form) {
+  auto* all = new QVBoxLayout(this);
+  all->setContentsMargins(12, 12, 12, 12);
+  all->setSpacing(12);
+  m_tabs.setObjectName("Tabs");
+  m_tabs.addTab(makeExisting(), "Existing");
+  m_tabs.addTab(makeNew(), "New");
+  all->addWidget(&m_tabs, 1);
+  auto* buttons = new QHBoxLayout;
+  buttons->addStretch(1);
+  for (auto [button, name] : {std::pair(&m_open, "cmdOpenButton"), std::pair(&m_cancel, "CancelButton")}) {
+    button->setObjectName(name);
+    button->setProperty("role", "dialog");
+    buttons->addWidget(button);
+  }
+  m_open.setDefault(true);
+  m_cancel.setAutoDefault(false);
+  all->addLayout(buttons);
+  bindings().bind(&m_open, [this] { return &m_form.cmdOpenButton; });
+  bindings().bind(&m_cancel, [this] { return &m_form.CancelButton; });
+  bindLists();
+  bindTabs();
+  resize(640, 460);
+}
+
+QWidget* OpenDialog::makeExisting() {
+  auto* page = new QWidget;
+  auto* grid = new QGridLayout(page);
+  grid->setContentsMargins(12, 12, 12, 12);
+  grid->setSpacing(8);
+  m_drives.setObjectName("drvList");
+  m_drives.setAccessibleName("Places");
+  m_folders.setObjectName("dirList");
+  m_folders.setAccessibleName("Folders");
+  m_files.setObjectName("filList");
+  m_files.setAccessibleName("Shows");
+  m_pattern.setObjectName("txtSearchSpec");
+  m_pattern.setAccessibleName("Files of type");
+  grid->addWidget(&m_drives, 0, 0);
+  grid->addWidget(&m_folders, 1, 0);
+  grid->addWidget(&m_files, 0, 1, 2, 1);
+  auto* below = new QHBoxLayout;
+  auto* caption = new QLabel("Files of Type");
+  caption->setProperty("tone", "quiet");
+  below->addWidget(caption);
+  below->addWidget(&m_pattern, 1);
+  grid->addLayout(below, 2, 0, 1, 2);
+  grid->setColumnStretch(0, 2);
+  grid->setColumnStretch(1, 3);
+  bindings().bind(&m_pattern, [this] { return &m_form.txtSearchSpec; });
+  m_pattern.installEventFilter(this);
+  m_folders.installEventFilter(this);
+  return page;
+}
+
+QWidget* OpenDialog::makeNew() {
+  auto* page = new QWidget;
+  auto* rows = new QFormLayout(page);
+  rows->setContentsMargins(16, 20, 16, 16);
+  rows->setSpacing(12);
+  rows->setLabelAlignment(Qt::AlignRight | Qt::AlignVCenter);
+  m_showName.setObjectName("ProjectName");
+  m_showName.setAccessibleName("Show name");
+  m_description.setObjectName("ProjectDescription");
+  m_description.setAccessibleName("Show description");
+  m_location.setObjectName("Location");
+  m_location.setAccessibleName("Location");
+  m_browse.setObjectName("cmdNewBrowse");
+  m_browse.setAccessibleName("Choose the location");
+  m_browse.setAutoDefault(false);
+  rows->addRow("Show Name:", &m_showName);
+  rows->addRow("Show Description:", &m_description);
+  auto* place = new QHBoxLayout;
+  place->addWidget(&m_location, 1);
+  place->addWidget(&m_browse);
+  rows->addRow("Location:", place);
+  bindings().bind(&m_showName, [this] { return &m_form.ProjectName; });
+  bindings().bind(&m_description, [this] { return &m_form.ProjectDescription; });
+  bindings().bind(&m_location, [this] { return &m_form.Location; });
+  bindings().bind(&m_browse, [this] { return &m_form.cmdNewBrowse; });
+  return page;
+}
+
+void OpenDialog::show(QListWidget& list, const Listing& listing, bool folders) {
+  const QSignalBlocker quiet(&list);
+  const bool sameItems = list.count() == static_cast<int>(listing.items.size()) && [&] {
+    for (int i = 0; i < list.count(); ++i)
+      if (list.item(i)->data(Qt::UserRole).toString() != text(listing.items[static_cast<std::size_t>(i)]))
+        return false;
+    return true;
+  }();
+  if (!sameItems) {
+    list.clear();
+    for (std::size_t i = 0; i < listing.items.size(); ++i) {
+      auto* item = new QListWidgetItem(text(listing.items[i]), &list);
+      item->setData(Qt::UserRole, text(listing.items[i]));
+      if (!folders) continue;
+      constexpr int Indent = 2;
+      item->setText(QString(Indent * listing.depths[i], ' ') + text(listing.items[i]));
+      item->setForeground(theme::colour(listing.open[i] ? "text" : "text2"));
+    }
+  }
+  list.setCurrentRow(listing.index);
+  if (listing.index >= 0) list.scrollToItem(list.item(listing.index));
+}
+
+void OpenDialog::bindLists() {
+  bindings().mirror(
+      [this] {
+        Listing listing{.items = {}, .depths = {}, .open = {}, .index = m_form.drvList.listIndex()};
+        for (const auto& drive : m_form.drvList.items()) listing.items.push_back(drive.Label);
+        return listing;
+      },
+      [this](const Listing& listing) {
+        const QSignalBlocker quiet(&m_drives);
+        m_drives.clear();
+        for (const std::string& item : listing.items) m_drives.addItem(text(item));
+        m_drives.setCurrentIndex(listing.index);
+      });
+  connect(&m_drives, &QComboBox::activated, this,
+          [this](int index) { bindings().face().deliver([this, index] { m_form.drvList.choose(index); }); });
+
+  const auto folders = bindings().mirror(
+      [this] {
+        Listing listing{.items = {}, .depths = {}, .open = {}, .index = m_form.dirList.listIndex()};
+        for (const auto& row : m_form.dirList.rows()) {
+          listing.items.push_back(row.Name);
+          listing.depths.push_back(row.Depth);
+          listing.open.push_back(row.IsOpen);
+        }
+        return listing;
+      },
+      [this](const Listing& listing) { show(m_folders, listing, true); });
+  connect(&m_folders, &QListWidget::currentRowChanged, this, [this, folders](int row) {
+    if (row < 0) return;
+    folders->value.index = row;
+    bindings().face().deliver([this, row] { m_form.dirList.highlight(row); });
+  });
+  connect(&m_folders, &QListWidget::itemActivated, this,
+          [this] { bindings().face().deliver([this] { m_form.dirList.openHighlighted(); }); });
+
+  const auto files = bindings().mirror(
+      [this] {
+        return Listing{
+            .items = m_form.filList.items(), .depths = {}, .open = {}, .index = m_form.filList.listIndex()};
+      },
+      [this](const Listing& listing) { show(m_files, listing, false); });
+  connect(&m_files, &QListWidget::currentRowChanged, this, [this, files](int row) {
+    if (row < 0) return;
+    files->value.index = row;
+    bindings().face().deliver([this, row] { m_form.filList.choose(row); });
+  });
+  connect(&m_files, &QListWidget::itemDoubleClicked, this, [this](const QListWidgetItem* item) {
+    bindings().face().deliver([this, row = m_files.row(item)] { m_form.filList.doubleClick(row); });
+  });
+}
+
+void OpenDialog::bindTabs() {
+  const auto shown = bindings().mirror([this] { return m_form.Tabs.selected(); },
+                                       [this](int tab) {
+                                         const QSignalBlocker quiet(&m_tabs);
+                                         m_tabs.setCurrentIndex(tab - 1);
+                                         if (tab == 2 && isVisible()) m_showName.setFocus();
+                                       });
+  connect(&m_tabs, &QTabWidget::currentChanged, this, [this, shown](int index) {
+    shown->value = index + 1;
+    bindings().face().deliver([this, index] { m_form.Tabs.choose(index + 1); });
+    (index == 1 ? static_cast<QWidget*>(&m_showName) : &m_files)->setFocus();
+  });
+}
+
+void OpenDialog::tell(void (frmOpenProject::*handler)()) {
+  bindings().face().deliver([this, handler] { (m_form.*handler)(); });
+}
+
+bool OpenDialog::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == &m_pattern && event->type() == QEvent::FocusIn) {
+    tell(&frmOpenProject::txtSearchSpec_GotFocus);
+    m_pattern.selectAll();
+  }
+  if (watched == &m_folders && event->type() == QEvent::FocusOut) tell(&frmOpenProject::dirList_LostFocus);
+  return FormDialog::eventFilter(watched, event);
+}
+
+void OpenDialog::appear() {
+  if (m_tabs.currentIndex() == 1) {
+    m_showName.setFocus();
+    return;
+  }
+  m_files.setFocus();
+}
+
+}  // namespace velgrove

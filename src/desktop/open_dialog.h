@@ -1,0 +1,55 @@
+#pragma once
+
+#include <QComboBox>
+#include <QLabel>
+#include <QListWidget>
+#include <QPushButton>
+#include <QTabWidget>
+
+#include "core/frm_open_project.h"
+#include "desktop/form_dialog.h"
+
+namespace velgrove {
+
+/// The dialog that opens a show or begins a new one, frmOpenProject.
+class OpenDialog : public FormDialog {
+  Q_OBJECT
+
+ public:
+  OpenDialog(QWidget* above, Face& face, frmOpenProject& form);
+
+ protected:
+  void appear() override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  struct Listing {
+    std::vector<std::string> items;
+    std::vector<int> depths;
+    std::vector<bool> open;
+    int index = -1;
+    friend bool operator==(const Listing&, const Listing&) = default;
+  };
+
+  [[nodiscard]] QWidget* makeExisting();
+  [[nodiscard]] QWidget* makeNew();
+  void bindLists();
+  void bindTabs();
+  static void show(QListWidget& list, const Listing& listing, bool folders);
+  void tell(void (frmOpenProject::*handler)());
+
+  frmOpenProject& m_form;
+  QTabWidget m_tabs;
+  QComboBox m_drives;
+  QListWidget m_folders;
+  QListWidget m_files;
+  Field m_pattern;
+  Field m_showName;
+  Field m_description;
+  Field m_location;
+  QPushButton m_browse;
+  QPushButton m_open;
+  QPushButton m_cancel;
+};
+
+}  // namespace velgrove

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QPrinter>
+#include <QWidget>
+#include <memory>
+
+#include "controls/face.h"
+#include "controls/machine.h"
+
+namespace velgrove {
+
+/// The platform's dialogs for the desk's behaviour: where to save, which folder, which printer. Each comes up
+/// with the desk given back, and the light goes on while the operator chooses.
+class PlatformDialogs {
+ public:
+  PlatformDialogs(Face& face, QWidget* above) : m_face(face), m_above(above) {}
+
+  /// As the behaviour calls them, with the desk held, on the face's thread.
+  [[nodiscard]] Dialogs dialogs();
+
+ private:
+  std::optional<std::string> saveFile(const std::string& title, const std::string& filter,
+                                      const std::string& fileName);
+  std::string browseForDir(const std::string& start, const std::string& title);
+  bool choosePrinter(const std::string& title);
+  void printView(const Drawing& drawing);
+
+  /// Shows a dialog that `make` makes, and waits for its end. True when it was accepted.
+  template <class Dialog, class Make>
+  bool ask(std::unique_ptr<Dialog>& dialog, Make make);
+
+  Face& m_face;
+  QWidget* m_above;
+  std::unique_ptr<QPrinter> m_printer;
+};
+
+}  // namespace velgrove

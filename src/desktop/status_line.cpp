@@ -1,0 +1,111 @@
+#include "desktop/status_line.h"
+
+#include <QHBoxLayout>
+#include <QPainter>
+
+#include "desktop/theme.h"
+
+namespace velgrove {
+namespace {
+
+constexpr int IconSize = 16;
+
+/// The icon and its words beside each other, as one part of the bar.
+QWidget* together(std::initializer_list<QWidget*> parts) {
+  auto* both = new QWidget;
+  auto* row = new QHBoxLayout(both);
+  row->setContentsMargins(8, 0, 8, 0);
+  row->setSpacing(6);
+  for (QWidget* part : parts) row->addWidget(part);
+  return both;
+}
+
+}  // namespace
+
+StatusLine::StatusLine(LightingDesk& desk, Bindings& bindings) {
+  setObjectName("sbStatusBar");
+  setSizeGripEnabled(false);
+  m_online.setObjectName("online");
+  m_message.setObjectName("message");
+  m_input.setObjectName("inputMode");
+  m_mode.setObjectName("displayMode");
+  m_interface.setObjectName("interfaceState");
+  m_online.setContentsMargins(8, 0, 8, 0);
+  m_message.setContentsMargins(8, 0, 8, 0);
+  addWidget(&m_online);
+  addWidget(&m_message, 1);
+  addPermanentWidget(together({&m_inputIcon, &m_input}));
+  addPermanentWidget(together({&m_mode}));
+  addPermanentWidget(together({&m_lamp, &m_interfaceIcon, &m_interface}));
+  m_interfaceIcon.setPixmap(
+      theme::picture("ID_viewStatus", IconSize, theme::colour("text2"), devicePixelRatioF()));
+
+  bindings.mirror([&desk] { return desk.frame.sbStatusBar.Text; },
+                  [this](const std::string& text) { m_online.setText(QString::fromStdString(text)); });
+  bindings.mirror([&desk] { return desk.frame.StatusMessage; },
+                  [this](const std::string& text) { m_message.setText(QString::fromStdString(text)); });
+  bindings.mirror([&desk] { return std::pair(desk.show.DMXDimmers, desk.show.DMXSubmasters); },
+                  [this](const std::pair<bool, bool>& mode) {
+                    if (mode.first)
+                      showInput("ID_manualOn", "Input To Fixtures");
+                    else if (mode.second)
+                      showInput("ID_subsOn", "Input to Subs");
+                    else
+                      showInput("ID_noInput", "No Input");
+                  });
+  bindings.mirror([&desk] { return std::pair(desk.show.BlindOn, desk.show.LiveOn); },
+                  [this](const std::pair<bool, bool>& mode) {
+                    if (mode.first)
+                      showMode("Blind", "blindFill");
+                    else if (mode.second)
+                      showMode("Live", "nextLit");
+                    else
+                      showMode("Stage", "");
+                  });
+  bindings.mirror([&desk] { return interfaceOf(desk); },
+                  [this](const Interface& now) { showInterface(now); });
+}
+
+StatusLine::Interface StatusLine::interfaceOf(const LightingDesk& desk) {
+  const VelgroveComm& comm = desk.windows.Comm;
+  const bool up =
+      comm.getCurrentStatus() == Link::Up && comm.SendTimer.enabled() && comm.Condition.Caption.empty();
+  const Lamp dark = desk.Splash.Window.Visible ? Lamp::Starting : Lamp::None;
+  return {.lamp = up ? Lamp::Up : dark, .text = comm.Version.Caption};
+}
+
+void StatusLine::showInput(const QString& tool, const QString& words) {
+  m_inputIcon.setPixmap(theme::picture(tool, IconSize, theme::colour("text2"), devicePixelRatioF()));
+  m_input.setText(words);
+}
+
+void StatusLine::showMode(const QString& words, const char* background) {
+  m_mode.setText(words);
+  const QString name = background;
+  m_mode.setStyleSheet(name.isEmpty()
+                           ? QString()
+                           : QString("background: %1; color: %2; padding: 0 8px;")
+                                 .arg(theme::colour(background).name(), theme::colour("nextInk").name()));
+}
+
+/// A disc while the interface is up, a ring while it starts, a triangle when there is none.
+void StatusLine::showInterface(const Interface& now) {
+  m_interface.setText(QString::fromStdString(now.text));
+  constexpr int Size = 12;
+  QPixmap lamp(QSize(Size, Size) * devicePixelRatioF());
+  lamp.setDevicePixelRatio(devicePixelRatioF());
+  lamp.fill(Qt::transparent);
+  QPainter painter(&lamp);
+  painter.setRenderHint(QPainter::Antialiasing);
+  const QColor colour = theme::colour(now.lamp == Lamp::None ? "warn" : "ok");
+  painter.setPen(QPen(colour, 2));
+  painter.setBrush(now.lamp == Lamp::Up ? QBrush(colour) : QBrush(Qt::NoBrush));
+  if (now.lamp == Lamp::None)
+    painter.drawPolygon(QPolygonF{QPointF(6, 2), QPointF(11, 10), QPointF(1, 10)});
+  else
+    painter.drawEllipse(QRectF(2, 2, 8, 8));
+  painter.end();
+  m_lamp.setPixmap(lamp);
+}
+
+}  // namespace velgrove

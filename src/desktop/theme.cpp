@@ -1,0 +1,224 @@
+#include "desktop/theme.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QFontDatabase>
+#include <QHash>
+#include <QIconEngine>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QPainter>
+#include <QPalette>
+#include <QPixmapCache>
+#include <QRegularExpression>
+#include <QStyle>
+#include <QSvgRenderer>
+#include <QVariant>
+#include <algorithm>
+
+/// The room is a static library, whose resources nobody else would load. Outside of any namespace, as the
+/// toolkit wants it.
+static void loadResources() {
+  Q_INIT_RESOURCE(desktop);
+}
+
+namespace velgrove::theme {
+namespace {
+
+/// The colour of the lines in the icon files.
+constexpr const char* IconLines = "#ECE7DD";
+
+QByteArray resource(const QString& name) {
+  QFile file(":/" + name);
+  return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+const QHash<QString, QString>& tokens() {
+  static const QHash<QString, QString> all = [] {
+    loadResources();
+    QHash<QString, QString> read;
+    const QJsonObject palette = QJsonDocument::fromJson(resource("palette.json")).object();
+    for (auto token = palette.begin(); token != palette.end(); ++token)
+      read[token.key()] = token.value().toString();
+    return read;
+  }();
+  return all;
+}
+
+/// Longest names first, so that "@text" doesn't eat the head of "@text2".
+QString withColours(QString sheet) {
+  QStringList names = tokens().keys();
+  std::ranges::sort(names, std::greater<>(), &QString::size);
+  for (const QString& name : names) sheet.replace("@" + name, tokens()[name]);
+  return sheet;
+}
+
+/// Sizes are written "14|16px": for the compact and for the roomy desk.
+QString withSizes(QString sheet, Density density) {
+  static const QRegularExpression pair(R"((\d+)\|(\d+)px)");
+  return sheet.replace(pair, density == Density::Compact ? R"(\1px)" : R"(\2px)");
+}
+
+QString sheet(Density density) {
+  return withColours(withSizes(QString::fromUtf8(resource("velgrove.qss") + resource("desk.qss")), density));
+}
+
+std::optional<Density> applied;
+
+QPalette palette() {
+  QPalette p;
+  p.setColor(QPalette::Window, colour("panel"));
+  p.setColor(QPalette::Base, colour("well"));
+  p.setColor(QPalette::AlternateBase, colour("window"));
+  p.setColor(QPalette::Button, colour("raised"));
+  p.setColor(QPalette::Text, colour("text"));
+  p.setColor(QPalette::WindowText, colour("text"));
+  p.setColor(QPalette::ButtonText, colour("text"));
+  p.setColor(QPalette::PlaceholderText, colour("text3"));
+  p.setColor(QPalette::ToolTipBase, colour("raised"));
+  p.setColor(QPalette::ToolTipText, colour("text"));
+  p.setColor(QPalette::Highlight, colour("hover"));
+  p.setColor(QPalette::HighlightedText, colour("text"));
+  p.setColor(QPalette::Link, colour("nextText"));
+  for (const auto role : {QPalette::Text, QPalette::WindowText, QPalette::ButtonText})
+    p.setColor(QPalette::Disabled, role, colour("disabled"));
+  return p;
+}
+
+QFont face(const char* family, int pixels, bool bold) {
+  QFont made{QString(family)};
+  made.setPixelSize(pixels);
+  made.setBold(bold);
+  return made;
+}
+
+/// Draws an icon file at whatever size it is asked for, greyed when disabled.
+class SvgIcon : public QIconEngine {
+ public:
+  explicit SvgIcon(QString name) : m_name(std::move(name)) {}
+
+  void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State) override {
+    const qreal ratio = painter->device()->devicePixelRatioF();
+    painter->drawPixmap(rect.topLeft(), drawn(rect.width(), mode, ratio));
+  }
+  QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State) override {
+    return drawn(size.width(), mode, 1.0);
+  }
+  QPixmap scaledPixmap(const QSize& size, QIcon::Mode mode, QIcon::State, qreal scale) override {
+    return drawn(qRound(size.width() / scale), mode, scale);
+  }
+  [[nodiscard]] QIconEngine* clone() const override { return new SvgIcon(m_name); }
+
+ private:
+  [[nodiscard]] QPixmap drawn(int size, QIcon::Mode mode, qreal ratio) const {
+    return picture(m_name, size, colour(mode == QIcon::Disabled ? "disabled" : "text"), ratio);
+  }
+
+  QString m_name;
+};
+
+}  // namespace
+
+QColor colour(const char* token) {
+  const auto found = tokens().constFind(QString(token));
+  Q_ASSERT(found != tokens().constEnd());
+  return {*found};
+}
+
+Density density() {
+  return applied.value_or(Density::Compact);
+}
+
+void apply(Density density) {
+  if (applied == density) return;
+  applied = density;
+  QApplication::setPalette(palette());
+  QApplication::setFont(font(sized(14, 16)));
+  qApp->setStyleSheet(sheet(density));
+}
+
+QFont font(int pixels, bool bold) {
+  return face("Roboto", pixels, bold);
+}
+
+QFont condensed(int pixels, bool bold) {
+  return face("Roboto Condensed", pixels, bold);
+}
+
+QPixmap picture(const QString& name, int size, const QColor& lines, qreal pixelRatio) {
+  const QString key = QString("%1/%2/%3/%4").arg(name).arg(size).arg(lines.name()).arg(pixelRatio);
+  QPixmap made;
+  if (QPixmapCache::find(key, &made)) return made;
+  made = QPixmap(QSize(size, size) * pixelRatio);
+  made.fill(Qt::transparent);
+  QByteArray svg = resource("icons/" + name + ".svg");
+  svg.replace(IconLines, lines.name().toUtf8());
+  QPainter painter(&made);
+  QSvgRenderer(svg).render(&painter);
+  painter.end();
+  made.setDevicePixelRatio(pixelRatio);
+  QPixmapCache::insert(key, made);
+  return made;
+}
+
+QIcon icon(const QString& name) {
+  return QFile::exists(":/icons/" + name + ".svg") ? QIcon(new SvgIcon(name)) : QIcon();
+}
+QIcon icon(const char* name) {
+  return icon(QString(name));
+}
+
+QColor ofLevelText(Colour value) {
+  switch (value) {
+    case 255:
+      return colour("manual");
+    case 65535:
+      return colour("queue");
+    case 16744703:
+      return colour("sub");
+    case 16711680:
+      return colour("blind");
+    default:
+      return colour("input");
+  }
+}
+
+QColor ofFixture(Colour value) {
+  switch (value) {
+    case 0:
+      return colour("well");
+    case 0x00FF00:
+      return colour("picked");
+    case 0xFF0000:
+      return colour("multi");
+    case 0xFFFFFF:
+      return colour("text");
+    default:
+      return colour("fixture");
+  }
+}
+
+const char* keyOf(Colour value) {
+  switch (value) {
+    case 255:
+      return "red";
+    case 49152:
+      return "green";
+    case 65535:
+      return "yellow";
+    case 0xFF00FF:
+      return "magenta";
+    default:
+      return "";
+  }
+}
+
+void setState(QWidget* widget, const char* property, const QVariant& value) {
+  if (widget->property(property) == value) return;
+  widget->setProperty(property, value);
+  widget->style()->unpolish(widget);
+  widget->style()->polish(widget);
+  widget->update();
+}
+
+}  // namespace velgrove::theme

@@ -1,0 +1,143 @@
+#include "desktop/tools.h"
+
+#include <QSignalBlocker>
+#include <algorithm>
+#include <iterator>
+
+#include "desktop/theme.h"
+
+namespace velgrove {
+namespace {
+
+/// Tools that show a state. What the state is stands in `pressed`.
+constexpr std::string_view Toggles[] = {"ID_SelectPointer", "ID_SelectGrid", "ID_FluidZoom", "ID_Pan",
+                                        "ID_AddLight",      "ID_DelLight",   "ID_Rotate",    "ID_ABQ",
+                                        "ID_XYQ",           "ID_noInput",    "ID_manualOn",  "ID_subsOn",
+                                        "ID_LockFixtures",  "mnuViewGrid"};
+
+bool isToggle(std::string_view id) {
+  return std::ranges::find(Toggles, id) != std::end(Toggles);
+}
+
+/// The mouse mode that a plot tool stands for; 0 for other tools.
+int mouseModeOf(std::string_view id) {
+  if (id == "ID_SelectPointer") return 1;
+  if (id == "ID_AddLight") return 2;
+  if (id == "ID_Rotate") return 5;
+  if (id == "ID_FluidZoom") return 6;
+  return id == "ID_DelLight" ? 10 : 0;
+}
+
+}  // namespace
+
+Tools::Tools(LightingDesk& desk, Bindings& bindings) : m_desk(desk), m_face(bindings.face()) {
+  makeActions();
+  bindings.mirror([this] { return looks(); }, [this](const std::vector<Look>& now) { show(now); });
+}
+
+/// The tools' ids never change once the desk stands.
+void Tools::makeActions() {
+  for (const Tool& tool : m_desk.frame.SSActiveToolBars1.tools()) {
+    auto* action = new QAction(theme::icon(QString::fromStdString(tool.Id)), QString(), this);
+    action->setObjectName(QString::fromStdString(tool.Id));
+    action->setCheckable(isToggle(tool.Id));
+    action->setMenuRole(QAction::NoRole);
+    connect(action, &QAction::triggered, this, [this, action, id = tool.Id] {
+      const auto at = static_cast<std::size_t>(std::ranges::find(m_ids, id) - m_ids.begin());
+      if (at < m_shown.size()) {
+        const QSignalBlocker quiet(action);
+        action->setChecked(m_shown[at].pressed);  // the desk says what is pressed, not the click
+      }
+      click(id);
+    });
+    m_ids.push_back(tool.Id);
+    m_actions.emplace(tool.Id, action);
+  }
+}
+
+void Tools::click(const std::string& id) {
+  m_face.deliver([this, id] { m_desk.frame.SSActiveToolBars1_ToolClick(id); });
+}
+
+QAction* Tools::action(std::string_view id) const {
+  const auto found = m_actions.find(id);
+  return found == m_actions.end() ? nullptr : found->second;
+}
+
+bool Tools::pressed(const Tool& tool) const {
+  if (tool.Id == "ID_LockFixtures") return m_desk.show.FixturesLocked;
+  const auto visible = [](const std::unique_ptr<QueueList>& player) {
+    return player != nullptr && player->Window.Visible;
+  };
+  if (tool.Id == "ID_ABQ") return visible(m_desk.windows.ABQ);
+  if (tool.Id == "ID_XYQ") return visible(m_desk.windows.XYQ);
+  if (const frmDocument* document = m_desk.windows.ActiveDocument) {
+    if (const int mode = mouseModeOf(tool.Id); mode != 0) return document->MouseMode == mode;
+    if (tool.Id == "ID_Pan") return document->FlpCAD1.PanMode;
+    if (tool.Id == "ID_SelectGrid" || tool.Id == "mnuViewGrid") return document->FlpCAD1.Snap;
+  }
+  return tool.Pressed;
+}
+
+std::vector<Tools::Look> Tools::looks() const {
+  std::vector<Look> looks;
+  for (const Tool& tool : m_desk.frame.SSActiveToolBars1.tools())
+    looks.push_back({.caption = tool.Caption,
+                     .tip = tool.ToolTip,
+                     .enabled = tool.Enabled,
+                     .pressed = isToggle(tool.Id) && pressed(tool)});
+  return looks;
+}
+
+void Tools::show(const std::vector<Look>& looks) {
+  for (std::size_t i = 0; i < looks.size() && i < m_ids.size(); ++i) {
+    QAction* action = m_actions.at(m_ids[i]);
+    const Look& look = looks[i];
+    if (i < m_shown.size() && m_shown[i] == look) continue;
+    action->setText(QString::fromStdString(look.caption));
+    action->setToolTip(QString::fromStdString(look.tip.empty() ? look.caption : look.tip).remove('&'));
+    action->setEnabled(look.enabled);
+    action->setChecked(look.pressed);
+  }
+  m_shown = looks;
+}
+
+void Tools::addItems(QMenu& menu, const MenuSet& set) {
+  for (const std::string_view item : set.Items) {
+    if (item == "-")
+      menu.addSeparator();
+    else if (QAction* known = action(item))
+      menu.addAction(known);
+  }
+}
+
+void Tools::fill(QMenuBar& bar) {
+  for (const MenuSet& set : ToolBars::menus()) {
+    QMenu* menu =
+        bar.addMenu(QString::fromUtf8(set.Caption.data(), static_cast<qsizetype>(set.Caption.size())));
+    addItems(*menu, set);
+  }
+}
+
+QMenu* Tools::popUp(std::string_view set, QWidget* parent) {
+  for (const MenuSet& known : ToolBars::popUps()) {
+    if (known.Caption != set) continue;
+    auto* menu = new QMenu(parent);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    addItems(*menu, known);
+    return menu;
+  }
+  return nullptr;
+}
+
+QToolButton* Tools::button(std::string_view id, bool caption, QWidget* parent) {
+  auto* button = new QToolButton(parent);
+  button->setDefaultAction(action(id));
+  button->setObjectName(action(id)->objectName());
+  button->setFocusPolicy(Qt::StrongFocus);
+  button->setToolButtonStyle(caption ? Qt::ToolButtonTextUnderIcon : Qt::ToolButtonIconOnly);
+  if (caption) button->setProperty("place", "bar");
+  return button;
+}
+
+}  // namespace velgrove

@@ -1,0 +1,55 @@
+#pragma once
+
+#include <QAction>
+#include <QMenu>
+#include <QMenuBar>
+#include <QObject>
+#include <QToolButton>
+#include <map>
+#include <string>
+#include <string_view>
+
+#include "core/lighting_desk.h"
+#include "desktop/binding.h"
+
+namespace velgrove {
+
+/// The frame's tools as actions: one for each id, shared by menus and buttons. Each goes to the frame's one
+/// handler.
+class Tools : public QObject {
+  Q_OBJECT
+
+ public:
+  Tools(LightingDesk& desk, Bindings& bindings);
+
+  [[nodiscard]] QAction* action(std::string_view id) const;
+  void fill(QMenuBar& bar);
+  /// A button with the tool's icon; with `caption` also its words below.
+  [[nodiscard]] QToolButton* button(std::string_view id, bool caption, QWidget* parent);
+  /// A menu of a pop-up set.
+  [[nodiscard]] QMenu* popUp(std::string_view set, QWidget* parent);
+  void click(const std::string& id);
+
+ private:
+  struct Look {
+    std::string caption;
+    std::string tip;
+    bool enabled = true;
+    bool pressed = false;
+    friend bool operator==(const Look&, const Look&) = default;
+  };
+
+  [[nodiscard]] std::vector<Look> looks() const;
+  [[nodiscard]] bool pressed(const Tool& tool) const;
+  void show(const std::vector<Look>& looks);
+  void makeActions();
+  void addItems(QMenu& menu, const MenuSet& set);
+
+  LightingDesk& m_desk;
+  Face& m_face;
+  std::vector<std::string> m_ids;
+  std::map<std::string, QAction*, std::less<>> m_actions;
+  std::vector<Look> m_shown;
+};
+
+}  // namespace velgrove
