@@ -69,16 +69,16 @@ struct ComboLook {
 
 }  // namespace
 
-void Bindings::bind(QLabel* label, Find<Label> find) {
+void Bindings::bind(QLabel* label, const Find<Label>& find) {
   mirror(
-      [find = std::move(find)] {
+      [find] {
         const Label* control = find();
         return control == nullptr ? std::string() : control->Caption;
       },
       [label](const std::string& caption) { label->setText(text(caption)); });
 }
 
-void Bindings::bind(QAbstractButton* button, Find<Button> find) {
+void Bindings::bind(QAbstractButton* button, const Find<Button>& find) {
   mirror(
       [find] {
         const Button* control = find();
@@ -96,7 +96,7 @@ void Bindings::bind(QAbstractButton* button, Find<Button> find) {
   });
 }
 
-void Bindings::bind(Field* field, Find<TextBox> find) {
+void Bindings::bind(Field* field, const Find<TextBox>& find) {
   const auto underway = std::make_shared<int>(0);
   const auto shown = std::make_shared<FieldLook>();
   add({.copy =
@@ -125,7 +125,7 @@ void Bindings::bind(Field* field, Find<TextBox> find) {
   });
 }
 
-void Bindings::bind(QComboBox* combo, Find<ComboBox> find) {
+void Bindings::bind(QComboBox* combo, const Find<ComboBox>& find) {
   const auto shown = mirror(
       [find] {
         const ComboBox* control = find();

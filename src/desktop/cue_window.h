@@ -43,8 +43,8 @@ class CueWindow : public QWidget {
     QLabel upCaption{"Up"};
   };
 
-  void nameStatusLine(StatusLine& line, const char* caption, const char* tone,
-                      const std::vector<std::pair<QLabel*, const char*>>& names);
+  static void nameStatusLine(StatusLine& line, const char* caption, const char* tone,
+                             const std::vector<std::pair<QLabel*, const char*>>& names);
   void dressButtons();
   void dressFields();
   void bindControls();

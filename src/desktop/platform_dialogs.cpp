@@ -57,7 +57,7 @@ bool PlatformDialogs::ask(std::unique_ptr<Dialog>& dialog, Make make) {
     dialog->activateWindow();
   });
   m_face.until([&] { return result.has_value(); });
-  return *result == QDialog::Accepted;
+  return result == QDialog::Accepted;
 }
 
 std::optional<std::string> PlatformDialogs::saveFile(const std::string& title, const std::string& filter,

@@ -116,9 +116,9 @@ const QPainterPath& PlotPainter::outline(const std::shared_ptr<const Block>& blo
   return path;
 }
 
-const PlotPainter::Kept& PlotPainter::keep(const Look& look, Kept kept) {
+const PlotPainter::Kept& PlotPainter::keep(const Look& look, const Kept& kept) {
   if (m_kept.size() >= MostKept) m_kept.clear();
-  return *m_kept.insert(look, std::move(kept));
+  return *m_kept.insert(look, kept);
 }
 
 PlotPainter::Roles PlotPainter::rolesIn(const PlotPicture& plot) {

@@ -173,7 +173,7 @@ DocumentWindow::DocumentWindow(Face& face, FindDocument find, std::function<Plot
 }
 
 /// While the hand holds the bar, it isn't written; keys and clicks go to the control as a new value.
-void DocumentWindow::bindScrollBar(QScrollBar& bar, FindSlider slider) {
+void DocumentWindow::bindScrollBar(QScrollBar& bar, const FindSlider& slider) {
   const auto shown = m_bindings.mirror(
       [this, slider]() -> ScrollLook {
         frmDocument* document = m_find();

@@ -56,7 +56,7 @@ class DocumentWindow : public QWidget {
 
  private:
   using FindSlider = std::function<Slider*(frmDocument&)>;
-  void bindScrollBar(QScrollBar& bar, FindSlider slider);
+  void bindScrollBar(QScrollBar& bar, const FindSlider& slider);
 
   FindDocument m_find;
   Bindings m_bindings;

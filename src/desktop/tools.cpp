@@ -111,7 +111,7 @@ void Tools::show() {
   }
 }
 
-void Tools::addItems(QMenu& menu, const MenuSet& set) {
+void Tools::addItems(QMenu& menu, const MenuSet& set) const {
   for (const std::string_view item : set.Items) {
     if (item == "-")
       menu.addSeparator();
@@ -139,7 +139,7 @@ QMenu* Tools::popUp(std::string_view set, QWidget* parent) {
   return nullptr;
 }
 
-QToolButton* Tools::button(std::string_view id, bool caption, QWidget* parent) {
+QToolButton* Tools::button(std::string_view id, bool caption, QWidget* parent) const {
   auto* button = new QToolButton(parent);
   button->setDefaultAction(action(id));
   button->setObjectName(action(id)->objectName());

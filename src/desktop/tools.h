@@ -25,7 +25,7 @@ class Tools : public QObject {
   [[nodiscard]] QAction* action(std::string_view id) const;
   void fill(QMenuBar& bar);
   /// A button with the tool's icon; with `caption` also its words below.
-  [[nodiscard]] QToolButton* button(std::string_view id, bool caption, QWidget* parent);
+  [[nodiscard]] QToolButton* button(std::string_view id, bool caption, QWidget* parent) const;
   /// A menu of a pop-up set.
   [[nodiscard]] QMenu* popUp(std::string_view set, QWidget* parent);
   void click(const std::string& id);
@@ -43,7 +43,7 @@ class Tools : public QObject {
   [[nodiscard]] bool pressed(const Tool& tool) const;
   void show();
   void makeActions();
-  void addItems(QMenu& menu, const MenuSet& set);
+  void addItems(QMenu& menu, const MenuSet& set) const;
 
   LightingDesk& m_desk;
   Face& m_face;
