@@ -1,6 +1,8 @@
 #include "desktop/binding.h"
 
+#include <QShortcutEvent>
 #include <QSignalBlocker>
+#include <algorithm>
 
 #include "desktop/theme.h"
 
@@ -55,6 +57,20 @@ void show(QAbstractButton& button, const ButtonLook& look) {
   theme::setState(&button, "state", stateOf(role, look.back));
 }
 
+/// A mnemonic clicks at once, where the toolkit first shows the button down for a tenth of a second: a Go may
+/// not wait for that.
+class Mnemonic : public QObject {
+ public:
+  explicit Mnemonic(QAbstractButton* button) : QObject(button) { button->installEventFilter(this); }
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    if (event->type() != QEvent::Shortcut || static_cast<QShortcutEvent*>(event)->isAmbiguous()) return false;
+    static_cast<QAbstractButton*>(watched)->click();
+    return true;
+  }
+};
+
 struct FieldLook {
   std::string text;
   bool enabled = false;
@@ -66,6 +82,20 @@ struct ComboLook {
   int index = -1;
   bool operator==(const ComboLook&) const = default;
 };
+
+/// Changes what differs between the first and the last items, so that an open list doesn't jump.
+void showItems(QComboBox& combo, const std::vector<std::string>& items) {
+  const int wanted = static_cast<int>(items.size());
+  const auto item = [&items](int at) { return text(items[static_cast<std::size_t>(at)]); };
+  int head = 0;
+  while (head < std::min(combo.count(), wanted) && combo.itemText(head) == item(head)) ++head;
+  int tail = 0;
+  while (tail < std::min(combo.count(), wanted) - head &&
+         combo.itemText(combo.count() - 1 - tail) == item(wanted - 1 - tail))
+    ++tail;
+  while (combo.count() > head + tail) combo.removeItem(head);
+  for (int at = head; at < wanted - tail; ++at) combo.insertItem(at, item(at));
+}
 
 }  // namespace
 
@@ -89,6 +119,7 @@ void Bindings::bind(QAbstractButton* button, const Find<Button>& find) {
                                                .back = control->BackColour};
       },
       [button](const ButtonLook& look) { show(*button, look); });
+  new Mnemonic(button);
   QObject::connect(button, &QAbstractButton::clicked, button, [this, find] {
     m_face.deliver([find] {
       if (const Button* control = find()) control->click();
@@ -134,14 +165,7 @@ void Bindings::bind(QComboBox* combo, const Find<ComboBox>& find) {
       },
       [combo](const ComboLook& look) {
         const QSignalBlocker quiet(combo);
-        QStringList items;
-        for (const std::string& item : look.items) items.push_back(text(item));
-        QStringList before;
-        for (int i = 0; i < combo->count(); ++i) before.push_back(combo->itemText(i));
-        if (items != before) {
-          combo->clear();
-          combo->addItems(items);
-        }
+        showItems(*combo, look.items);
         combo->setCurrentIndex(look.index);
       });
   QObject::connect(combo, &QComboBox::activated, combo, [this, find, shown](int index) {
