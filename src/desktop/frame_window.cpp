@@ -32,6 +32,11 @@ FrameWindow::FrameWindow(LightingDesk& desk, Face& face)
   bindRequests();
 }
 
+/// The toolkit closes the window behind this, and its children still tell who is active.
+FrameWindow::~FrameWindow() {
+  m_children->disconnect(this);
+}
+
 // ---- What stands in the frame
 
 void FrameWindow::build() {

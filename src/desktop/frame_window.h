@@ -27,6 +27,7 @@ class FrameWindow : public QMainWindow {
 
  public:
   FrameWindow(LightingDesk& desk, Face& face);
+  ~FrameWindow() override;
 
  protected:
   void closeEvent(QCloseEvent* event) override;
