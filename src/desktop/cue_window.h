@@ -48,6 +48,7 @@ class CueWindow : public QWidget {
   void dressButtons();
   void dressFields();
   void bindControls();
+  [[nodiscard]] static QHBoxLayout* timesOf(StatusLine& line);
   void layOutCompactStatus();
   void layOutRoomyStatus();
   void layOut();
