@@ -50,9 +50,9 @@ CueWindow::CueWindow(const QString& name, Face& face, FindPlayer find)
   m_table.setObjectName("ListView2");
   m_table.setAccessibleName(name.startsWith("AB") ? "AB cues" : "XY cues");
   bindControls();
-  layOut();
   setFocusOrder();
   setFocusProxy(&m_table);
+  layOut();
 }
 
 void CueWindow::nameStatusLine(StatusLine& line, const char* caption, const char* tone,
@@ -335,12 +335,15 @@ void CueWindow::layOut() {
   }
 }
 
+/// Tab goes in the order in which the widgets come into their window. Changing it later would leave the
+/// window itself, whose focus is the list's, in the middle of the way.
 void CueWindow::setFocusOrder() {
   const std::vector<QWidget*> order{&m_table,    &m_number,     &m_down,     &m_delay,   &m_up,     &m_desc,
                                     &m_linkList, &m_linkNumber, &m_record,   &m_update,  &m_insert, &m_delete,
                                     &m_copyCue,  &m_paste,      &m_stageCue, &m_nextCue, &m_loop,   &m_live,
                                     &m_blind,    &m_stepUp,     &m_stepDown, &m_stop,    &m_go};
-  for (std::size_t i = 1; i < order.size(); ++i) setTabOrder(order[i - 1], order[i]);
+  for (QGroupBox* group : {&m_statusGroup, &m_fadingGroup, &m_linkGroup}) group->setParent(this);
+  for (QWidget* widget : order) widget->setParent(this);
 }
 
 void CueWindow::changeEvent(QEvent* event) {

@@ -273,9 +273,12 @@ void FrameWindow::show(const Look& look) {
     return;
   }
   if (isVisible()) return;
-  const QRect screen = QApplication::primaryScreen()->availableGeometry();
+  const auto holdsIt = [&look](const QScreen* screen) {
+    return screen->availableGeometry().intersects(look.place);
+  };
   QRect place = look.place;
-  if (!screen.intersects(place)) place.moveTopLeft(screen.topLeft());
+  if (std::ranges::none_of(QApplication::screens(), holdsIt))
+    place.moveTopLeft(QApplication::primaryScreen()->availableGeometry().topLeft());
   setGeometry(place);
   look.state == WindowState::Maximised ? showMaximized() : QMainWindow::show();
 }

@@ -28,6 +28,8 @@ class FrameWindow : public QMainWindow {
  public:
   FrameWindow(LightingDesk& desk, Face& face);
   ~FrameWindow() override;
+  FrameWindow(const FrameWindow&) = delete;
+  FrameWindow& operator=(const FrameWindow&) = delete;
 
  protected:
   void closeEvent(QCloseEvent* event) override;

@@ -4,7 +4,13 @@
 #include <QImage>
 #include <QTest>
 #include <QWidget>
+#include <ostream>
 #include <stdexcept>
+
+/// For messages of tests; outside of any namespace, where the toolkit's types live.
+inline void PrintTo(const QString& text, std::ostream* out) {
+  *out << '"' << text.toStdString() << '"';
+}
 
 namespace velgrove::test {
 
