@@ -6,6 +6,7 @@
 #include "dmx/merge.h"
 #include "dmx/velgrove_comm.h"
 #include "playback/crossfade.h"
+#include "plot/document.h"
 
 namespace velgrove {
 namespace {
@@ -81,6 +82,44 @@ void SendFrame(benchmark::State& state) {
   for (auto _ : state) comm.SetDMX();
 }
 BENCHMARK(SendFrame);
+
+/// A display tick of a full plot on which every level has changed.
+void DisplayTick(benchmark::State& state) {
+  HandClock clock;
+  ShowState show;
+  Machine machine(clock.clock(), {});
+  auto project = std::make_shared<clsProject>();
+  auto view = project->colViews().add(std::make_shared<clsView>());
+  for (int channel = 1; channel <= ChannelCount; ++channel) {
+    auto fixture = view->colFixtures().add(std::make_shared<clsFixture>());
+    fixture->Channel = static_cast<std::int16_t>(channel);
+  }
+  show.Projects.add(std::move(project));
+  show.CurrentProjectIndex = show.CurrentViewIndex = 1;
+  frmDocument plot(show, machine, {});
+  plot.Form_Load();
+  for (auto _ : state) {
+    for (auto& level : show.DMXOutput) level = static_cast<std::uint8_t>(level + 40);
+    plot.UpdateDisplay_Timer();
+  }
+}
+BENCHMARK(DisplayTick);
+
+/// What the face copies of that plot while the desk waits for it.
+void CopyPicture(benchmark::State& state) {
+  Drawing drawing;
+  const ShapeNumber block = drawing.addBlock(makeBlock("box", {Circle{.middle = {}, .radius = 40}}));
+  const auto font = drawing.fontHandle("Arial,25,BN");
+  for (int fixture = 0; fixture < ChannelCount; ++fixture) {
+    (void)drawing.insertBlock(block, {});
+    (void)drawing.addRectangle({});
+    for (int line = 0; line < 2; ++line) (void)drawing.addLine({}, {});
+    for (int text = 0; text < 3; ++text) (void)drawing.addText({}, "FL", font, Align::Centre);
+  }
+  Picture picture;
+  for (auto _ : state) drawing.copyTo(picture);
+}
+BENCHMARK(CopyPicture);
 
 }  // namespace
 }  // namespace velgrove

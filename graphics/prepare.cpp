@@ -12,7 +12,8 @@ int main(int argc, char** argv) {
     return 2;
   }
   try {
-    for (const std::string_view type : velgrove::FixtureTypes) velgrove::prepareShape(argv[1], std::string(type));
+    for (const std::string_view type : velgrove::FixtureTypes)
+      velgrove::prepareShape(argv[1], std::string(type));
     return 0;
   } catch (const std::exception& error) {
     std::cerr << error.what() << "\n";

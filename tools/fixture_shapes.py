@@ -50,14 +50,14 @@ SYMBOLS = {
     "practical": [circle(0, 0, 41),
                   line(0, 41, 0, 50), line(0, -41, 0, -50), line(41, 0, 50, 0), line(-41, 0, -50, 0)],
     # A deep bowl with its socket, and the frame for colour below it
-    "scoop": [polyline((-50, -34), (50, -34), (50, -20, 65), (22, 39, 25), (10, 42), (10, 48), (-10, 48), (-10, 42, 25),
-                       (-22, 39, 65), (-50, -20)),
-              line(-49, -45, 49, -45)],
+    "scoop": [polyline((-50, -39), (50, -39), (50, -24, 57), (22, 41, 25), (10, 44), (10, 50), (-10, 50), (-10, 44, 25),
+                       (-22, 41, 57), (-50, -24)),
+              line(-49, -49, 49, -49)],
     # A head that turns in its yoke, on a base
-    "icue": [circle(0, 10, 40),
-             box(-50, -39, 50, -50),
-             polyline((-40, 10), (-46, 10), (-46, -39), closed=False),
-             polyline((40, 10), (46, 10), (46, -39), closed=False)],
+    "icue": [circle(0, 6, 44),
+             box(-50, -42, 50, -50),
+             polyline((-44, 6), (-49, 6), (-49, -42), closed=False),
+             polyline((44, 6), (49, 6), (49, -42), closed=False)],
 }
 
 

@@ -95,6 +95,7 @@ void Desk::give() {
 
 void Desk::wait(std::optional<Nanoseconds> until, const Clock& clock) {
   assert(mine());
+  if (onGiven) onGiven();
   m_owned = false;
   if (until) {
     const timespec deadline = monotonicIn(*until - clock.now());

@@ -45,7 +45,8 @@ class Desk {
   void close();
   [[nodiscard]] bool closing() const { return m_closing; }
 
-  /// Called behind each `give`, without the desk.
+  /// Called whenever the desk is given, so that what was changed is seen; with or without the desk, so it may
+  /// not take it.
   std::function<void()> onGiven;
 
  private:

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <numbers>
+#include <ranges>
 
 #include "controls/numbers.h"
 
@@ -282,15 +283,15 @@ void Drawing::setColour(ShapeNumber shape, Colour colour) {
   each(shape, [=](Shape& one) { return std::exchange(one.colour, colour) != colour; });
 }
 
-void Drawing::setText(ShapeNumber shape, Point at, const std::string& text, Colour colour) {
-  each(shape, [&](Shape& one) {
-    if (one.kind != Shape::Kind::Text || (one.text == text && one.at == at && one.colour == colour))
-      return false;
-    one.text = text;
-    one.at = at;
-    one.colour = colour;
-    return true;
-  });
+bool Drawing::setText(ShapeNumber shape, Point at, const std::string& text, Colour colour) {
+  Shape* const found = locate(shape);
+  if (found == nullptr || found->kind != Shape::Kind::Text) return false;
+  if (found->text == text && found->at == at && found->colour == colour) return true;
+  found->text = text;
+  found->at = at;
+  found->colour = colour;
+  changed();
+  return true;
 }
 
 void Drawing::removeOne(ShapeNumber shape) {
@@ -395,11 +396,11 @@ bool Drawing::isHit(const Shape& shape, Point at) const {
 
 ShapeNumber Drawing::shapeAt(Point at) const {
   ShapeNumber under = -1;
-  for (auto layer = m_layers.rbegin(); layer != m_layers.rend(); ++layer) {
-    for (auto shape = layer->shapes.rbegin(); shape != layer->shapes.rend(); ++shape) {
-      if (shape->number < 0 || !isHit(*shape, at)) continue;
-      if (shape->kind == Shape::Kind::Insert) return shape->number;
-      if (under < 0) under = shape->number;
+  for (const Layer& layer : std::views::reverse(m_layers)) {
+    for (const Shape& shape : std::views::reverse(layer.shapes)) {
+      if (shape.number < 0 || !isHit(shape, at)) continue;
+      if (shape.kind == Shape::Kind::Insert) return shape.number;
+      if (under < 0) under = shape.number;
     }
   }
   return under;

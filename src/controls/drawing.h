@@ -194,8 +194,9 @@ class Drawing {
   void rotate(ShapeNumber shape, Point about, double degrees);  ///< anticlockwise
   void scale(ShapeNumber shape, Point about, double factor);
   void setColour(ShapeNumber shape, Colour colour);
-  /// Changes a text in place. Nothing happens where it reads, stands and is painted so already.
-  void setText(ShapeNumber shape, Point at, const std::string& text, Colour colour);
+  /// Changes a text in place, and leaves it alone where it reads, stands and is painted so already. False
+  /// when there is no such text.
+  bool setText(ShapeNumber shape, Point at, const std::string& text, Colour colour);
   void remove(ShapeNumber shape);
   void clear();  ///< all shapes; layers, fonts and blocks stay
 

@@ -38,7 +38,7 @@ struct ButtonLook {
   bool operator==(const ButtonLook&) const = default;
 };
 
-/// Go and Stop stand ready in bright green; Live and Blind are on in green, and plain in any other colour.
+/// Go and Stop stand ready in bright green; Live and Blind are on in the green of the next cue.
 const char* stateOf(const QString& role, Colour back) {
   constexpr Colour Ready = 0x00FF00;
   constexpr Colour On = 0x00C000;
@@ -53,6 +53,7 @@ void show(QAbstractButton& button, const ButtonLook& look) {
   button.setEnabled(look.enabled);
   const QString role = button.property("role").toString();
   if (role == "key") theme::setState(&button, "key", theme::keyOf(look.back));
+  if (role == "mode") theme::setState(&button, "key", "magenta");
   theme::setState(&button, "state", stateOf(role, look.back));
 }
 
@@ -98,16 +99,16 @@ void showItems(QComboBox& combo, const std::vector<std::string>& items) {
 
 }  // namespace
 
-void Bindings::bind(QLabel* label, Find<Label> find) {
+void Bindings::bind(QLabel* label, const Find<Label>& find) {
   mirror(
-      [find = std::move(find)] {
+      [find] {
         const Label* control = find();
         return control == nullptr ? std::string() : control->Caption;
       },
       [label](const std::string& caption) { label->setText(text(caption)); });
 }
 
-void Bindings::bind(QAbstractButton* button, Find<Button> find) {
+void Bindings::bind(QAbstractButton* button, const Find<Button>& find) {
   mirror(
       [find] {
         const Button* control = find();
@@ -126,7 +127,7 @@ void Bindings::bind(QAbstractButton* button, Find<Button> find) {
   });
 }
 
-void Bindings::bind(Field* field, Find<TextBox> find) {
+void Bindings::bind(Field* field, const Find<TextBox>& find) {
   const auto underway = std::make_shared<int>(0);
   const auto shown = std::make_shared<FieldLook>();
   add({.copy =
@@ -155,7 +156,7 @@ void Bindings::bind(Field* field, Find<TextBox> find) {
   });
 }
 
-void Bindings::bind(QComboBox* combo, Find<ComboBox> find) {
+void Bindings::bind(QComboBox* combo, const Find<ComboBox>& find) {
   const auto shown = mirror(
       [find] {
         const ComboBox* control = find();
@@ -168,7 +169,7 @@ void Bindings::bind(QComboBox* combo, Find<ComboBox> find) {
         combo->setCurrentIndex(look.index);
       });
   QObject::connect(combo, &QComboBox::activated, combo, [this, find, shown](int index) {
-    if (shown->has_value()) (*shown)->index = index;
+    shown->value.index = index;
     m_face.deliver([find, index] {
       if (ComboBox* control = find()) control->choose(index);
     });

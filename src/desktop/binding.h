@@ -5,7 +5,6 @@
 #include <QLabel>
 #include <functional>
 #include <memory>
-#include <optional>
 #include <utility>
 #include <vector>
 
@@ -25,22 +24,27 @@ class Bindings {
   /// What a widget shows at this moment. A widget that the hand can change notes it here, so that the desk's
   /// answer is shown even when it is the value of before.
   template <class Value>
-  using Shown = std::shared_ptr<std::optional<Value>>;
+  struct Seen {
+    Value value{};
+    bool known = false;  ///< false: the desk's value is shown at the next pull, whatever it is
+  };
+  template <class Value>
+  using Shown = std::shared_ptr<Seen<Value>>;
 
   /// Shows a value whenever it differs from what is shown. `read` runs with the desk held and gives a copy,
   /// `show` with the desk free.
   template <class Read, class Show>
   auto mirror(Read read, Show show) {
     using Value = std::decay_t<decltype(read())>;
-    auto shown = std::make_shared<std::optional<Value>>();
-    m_ties.push_back(m_face.bind({.copy =
-                                      [read = std::move(read), shown] {
-                                        Value now = read();
-                                        if (shown->has_value() && **shown == now) return false;
-                                        *shown = std::move(now);
-                                        return true;
-                                      },
-                                  .apply = [show = std::move(show), shown] { show(**shown); }}));
+    auto shown = std::make_shared<Seen<Value>>();
+    add({.copy =
+             [read = std::move(read), shown] {
+               Value now = read();
+               if (shown->known && shown->value == now) return false;
+               *shown = {.value = std::move(now), .known = true};
+               return true;
+             },
+         .apply = [show = std::move(show), shown] { show(shown->value); }});
     return shown;
   }
 
@@ -52,13 +56,13 @@ class Bindings {
   template <class T>
   using Find = std::function<T*()>;
 
-  void bind(QLabel* label, Find<Label> find);
+  void bind(QLabel* label, const Find<Label>& find);
   /// Caption, tip and state; a click goes to the control.
-  void bind(QAbstractButton* button, Find<Button> find);
+  void bind(QAbstractButton* button, const Find<Button>& find);
   /// The text both ways. What the hand types goes to the control; the desk's text comes with the caret kept,
   /// and not while an input method composes.
-  void bind(Field* field, Find<TextBox> find);
-  void bind(QComboBox* combo, Find<ComboBox> find);
+  void bind(Field* field, const Find<TextBox>& find);
+  void bind(QComboBox* combo, const Find<ComboBox>& find);
 
  private:
   Face& m_face;

@@ -74,8 +74,8 @@ void ChildWindow::changeEvent(QEvent* event) {
   QMdiSubWindow::changeEvent(event);
   if (event->type() != QEvent::WindowStateChange || m_writing) return;
   const WindowState state = stateOf(windowState());
-  if (!m_look->has_value() || (*m_look)->state == state) return;
-  (*m_look)->state = state;
+  if (!m_look->known || m_look->value.state == state) return;
+  m_look->value.state = state;
   m_bindings.face().deliver([this, state] {
     if (Form* form = m_find()) form->WindowState = state;
   });

@@ -32,7 +32,7 @@ FrameWindow::FrameWindow(LightingDesk& desk, Face& face)
   bindRequests();
 }
 
-/// The child windows outlive what they report to.
+/// The toolkit closes the window behind this, and its children still tell who is active.
 FrameWindow::~FrameWindow() {
   m_children->disconnect(this);
 }
@@ -237,6 +237,7 @@ void FrameWindow::bindFrame() {
   m_bindings.mirror(
       [this] {
         std::vector<unsigned> identities;
+        identities.reserve(m_desk.windows.Documents.size());
         for (const auto& document : m_desk.windows.Documents) identities.push_back(document->Window.Identity);
         return identities;
       },
@@ -284,14 +285,14 @@ void FrameWindow::show(const Look& look) {
 
 /// The frame's place is kept between evenings: that of its normal state.
 void FrameWindow::noteGeometry() {
-  if (!isVisible() || !m_look->has_value()) return;
+  if (!isVisible() || !m_look->known) return;
   const WindowState state = isMinimized()   ? WindowState::Minimised
                             : isMaximized() ? WindowState::Maximised
                                             : WindowState::Normal;
-  const QRect place = state == WindowState::Normal ? geometry() : (*m_look)->place;
-  if ((*m_look)->state == state && (*m_look)->place == place) return;
-  (*m_look)->state = state;
-  (*m_look)->place = place;
+  const QRect place = state == WindowState::Normal ? geometry() : m_look->value.place;
+  if (m_look->value.state == state && m_look->value.place == place) return;
+  m_look->value.state = state;
+  m_look->value.place = place;
   m_face.deliver([this, state, place] {
     Form& form = m_desk.frame.Window;
     form.WindowState = state;

@@ -52,7 +52,7 @@ class FrameWindow : public QMainWindow {
   void build();
   [[nodiscard]] QWidget* makeToolColumn();
   [[nodiscard]] QWidget* makeBanner();
-  [[nodiscard]] QWidget* makeSubPane();
+  [[nodiscard]] static QWidget* makeSubPane();
   void bindFrame();
   void bindRequests();
   void addPlayer(const QString& name, std::unique_ptr<QueueList> Windows::*player, ChildArea::Place place);

@@ -119,7 +119,7 @@ void OpenDialog::show(QListWidget& list, const Listing& listing, bool folders) {
       item->setData(Qt::UserRole, text(listing.items[i]));
       if (!folders) continue;
       constexpr int Indent = 2;
-      item->setText(QString(Indent * listing.depths[i], ' ') + text(listing.items[i]));
+      item->setText(QString(qsizetype{Indent} * listing.depths[i], ' ') + text(listing.items[i]));
       item->setForeground(theme::colour(listing.open[i] ? "text" : "text2"));
     }
   }
@@ -156,7 +156,7 @@ void OpenDialog::bindLists() {
       [this](const Listing& listing) { show(m_folders, listing, true); });
   connect(&m_folders, &QListWidget::currentRowChanged, this, [this, folders](int row) {
     if (row < 0) return;
-    if (folders->has_value()) (*folders)->index = row;
+    folders->value.index = row;
     bindings().face().deliver([this, row] { m_form.dirList.highlight(row); });
   });
   connect(&m_folders, &QListWidget::itemActivated, this,
@@ -170,7 +170,7 @@ void OpenDialog::bindLists() {
       [this](const Listing& listing) { show(m_files, listing, false); });
   connect(&m_files, &QListWidget::currentRowChanged, this, [this, files](int row) {
     if (row < 0) return;
-    if (files->has_value()) (*files)->index = row;
+    files->value.index = row;
     bindings().face().deliver([this, row] { m_form.filList.choose(row); });
   });
   connect(&m_files, &QListWidget::itemDoubleClicked, this, [this](const QListWidgetItem* item) {
@@ -186,7 +186,7 @@ void OpenDialog::bindTabs() {
                                          if (tab == 2 && isVisible()) m_showName.setFocus();
                                        });
   connect(&m_tabs, &QTabWidget::currentChanged, this, [this, shown](int index) {
-    *shown = index + 1;
+    shown->value = index + 1;
     bindings().face().deliver([this, index] { m_form.Tabs.choose(index + 1); });
     (index == 1 ? static_cast<QWidget*>(&m_showName) : &m_files)->setFocus();
   });

@@ -3,17 +3,18 @@
 #include <QApplication>
 #include <QFile>
 #include <QFontDatabase>
-#include <QHash>
 #include <QIconEngine>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QPainter>
 #include <QPalette>
 #include <QPixmapCache>
+#include <QRegularExpression>
 #include <QStyle>
 #include <QSvgRenderer>
 #include <QVariant>
 #include <algorithm>
+#include <map>
 
 /// The room is a static library, whose resources nobody else would load. Outside of any namespace, as the
 /// toolkit wants it.
@@ -32,13 +33,15 @@ QByteArray resource(const QString& name) {
   return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-const QHash<QString, QString>& tokens() {
-  static const QHash<QString, QString> all = [] {
+using Tokens = std::map<std::string, QColor, std::less<>>;
+
+const Tokens& tokens() {
+  static const Tokens all = [] {
     loadResources();
-    QHash<QString, QString> read;
+    Tokens read;
     const QJsonObject palette = QJsonDocument::fromJson(resource("palette.json")).object();
     for (auto token = palette.begin(); token != palette.end(); ++token)
-      read[token.key()] = token.value().toString();
+      read[token.key().toStdString()] = QColor(token.value().toString());
     return read;
   }();
   return all;
@@ -46,44 +49,22 @@ const QHash<QString, QString>& tokens() {
 
 /// Longest names first, so that "@text" doesn't eat the head of "@text2".
 QString withColours(QString sheet) {
-  QStringList names = tokens().keys();
-  std::ranges::sort(names, std::greater<>(), &QString::size);
-  for (const QString& name : names) sheet.replace("@" + name, tokens()[name]);
+  std::vector<std::string> names;
+  for (const auto& [name, colour] : tokens()) names.push_back(name);
+  std::ranges::sort(names, std::greater<>(), &std::string::size);
+  for (const std::string& name : names)
+    sheet.replace("@" + QString::fromStdString(name), colour(name.c_str()).name());
   return sheet;
 }
 
-/// What the roomy density changes in the sheet, and what both add to it.
-QString sizes(Density density) {
-  const bool roomy = density == Density::Roomy;
-  const auto px = [roomy](int compact, int wide) { return QString::number(roomy ? wide : compact) + "px"; };
-  return "* { font-size: " + px(14, 16) + "; }" + "QPushButton { min-height: " + px(18, 28) + "; }" +
-         "QLineEdit, QSpinBox, QComboBox { min-height: " + px(18, 24) + "; }" +
-         "QPushButton[role=\"dialog\"] { min-height: 26px; min-width: 76px; }" +
-         "QTreeView { font-size: " + px(15, 17) + "; }" + "QHeaderView::section { font-size: " + px(13, 14) +
-         "; }" +
-         "QLabel[type=\"caption\"], QGroupBox { font-family: \"Roboto Condensed\"; font-size: " + px(12, 14) +
-         "; }" + "QLabel[type=\"caption\"], QGroupBox { color: @text2; }" +
-         "QLabel[type=\"number\"] { font-size: " + px(25, 42) + "; font-weight: bold; }" +
-         "QLabel[type=\"desc\"] { font-family: \"Roboto Condensed\"; font-size: " + px(17, 20) + "; }" +
-         "QPushButton[role=\"mode\"] { font-family: \"Roboto Condensed\"; padding: 1px 5px; }" +
-         "QPushButton[role=\"go\"] { font-size: " + px(22, 30) + "; }" +
-         "QPushButton[role=\"stop\"] { font-size: " + px(18, 22) + "; }" +
-         "QPushButton[role=\"go\"][place=\"bar\"] { font-size: " + px(37, 56) + "; }" +
-         "QPushButton[role=\"stop\"][place=\"bar\"] { font-size: " + px(20, 28) + "; }" +
-         "QToolButton[place=\"bar\"] { font-family: \"Roboto Condensed\"; font-size: " + px(14, 16) +
-         "; border: 1px solid @edge; background: @raised; padding: 2px; }" +
-         "QToolButton[place=\"bar\"]:hover { background: @hover; }" +
-         "QToolButton[place=\"bar\"]:pressed { background: @press; border-color: @text; }" +
-         "QToolButton[place=\"bar\"]:focus { border: 2px solid @focus; padding: 1px; }" +
-         "QToolButton[place=\"bar\"]:disabled { background: @panel; border-color: @line; }" +
-         "QWidget#band, QWidget#toolColumn, QWidget#SubPane { background: @window; }" +
-         "QMdiArea { background: @well; border: 0; }" +
-         "QLabel#splashName { font-size: 40px; font-weight: bold; }" +
-         "QTextBrowser, QListView { background: @well; border: 1px solid @edge; }" +
-         "QListView::item { padding: 3px 6px; }" +
-         "QListView::item:selected { background: @hover; color: @text; }" +
-         "QProgressBar { background: @well; border: 1px solid @edge; border-radius: 3px; }" +
-         "QProgressBar::chunk { background: @nextLit; }" + "QSplitter::handle { background: @line; }";
+/// Sizes are written "14|16px": for the compact and for the roomy desk.
+QString withSizes(QString sheet, Density density) {
+  static const QRegularExpression pair(R"((\d+)\|(\d+)px)");
+  return sheet.replace(pair, density == Density::Compact ? R"(\1px)" : R"(\2px)");
+}
+
+QString sheet(Density density) {
+  return withColours(withSizes(QString::fromUtf8(resource("velgrove.qss") + resource("desk.qss")), density));
 }
 
 std::optional<Density> applied;
@@ -143,9 +124,9 @@ class SvgIcon : public QIconEngine {
 }  // namespace
 
 QColor colour(const char* token) {
-  const auto found = tokens().constFind(QString(token));
-  Q_ASSERT(found != tokens().constEnd());
-  return QColor(*found);
+  const auto found = tokens().find(std::string_view(token));
+  Q_ASSERT(found != tokens().end());
+  return found->second;
 }
 
 Density density() {
@@ -157,7 +138,7 @@ void apply(Density density) {
   applied = density;
   QApplication::setPalette(palette());
   QApplication::setFont(font(sized(14, 16)));
-  qApp->setStyleSheet(withColours(QString::fromUtf8(resource("velgrove.qss")) + sizes(density)));
+  qApp->setStyleSheet(sheet(density));
 }
 
 QFont font(int pixels, bool bold) {

@@ -51,6 +51,7 @@ void frmDocument::Form_Load() {
       [&] {
         const auto& project = m_show.Projects.item(m_show.CurrentProjectIndex);
         ActiveView = project->colViews().item(m_show.CurrentViewIndex);
+        Window.Caption = ActiveView->ViewName;
       },
       [&] {
         AGauge2.Visible = RotateActive = false;

@@ -89,8 +89,9 @@ void frmDocument::DeleteTextOnShape(clsFixture& fixture) {
 
 /// Three times a second all fixtures come here, and nearly all of them with nothing new.
 void frmDocument::writeText(std::int32_t& shape, Point at, const std::string& text, Colour colour) {
-  if (FlpCAD1.find(shape) == nullptr) shape = FlpCAD1.addText(at, text, LevelFont, Align::Centre);
-  FlpCAD1.setText(shape, at, text, colour);
+  if (FlpCAD1.setText(shape, at, text, colour)) return;
+  shape = FlpCAD1.addText(at, text, LevelFont, Align::Centre);
+  FlpCAD1.setColour(shape, colour);
 }
 
 void frmDocument::removeText(std::int32_t& shape) {

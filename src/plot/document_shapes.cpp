@@ -94,7 +94,8 @@ void frmDocument::beginFixture(DrawMode mode, std::shared_ptr<clsFixture>& fixtu
 
 void frmDocument::drawOutline(clsFixture& fixture, Point at) {
   FlpCAD1.setCurrentLayer(FirstLayer);
-  const clsFixtureType& shape = *ShapeTable.item(m_show.SelectedFixtureType);
+  const bool seen = !m_wiring.graphics.empty();
+  const clsFixtureType& shape = *ShapeTable.item(seen ? m_show.SelectedFixtureType : 1);
   fixture.Shape = FlpCAD1.insertBlock(shape.ShapeNumber, at);
   FlpCAD1.scale(fixture.Shape, at, shape.ScaleFactor);
   FlpCAD1.setColour(fixture.Shape, Red);

@@ -64,6 +64,7 @@ class Check {
   void pair(long code, std::string_view value) {
     constexpr long VertexCount = 90;
     constexpr long VertexX = 10;
+    if (m_entity == "EOF") fail("goes on behind its end");
     if (value.empty() && isNumber(code)) fail("a number is missing");
     if (code == 0) {
       if (m_vertices != 0) fail("a polyline has other vertices than it says");

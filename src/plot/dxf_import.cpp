@@ -13,7 +13,6 @@
 #include <dime/entities/Polyline.h>
 #include <dime/entities/Vertex.h>
 #include <dime/sections/EntitiesSection.h>
-#include <locale.h>
 #include <new>
 #include <numbers>
 
@@ -206,7 +205,7 @@ class Import {
   }
 
   /// Adds the points between the last one and the next corner.
-  void arcTo(std::vector<Point>& points, Point to, double bulge) const {
+  static void arcTo(std::vector<Point>& points, Point to, double bulge) {
     const Point from = points.back();
     const double aside = (1 - (bulge * bulge)) / (4 * bulge);  // of the middle, in lengths of the chord
     const Point middle{.x = ((from.x + to.x) / 2) - (aside * (to.y - from.y)),

@@ -1,8 +1,8 @@
 #include "plot/fixtures.h"
 
-#include "core/show_state.h"
 #include <utility>
 
+#include "core/show_state.h"
 #include "plot/shapes.h"
 
 namespace velgrove {

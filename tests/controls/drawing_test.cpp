@@ -114,7 +114,7 @@ TEST_F(Scene, NumbersAreNeverGivenOutTwiceAndUnknownOnesDoNothing) {
   for (const ShapeNumber gone : {numbers[3], ShapeNumber{0}, ShapeNumber{-4}, ShapeNumber{999}}) {
     drawing.move(gone, 1, 1);
     drawing.setColour(gone, 3);
-    drawing.setText(gone, {1, 1}, "x", 0);
+    EXPECT_FALSE(drawing.setText(gone, {1, 1}, "x", 0));
     drawing.remove(gone);
     drawing.removeFromGroup(gone);
     drawing.addToGroup(gone, fresh);
@@ -248,7 +248,7 @@ TEST_F(Scene, TheHandDrawsARubberBandOrPansAsTheToolHasSetIt) {
   EXPECT_EQ(moved, 1);
 }
 
-TEST(Drawing, FontsAndCursorsHaveHandles) {
+TEST(Drawing, FontsAndCursorsHaveHandlesAndSettingsNumbers) {
   Drawing drawing;
   const auto font = drawing.fontHandle("Arial,25,BN");
   EXPECT_EQ(drawing.fonts().at(static_cast<std::size_t>(font) - 1).Size, 25);
@@ -259,6 +259,8 @@ TEST(Drawing, FontsAndCursorsHaveHandles) {
   EXPECT_EQ(drawing.cursor(), "zoom");
   drawing.setCursor(77);
   EXPECT_EQ(drawing.cursor(), "default");
+  drawing.setProperty(223, 1);
+  EXPECT_EQ(std::pair(drawing.property(223), drawing.property(6)), std::pair(1, 0));
 }
 
 TEST(Drawing, PrintingGoesToWhoeverWasHandedIn) {

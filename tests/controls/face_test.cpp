@@ -152,6 +152,21 @@ TEST(Face, ShowsEachValueOfTheDeskThatStandsInTheEnd) {
   house.runUntil([&] { return shown == 50; });
 }
 
+TEST(Face, ShowsWhatAHandlerChangedBeforeItWaitsAlsoWithAllTimersAtRest) {
+  House house;
+  bool waits = false;
+  bool copied = false;
+  bool shown = false;
+  const auto tie = house.face.bind(
+      {.copy = [&] { return std::exchange(copied, waits) != waits; }, .apply = [&] { shown = copied; }});
+  house.every(TimerRank::Dialog, [&] {
+    house.desk.sleep(20ms);  // the face is through with all that came before
+    waits = true;
+    house.thread.until([] { return false; });
+  });
+  house.runUntil([&] { return shown; });
+}
+
 TEST(Face, DeliversTheOperatorsActionsInOrderAlsoThoseGivenWhileAHandlerSleeps) {
   House house;
   std::vector<int> done;

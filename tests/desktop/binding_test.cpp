@@ -95,8 +95,8 @@ TEST(Binding, TheColoursOfAButtonBecomeStatesOfItsLook) {
   };
   for (const Case& each :
        {Case{"go", QueueList::BrightGreen, "ready", ""}, Case{"go", QueueList::Grey, "quiet", ""},
-        Case{"stop", QueueList::BrightGreen, "ready", ""}, Case{"mode", QueueList::Green, "on", ""},
-        Case{"mode", 0, "off", ""}, Case{"mode", QueueList::Magenta, "off", ""},
+        Case{"stop", QueueList::BrightGreen, "ready", ""}, Case{"mode", QueueList::Green, "on", "magenta"},
+        Case{"mode", 0, "off", "magenta"}, Case{"mode", QueueList::Magenta, "off", "magenta"},
         Case{"key", QueueList::Red, "", "red"}, Case{"key", QueueList::Yellow, "", "yellow"}}) {
     Tied<QPushButton, Button> button({.Caption = "x"}, each.role);
     button.desk([&](Button& control) { control.BackColour = each.colour; });
