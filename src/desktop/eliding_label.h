@@ -10,7 +10,10 @@ class ElidingLabel : public QLabel {
   Q_OBJECT
 
  public:
-  ElidingLabel() { setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred); }
+  ElidingLabel() {
+    setTextFormat(Qt::PlainText);
+    setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+  }
 
  protected:
   void paintEvent(QPaintEvent* /*event*/) override {
