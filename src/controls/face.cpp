@@ -138,7 +138,7 @@ std::shared_ptr<Face::Asked> Face::ask(const Box& box, bool waitedFor) {
 BoxAnswer Face::showBox(const Box& box, const std::function<void(const std::function<bool()>&)>& waitUntil) {
   const auto asked = ask(box, true);
   waitUntil([&] { return asked->answer.has_value(); });
-  return *asked->answer;
+  return asked->answer.value_or(BoxAnswer::Ok);
 }
 
 void Face::postBox(const Box& box) {

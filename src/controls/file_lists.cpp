@@ -148,9 +148,9 @@ void DirListBox::setPath(const fs::path& path) {
     m_rows.push_back({.Name = part, .Path = way, .Depth = static_cast<int>(m_rows.size()), .IsOpen = true});
   }
   const int depth = static_cast<int>(m_rows.size());
-  m_index = depth - 1;
   for (const std::string& name : names)
     m_rows.push_back({.Name = name, .Path = folder / name, .Depth = depth, .IsOpen = false});
+  highlightPath();
   if (std::exchange(m_path, folder) != folder) raise(Change);
 }
 
@@ -158,8 +158,25 @@ void DirListBox::highlight(int index) {
   m_index = static_cast<int>(checkedIndex(index, m_rows.size()));
 }
 
+fs::path DirListBox::highlighted() const {
+  return m_index < 0 ? fs::path() : m_rows[static_cast<std::size_t>(m_index)].Path;
+}
+
 void DirListBox::openHighlighted() {
-  if (m_index >= 0) setPath(fs::path(m_rows[static_cast<std::size_t>(m_index)].Path));
+  if (m_index < 0) return;
+  const fs::path wanted = highlighted();
+  highlightPath();
+  try {
+    setPath(wanted);
+  } catch (const RunTimeError& error) {
+    if (error.fault() != Fault::File || !Refused) throw;
+    Refused(error);
+  }
+}
+
+/// The path is the last of the rows that are open.
+void DirListBox::highlightPath() {
+  m_index = static_cast<int>(std::ranges::count_if(m_rows, &Row::IsOpen)) - 1;
 }
 
 // ---- Files

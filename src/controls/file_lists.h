@@ -15,11 +15,11 @@ namespace velgrove {
 
 /// Where the operator's files may lie on this machine.
 struct DriveRoots {
-  std::filesystem::path home;                       ///< empty: none
-  std::vector<std::filesystem::path> mediaFolders;  ///< what is plugged in shows in them as folders
-  std::filesystem::path root = "/";                 ///< of the whole machine
+  std::filesystem::path home = {};                       ///< empty: none
+  std::vector<std::filesystem::path> mediaFolders = {};  ///< what is plugged in shows in them as folders
+  std::filesystem::path root = "/";                      ///< of the whole machine
   /// Whether something is mounted at a folder.
-  std::function<bool(const std::filesystem::path&)> isMounted;
+  std::function<bool(const std::filesystem::path&)> isMounted = {};
 };
 [[nodiscard]] DriveRoots systemDriveRoots();
 
@@ -69,6 +69,8 @@ class DirListBox {
 
   Event Change;
   Event LostFocus;
+  /// The operator's hand opened a folder that can't be read.
+  std::function<void(const RunTimeError&)> Refused;
 
   [[nodiscard]] const std::filesystem::path& Path() const { return m_path; }
   /// Fault::File when the folder can't be read; all is then as it was.
@@ -77,10 +79,14 @@ class DirListBox {
   [[nodiscard]] int listIndex() const { return m_index; }  ///< highlighted row from 0; -1 none
   /// The operator's hand on a row; Fault::Subscript when there is none such.
   void highlight(int index);
-  /// The path becomes the highlighted row, as a double click or Enter has it; with the errors of setPath.
+  [[nodiscard]] std::filesystem::path highlighted() const;  ///< "" when no row is
+  /// The path becomes the highlighted row, as a double click or Enter has it. A folder that can't be read
+  /// raises Refused; all is then as it was, and the path highlighted again.
   void openHighlighted();
 
  private:
+  void highlightPath();
+
   Aside m_aside;
   std::filesystem::path m_path;
   std::vector<Row> m_rows;

@@ -27,7 +27,11 @@ frmMain::frmMain(ShowState& show, Machine& machine, Windows& windows, Wiring wir
 void frmMain::MDIForm_Load() {
   Window.Loaded = true;
   m_machine.errors.steps([&] { m_wiring.showSplash(); }, [&] { readPosition(); },
-                         [&] { SubPaneVisible = true; }, [&] { DisableTools(); }, [&] { readDefaults(); },
+                         [&] { SubPaneVisible = true; }, [&] { DisableTools(); },
+                         [&] {
+                           m_show.StageMode = true;
+                           readDefaults();
+                         },
                          [&] {
                            for (auto& slot : m_show.SubMasterSlots) slot = std::make_shared<clsSubMaster>();
                          },
@@ -56,10 +60,12 @@ void frmMain::savePosition() {
   const auto save = [this](const char* key, float twips) {
     m_wiring.saveSetting("Settings", key, formatSingle(twips));
   };
-  const bool maximised = Window.WindowState == WindowState::Maximised;
-  m_machine.errors.steps([&] { save("MainLeft", Window.Left); }, [&] { save("MainTop", Window.Top); },
-                         [&] { save("MainWidth", Window.Width); }, [&] { save("MainHeight", Window.Height); },
-                         [&] { m_wiring.saveSetting("Settings", "MainMaximised", maximised ? "-1" : "0"); });
+  save("MainLeft", Window.Left);
+  save("MainTop", Window.Top);
+  save("MainWidth", Window.Width);
+  save("MainHeight", Window.Height);
+  m_wiring.saveSetting("Settings", "MainMaximised",
+                       Window.WindowState == WindowState::Maximised ? "-1" : "0");
 }
 
 std::int16_t frmMain::number(const std::string& key) const {
@@ -117,9 +123,8 @@ void frmMain::focusDocument(std::string_view id) {
   });
 }
 
-void frmMain::SSActiveToolBars1_ToolDropDown(std::string_view id, int x, int y) {
+void frmMain::SSActiveToolBars1_ToolDropDown(std::string_view name, int x, int y) {
   m_machine.errors.run([&] {
-    const std::string& name = SSActiveToolBars1.tool(id).Name;
     if (name == "AddLight") SSActiveToolBars1.PopupMenu("mnuLightAddFixture", x, y);
     if (name == "Rotate") SSActiveToolBars1.PopupMenu("mnuLightRotate", x, y);
   });

@@ -70,7 +70,7 @@ class frmMain {
   Form Window{.Caption = "Velgrove"};
   ToolBars SSActiveToolBars1;
   StatusBar sbStatusBar;
-  std::string StatusMessage;  ///< to the operator, beside the status bar's own text
+  std::string StatusMessage;    ///< to the operator, beside the status bar's own text
   bool SubPaneVisible = false;  ///< the lower pane of the splitter, with the submaster panel
   Arrangement Arrange;
   Timer DoEventsTimer;  ///< off, and without work
@@ -85,8 +85,8 @@ class frmMain {
 
   /// The one handler of all tools and menu items, by the tool's id.
   void SSActiveToolBars1_ToolClick(std::string_view id);
-  /// The arrow beside a tool was pressed; the place is in pixels of the frame.
-  void SSActiveToolBars1_ToolDropDown(std::string_view id, int x, int y);
+  /// The arrow beside a tool was pressed, by the tool's name; the place is in pixels of the frame.
+  void SSActiveToolBars1_ToolDropDown(std::string_view name, int x, int y);
   void DisableTools();
   void EnableTools();
 
@@ -115,11 +115,12 @@ class frmMain {
   void newShow();
   void save();
   void saveShow();
-  void print();
+  void print() const;
   void leave();
   void enableCAD();
   void lockFixtures();
-  void onDocument();
+  void onDocument(void (frmDocument::*operation)());
+  void needDocument();
   void selectTool();
   void lightTool(std::int32_t type);
   void pickShape(std::int32_t type);
@@ -135,7 +136,7 @@ class frmMain {
   void helpAbout();
   void arrange(Arrangement::Code code);
   void nothing() {}
-  void unfinished(const char* handler);
+  void unfinished(const char* handler) const;
   void go();
   void stopFade();
   void nextStageCue();

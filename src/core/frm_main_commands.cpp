@@ -70,16 +70,16 @@ std::span<const frmMain::Command> frmMain::commands() {
       {"ID_LockFixtures", run<&frmMain::lockFixtures>},
       {"ID_EnableCAD", run<&frmMain::enableCAD>},
       {"ID_AddLight", run<&frmMain::toggleLightTool>},
-      {"ID_DelLight", run<&frmMain::onDocument>},
-      {"ID_Rotate", run<&frmMain::onDocument>},
-      {"ID_FluidZoom", run<&frmMain::onDocument>},
-      {"ID_Pan", run<&frmMain::onDocument>},
-      {"mnuViewPan", run<&frmMain::onDocument>},
-      {"mnuViewGrid", run<&frmMain::onDocument>},
-      {"ID_ZoomIn", run<&frmMain::onDocument>},
-      {"ID_ZoomOut", run<&frmMain::onDocument>},
-      {"mnuEditUndo", run<&frmMain::onDocument>},
-      {"ID_Test", run<&frmMain::onDocument>},
+      {"ID_DelLight", run<&frmMain::needDocument>},
+      {"ID_Rotate", run<&frmMain::needDocument>},
+      {"ID_FluidZoom", run<&frmMain::onDocument, &frmDocument::FluidZoomTool>},
+      {"ID_Pan", run<&frmMain::onDocument, &frmDocument::PanTool>},
+      {"mnuViewPan", run<&frmMain::onDocument, &frmDocument::PanTool>},
+      {"mnuViewGrid", run<&frmMain::onDocument, &frmDocument::GridTool>},
+      {"ID_ZoomIn", run<&frmMain::onDocument, &frmDocument::ZoomInTool>},
+      {"ID_ZoomOut", run<&frmMain::onDocument, &frmDocument::ZoomOutTool>},
+      {"mnuEditUndo", run<&frmMain::onDocument, &frmDocument::UndoDelete>},
+      {"ID_Test", run<&frmMain::needDocument>},
       {"mnuFresnel", run<&frmMain::lightTool, 1>},
       {"mnuLeko", run<&frmMain::lightTool, 2>},
       {"mnuPar38", run<&frmMain::lightTool, 3>},
@@ -104,8 +104,11 @@ std::span<const frmMain::Command> frmMain::commands() {
 // ---- Windows
 
 void frmMain::showPlayer(QueueList& (Windows::*player)() const) {
-  m_machine.errors.steps([&] { (m_windows.*player)().Window.Show(); },
-                         [&] { (m_windows.*player)().Window.Restore(); });
+  m_machine.errors.run([&] {
+    Form& window = (m_windows.*player)().Window;
+    window.Show();
+    window.Restore();
+  });
 }
 
 void frmMain::showEffects() {
@@ -156,7 +159,7 @@ void frmMain::arrange(Arrangement::Code code) {
 }
 
 /// These menu items were never finished, and say so.
-void frmMain::unfinished(const char* handler) {
+void frmMain::unfinished(const char* handler) const {
   m_machine.boxes.show({.text = std::string("Add '") + handler + "' code."});
 }
 
@@ -239,39 +242,53 @@ void frmMain::lockFixtures() {
       });
 }
 
+/// A drawing for everyone keeps the numbers; only a full CAD program would read them.
 void frmMain::enableCAD() {
-  onDocument();
+  const auto set = [this](int property, int value) { ActiveForm().FlpCAD1.setProperty(property, value); };
+  m_machine.errors.steps([&] { set(223, 1); }, [&] { set(6, 0); }, [&] { set(4, 0); });
 }
 
-void frmMain::onDocument() {
+void frmMain::onDocument(void (frmDocument::*operation)()) {
+  m_machine.errors.run([&] { (ActiveForm().*operation)(); });
+}
+
+void frmMain::needDocument() {
   m_machine.errors.run([&] { (void)ActiveForm(); });
 }
 
 void frmMain::selectTool() {
-  onDocument();
+  onDocument(&frmDocument::SelectTool);
 }
 
 void frmMain::lightTool(std::int32_t type) {
   pickShape(type);
-  onDocument();
+  needDocument();
 }
 
 void frmMain::pickShape(std::int32_t type) {
   m_show.SelectedFixtureType = type;
 }
 
+/// A second press takes the tool away again.
 void frmMain::toggleLightTool() {
-  lightTool(1);
-  SSActiveToolBars1.PopupMenu("mnuLightAddFixture");
+  m_machine.errors.run([&] {
+    if (ActiveForm().MouseMode != tools::Select) return ActiveForm().SelectTool();
+    lightTool(1);
+    SSActiveToolBars1.PopupMenu("mnuLightAddFixture");
+  });
 }
 
 void frmMain::rotateObject(int, int) {
-  onDocument();
+  needDocument();
 }
 
 /// A printer that fails, or an operator who cancels, ends it without a word.
-void frmMain::print() {
-  ErrorPattern::skip([&] { (void)m_machine.Dialogs.choosePrinter("Print"); });
+void frmMain::print() const {
+  ErrorPattern::skip([&] {
+    if (!m_machine.Dialogs.choosePrinter("Print")) return;
+    ErrorPattern::skip([&] { ActiveForm().FlpCAD1.PrintRationSameasView = true; });
+    ActiveForm().FlpCAD1.PrintView();
+  });
 }
 
 }  // namespace velgrove

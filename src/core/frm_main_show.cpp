@@ -1,8 +1,6 @@
 // The life of a show: how it comes into memory and how it leaves.
 
-#include <algorithm>
-#include <cctype>
-
+#include "controls/file_names.h"
 #include "controls/files.h"
 #include "core/frm_main.h"
 #include "model/show_file.h"
@@ -14,7 +12,6 @@ using namespace std::chrono_literals;
 
 constexpr Milliseconds DrawingCloses = 500ms;  // the plot lets go of its drawing
 constexpr const char* Title = "Velgrove";
-constexpr std::string_view ShowExtension = ".kel";
 
 std::shared_ptr<clsQueueData> cueList(const char* name, const char* description) {
   auto list = std::make_shared<clsQueueData>();
@@ -26,9 +23,7 @@ std::shared_ptr<clsQueueData> cueList(const char* name, const char* description)
 
 /// A name as the file dialog's filter leaves it.
 std::string withExtension(const std::string& name) {
-  std::string extension = std::filesystem::path(name).extension();
-  std::ranges::transform(extension, extension.begin(), [](unsigned char c) { return std::tolower(c); });
-  return extension == ShowExtension ? name : name + std::string(ShowExtension);
+  return matchesPattern(name, "*.kel") ? name : name + ".kel";
 }
 
 }  // namespace

@@ -41,6 +41,7 @@ void frmOpenProject::bindEvents() {
   drvList.Change = [this] { drvList_Change(); };
   dirList.Change = [this] { dirList_Change(); };
   dirList.LostFocus = [this] { dirList_LostFocus(); };
+  dirList.Refused = [this](const RunTimeError& error) { tellUnreadable(error); };
   filList.DblClick = [this] { filList_DblClick(); };
   txtSearchSpec.Change = [this] { txtSearchSpec_Change(); };
   txtSearchSpec.GotFocus = [this] { txtSearchSpec_GotFocus(); };
@@ -141,10 +142,14 @@ bool frmOpenProject::readDisk(const std::function<void()>& reading) {
     return true;
   } catch (const RunTimeError& error) {
     if (error.fault() != Fault::File) throw;
-    m_machine.boxes.show(
-        {.text = "This folder can't be read.\n\n" + std::string(error.what()), .icon = BoxIcon::Warning});
+    tellUnreadable(error);
     return false;
   }
+}
+
+void frmOpenProject::tellUnreadable(const RunTimeError& error) const {
+  m_machine.boxes.show(
+      {.text = "This folder can't be read.\n\n" + std::string(error.what()), .icon = BoxIcon::Warning});
 }
 
 void frmOpenProject::drvList_Change() {
@@ -158,7 +163,7 @@ void frmOpenProject::dirList_Change() {
 }
 
 void frmOpenProject::dirList_LostFocus() {
-  m_machine.errors.run([this] { (void)readDisk([this] { dirList.openHighlighted(); }); });
+  if (dirList.highlighted() != dirList.Path()) dirList.openHighlighted();
 }
 
 void frmOpenProject::txtSearchSpec_Change() {

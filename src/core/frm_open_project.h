@@ -90,6 +90,7 @@ class frmOpenProject {
   void openFile(const std::string& name);
   /// Reads the disk; a box names what can't be read. False then.
   bool readDisk(const std::function<void()>& reading);
+  void tellUnreadable(const RunTimeError& error) const;
 
   ShowState& m_show;
   Machine& m_machine;

@@ -10,7 +10,7 @@ namespace {
 struct ToolText {
   std::string_view id;
   std::string_view caption;
-  std::string_view tip = "";
+  std::string_view tip = {};
 };
 
 constexpr ToolText Texts[] = {

@@ -129,6 +129,7 @@ std::vector<OpenForm> Windows::openForms() {
   for (const auto& document : Documents)
     open.push_back({.form = &document->Window, .unload = [this, form = document.get()] {
                       DocumentForm = form;
+                      form->CloseView();
                       closeDocument();
                     }});
   for (auto* player : {&ABQ, &XYQ})

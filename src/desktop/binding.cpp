@@ -1,6 +1,8 @@
 #include "desktop/binding.h"
 
+#include <QShortcutEvent>
 #include <QSignalBlocker>
+#include <algorithm>
 
 #include "desktop/theme.h"
 
@@ -36,12 +38,12 @@ struct ButtonLook {
   bool operator==(const ButtonLook&) const = default;
 };
 
-/// Go and Stop stand ready in bright green; Live and Blind are on while they aren't magenta.
+/// Go and Stop stand ready in bright green; Live and Blind are on in the green of the next cue.
 const char* stateOf(const QString& role, Colour back) {
   constexpr Colour Ready = 0x00FF00;
-  constexpr Colour Magenta = 0xFF00FF;
+  constexpr Colour On = 0x00C000;
   if (role == "go" || role == "stop") return back == Ready ? "ready" : "quiet";
-  if (role == "mode") return back == Magenta ? "off" : "on";
+  if (role == "mode") return back == On ? "on" : "off";
   return "";
 }
 
@@ -50,9 +52,24 @@ void show(QAbstractButton& button, const ButtonLook& look) {
   if (!look.tip.empty()) button.setToolTip(text(look.tip));
   button.setEnabled(look.enabled);
   const QString role = button.property("role").toString();
-  if (role == "key" || role == "mode") theme::setState(&button, "key", theme::keyOf(look.back));
+  if (role == "key") theme::setState(&button, "key", theme::keyOf(look.back));
+  if (role == "mode") theme::setState(&button, "key", "magenta");
   theme::setState(&button, "state", stateOf(role, look.back));
 }
+
+/// A mnemonic clicks at once, where the toolkit first shows the button down for a tenth of a second: a Go may
+/// not wait for that.
+class Mnemonic : public QObject {
+ public:
+  explicit Mnemonic(QAbstractButton* button) : QObject(button) { button->installEventFilter(this); }
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    if (event->type() != QEvent::Shortcut || static_cast<QShortcutEvent*>(event)->isAmbiguous()) return false;
+    static_cast<QAbstractButton*>(watched)->click();
+    return true;
+  }
+};
 
 struct FieldLook {
   std::string text;
@@ -66,18 +83,32 @@ struct ComboLook {
   bool operator==(const ComboLook&) const = default;
 };
 
+/// Changes what differs between the first and the last items, so that an open list doesn't jump.
+void showItems(QComboBox& combo, const std::vector<std::string>& items) {
+  const int wanted = static_cast<int>(items.size());
+  const auto item = [&items](int at) { return text(items[static_cast<std::size_t>(at)]); };
+  int head = 0;
+  while (head < std::min(combo.count(), wanted) && combo.itemText(head) == item(head)) ++head;
+  int tail = 0;
+  while (tail < std::min(combo.count(), wanted) - head &&
+         combo.itemText(combo.count() - 1 - tail) == item(wanted - 1 - tail))
+    ++tail;
+  while (combo.count() > head + tail) combo.removeItem(head);
+  for (int at = head; at < wanted - tail; ++at) combo.insertItem(at, item(at));
+}
+
 }  // namespace
 
-void Bindings::bind(QLabel* label, Find<Label> find) {
+void Bindings::bind(QLabel* label, const Find<Label>& find) {
   mirror(
-      [find = std::move(find)] {
+      [find] {
         const Label* control = find();
         return control == nullptr ? std::string() : control->Caption;
       },
       [label](const std::string& caption) { label->setText(text(caption)); });
 }
 
-void Bindings::bind(QAbstractButton* button, Find<Button> find) {
+void Bindings::bind(QAbstractButton* button, const Find<Button>& find) {
   mirror(
       [find] {
         const Button* control = find();
@@ -88,6 +119,7 @@ void Bindings::bind(QAbstractButton* button, Find<Button> find) {
                                                .back = control->BackColour};
       },
       [button](const ButtonLook& look) { show(*button, look); });
+  new Mnemonic(button);
   QObject::connect(button, &QAbstractButton::clicked, button, [this, find] {
     m_face.deliver([find] {
       if (const Button* control = find()) control->click();
@@ -95,7 +127,7 @@ void Bindings::bind(QAbstractButton* button, Find<Button> find) {
   });
 }
 
-void Bindings::bind(Field* field, Find<TextBox> find) {
+void Bindings::bind(Field* field, const Find<TextBox>& find) {
   const auto underway = std::make_shared<int>(0);
   const auto shown = std::make_shared<FieldLook>();
   add({.copy =
@@ -124,7 +156,7 @@ void Bindings::bind(Field* field, Find<TextBox> find) {
   });
 }
 
-void Bindings::bind(QComboBox* combo, Find<ComboBox> find) {
+void Bindings::bind(QComboBox* combo, const Find<ComboBox>& find) {
   const auto shown = mirror(
       [find] {
         const ComboBox* control = find();
@@ -133,14 +165,7 @@ void Bindings::bind(QComboBox* combo, Find<ComboBox> find) {
       },
       [combo](const ComboLook& look) {
         const QSignalBlocker quiet(combo);
-        QStringList items;
-        for (const std::string& item : look.items) items.push_back(text(item));
-        QStringList before;
-        for (int i = 0; i < combo->count(); ++i) before.push_back(combo->itemText(i));
-        if (items != before) {
-          combo->clear();
-          combo->addItems(items);
-        }
+        showItems(*combo, look.items);
         combo->setCurrentIndex(look.index);
       });
   QObject::connect(combo, &QComboBox::activated, combo, [this, find, shown](int index) {

@@ -56,13 +56,13 @@ class Bindings {
   template <class T>
   using Find = std::function<T*()>;
 
-  void bind(QLabel* label, Find<Label> find);
+  void bind(QLabel* label, const Find<Label>& find);
   /// Caption, tip and state; a click goes to the control.
-  void bind(QAbstractButton* button, Find<Button> find);
+  void bind(QAbstractButton* button, const Find<Button>& find);
   /// The text both ways. What the hand types goes to the control; the desk's text comes with the caret kept,
   /// and not while an input method composes.
-  void bind(Field* field, Find<TextBox> find);
-  void bind(QComboBox* combo, Find<ComboBox> find);
+  void bind(Field* field, const Find<TextBox>& find);
+  void bind(QComboBox* combo, const Find<ComboBox>& find);
 
  private:
   Face& m_face;

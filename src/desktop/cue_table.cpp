@@ -344,7 +344,7 @@ void CueTable::drawCells(QPainter& painter, const QRect& row, int index, const R
     painter.setPen(marked ? theme::colour(mark == Mark::Stage ? "stageInk" : "nextInk")
                           : theme::colour(column > 0 && isQuiet(text) ? "text3" : "text"));
     painter.drawText(
-        cell, CueRows::alignment(column).toInt() | Qt::TextSingleLine,
+        cell, static_cast<int>(CueRows::alignment(column).toInt() | Qt::TextSingleLine),
         column == DescColumn ? painter.fontMetrics().elidedText(text, Qt::ElideRight, cell.width()) : text);
   }
 }

@@ -20,16 +20,6 @@ void setType(QLabel& label, const char* type) {
   label.setProperty("type", type);
 }
 
-/// A row's worth of captions and values, "Dwn 5  Dly 1  Up 8".
-void addPairs(QBoxLayout& row, const std::vector<std::pair<QLabel*, QLabel*>>& pairs) {
-  for (const auto& [caption, value] : pairs) {
-    row.addWidget(caption);
-    row.addSpacing(3);
-    row.addWidget(value);
-    row.addSpacing(8);
-  }
-}
-
 void discard(QLayout* layout) {
   while (QLayoutItem* item = layout->takeAt(0)) {
     if (item->layout() != nullptr) discard(item->layout());
@@ -207,6 +197,20 @@ std::vector<std::vector<QPushButton*>> CueWindow::buttonRows() {
   }
 }
 
+/// "Dwn 5  Dly 1  Up 8"
+QHBoxLayout* CueWindow::timesOf(StatusLine& line) {
+  auto* times = new QHBoxLayout;
+  times->setSpacing(3);
+  for (const auto& [caption, value] :
+       {std::pair(&line.downCaption, &line.down), std::pair(&line.delayCaption, &line.delay),
+        std::pair(&line.upCaption, &line.up)}) {
+    times->addWidget(caption);
+    times->addWidget(value);
+    times->addSpacing(5);
+  }
+  return times;
+}
+
 void CueWindow::layOutCompactStatus() {
   auto* grid = new QGridLayout(&m_statusGroup);
   grid->setContentsMargins(8, 6, 8, 4);
@@ -216,16 +220,12 @@ void CueWindow::layOutCompactStatus() {
   for (const auto& [line, button] : {std::pair(&m_stage, &m_stepUp), std::pair(&m_next, &m_stepDown)}) {
     line->number.setFixedWidth(70);
     line->number.setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    auto* pairs = new QHBoxLayout;
-    pairs->setSpacing(0);
-    addPairs(*pairs, {{&line->downCaption, &line->down},
-                      {&line->delayCaption, &line->delay},
-                      {&line->upCaption, &line->up}});
+    QHBoxLayout* times = timesOf(*line);
     button->setFixedSize(26, 24);
     grid->addWidget(&line->caption, row, 0);
     grid->addWidget(&line->number, row, 1);
     grid->addWidget(&line->desc, row, 2);
-    grid->addLayout(pairs, row, 3);
+    grid->addLayout(times, row, 3);
     grid->addWidget(button, row, 4);
     ++row;
   }
@@ -249,16 +249,12 @@ void CueWindow::layOutRoomyStatus() {
   for (const auto& [line, button] : {std::pair(&m_stage, &m_stepUp), std::pair(&m_next, &m_stepDown)}) {
     line->number.setFixedWidth(118);
     line->number.setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-    auto* pairs = new QHBoxLayout;
-    pairs->setSpacing(0);
-    addPairs(*pairs, {{&line->downCaption, &line->down},
-                      {&line->delayCaption, &line->delay},
-                      {&line->upCaption, &line->up}});
-    pairs->addStretch(1);
+    QHBoxLayout* times = timesOf(*line);
+    times->addStretch(1);
     auto* words = new QVBoxLayout;
     words->setSpacing(2);
     words->addWidget(&line->desc);
-    words->addLayout(pairs);
+    words->addLayout(times);
     auto* numbers = new QVBoxLayout;
     numbers->setSpacing(0);
     numbers->addWidget(&line->caption);

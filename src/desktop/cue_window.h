@@ -43,11 +43,12 @@ class CueWindow : public QWidget {
     QLabel upCaption{"Up"};
   };
 
-  void nameStatusLine(StatusLine& line, const char* caption, const char* tone,
-                      const std::vector<std::pair<QLabel*, const char*>>& names);
+  static void nameStatusLine(StatusLine& line, const char* caption, const char* tone,
+                             const std::vector<std::pair<QLabel*, const char*>>& names);
   void dressButtons();
   void dressFields();
   void bindControls();
+  [[nodiscard]] static QHBoxLayout* timesOf(StatusLine& line);
   void layOutCompactStatus();
   void layOutRoomyStatus();
   void layOut();

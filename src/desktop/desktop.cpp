@@ -10,12 +10,8 @@
 #include <unistd.h>
 
 #include "core/live_desk.h"
-#include "desktop/frame_window.h"
-#include "desktop/message_boxes.h"
-#include "desktop/open_dialog.h"
-#include "desktop/platform_dialogs.h"
+#include "desktop/desk_windows.h"
 #include "desktop/qt_loop.h"
-#include "desktop/small_dialogs.h"
 #include "desktop/style.h"
 #include "desktop/theme.h"
 
@@ -43,7 +39,7 @@ class EndingSignals {
   int m_file = -1;
 };
 
-/// The desk and its windows.
+/// The desk and its windows on the toolkit's loop.
 class Desktop {
  public:
   explicit Desktop(const EndingSignals& ending)
@@ -56,7 +52,6 @@ class Desktop {
         m_signals(ending.file(), QSocketNotifier::Read) {
     m_loop.serve = [this] { serve(); };
     QObject::connect(&m_signals, &QSocketNotifier::activated, &m_signals, [this] { m_house.end(); });
-    desk().machine.Dialogs = m_dialogs.dialogs();
   }
 
   int run() {
@@ -67,41 +62,26 @@ class Desktop {
   }
 
  private:
-  LightingDesk& desk() { return m_house.desk(); }
-  Face& face() { return m_house.face(); }
-
   Face::Loop loop() {
     return {.processEvents = [] { QtLoop::processEvents(); },
             .paintEvents = [](Milliseconds time) { QtLoop::paintEvents(time); },
             .wake = [this] { m_loop.wake(); },
             .showBox =
                 [this](const Box& box, bool waitedFor, std::function<void(BoxAnswer)> answered) {
-                  showMessageBox(above(), box, waitedFor, std::move(answered));
+                  m_windows.showBox(box, waitedFor, std::move(answered));
                 }};
-  }
-
-  /// Boxes come up over the window that the operator has before him.
-  QWidget* above() {
-    if (QWidget* modal = QApplication::activeModalWidget()) return modal;
-    return m_frame.isVisible() ? &m_frame : nullptr;
   }
 
   void serve() {
     if (m_house.ended())
       QApplication::exit();  // not quit(), which asks every window first
     else
-      face().serve();
+      m_house.face().serve();
   }
 
   QtLoop m_loop;
   LiveDesk m_house;
-  SplashWindow m_splash{nullptr, face(), desk().Splash};
-  FrameWindow m_frame{desk(), face()};
-  StatusWindow m_status{nullptr, face(), desk().windows.Comm};
-  OpenDialog m_open{&m_frame, face(), desk().OpenProject};
-  SaveQuestion m_question{&m_frame, face(), desk().WanttoSave};
-  AboutWindow m_about{&m_frame, face(), desk().About};
-  PlatformDialogs m_dialogs{face(), &m_frame};
+  DeskWindows m_windows{m_house.desk(), m_house.face()};
   QSocketNotifier m_signals;
 };
 

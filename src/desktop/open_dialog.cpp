@@ -119,7 +119,7 @@ void OpenDialog::show(QListWidget& list, const Listing& listing, bool folders) {
       item->setData(Qt::UserRole, text(listing.items[i]));
       if (!folders) continue;
       constexpr int Indent = 2;
-      item->setText(QString(Indent * listing.depths[i], ' ') + text(listing.items[i]));
+      item->setText(QString(qsizetype{Indent} * listing.depths[i], ' ') + text(listing.items[i]));
       item->setForeground(theme::colour(listing.open[i] ? "text" : "text2"));
     }
   }

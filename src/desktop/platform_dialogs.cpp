@@ -1,5 +1,6 @@
 #include "desktop/platform_dialogs.h"
 
+#include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QPainter>
@@ -56,7 +57,7 @@ bool PlatformDialogs::ask(std::unique_ptr<Dialog>& dialog, Make make) {
     dialog->activateWindow();
   });
   m_face.until([&] { return result.has_value(); });
-  return *result == QDialog::Accepted;
+  return result == QDialog::Accepted;
 }
 
 std::optional<std::string> PlatformDialogs::saveFile(const std::string& title, const std::string& filter,
@@ -89,7 +90,8 @@ std::string PlatformDialogs::browseForDir(const std::string& start, const std::s
     return made;
   });
   if (!accepted || dialog->selectedFiles().isEmpty()) return {};
-  return dialog->selectedFiles().constFirst().toStdString();
+  // A show's name is put right behind it.
+  return (QDir(dialog->selectedFiles().constFirst()).path() + '/').toStdString();
 }
 
 bool PlatformDialogs::choosePrinter(const std::string& title) {

@@ -15,7 +15,7 @@ constexpr Colour ManualText = 255;
 constexpr Colour InputText = 16777215;
 constexpr Colour SubmasterText = 16744703;
 
-constexpr double TextUnits = 27;  // height of the plot's texts
+constexpr double TextUnits = 27;  // height of the plot's texts, which hang by their top
 constexpr int SmallestText = 13;  // pixels, so that a level is read at any zoom
 constexpr double Halo = 3;
 constexpr double GridPitch = 50;
@@ -32,6 +32,10 @@ QRectF at(const Extents& world, const PlotPainter::View& view) {
 
 Placing placingOf(const Shape& insert) {
   return {.at = insert.at, .scale = insert.scale, .angle = insert.angle};
+}
+
+QPointF middleOf(const Shape& text, const PlotPainter::View& view) {
+  return at(text.at, view) + QPointF(0, TextUnits * view.pixelsPerUnit / 2);
 }
 
 /// Draws the parts of a block, in its own units with y upwards.
@@ -112,9 +116,9 @@ const QPainterPath& PlotPainter::outline(const std::shared_ptr<const Block>& blo
   return path;
 }
 
-const PlotPainter::Kept& PlotPainter::keep(const Look& look, Kept kept) {
+const PlotPainter::Kept& PlotPainter::keep(const Look& look, const Kept& kept) {
   if (m_kept.size() >= MostKept) m_kept.clear();
-  return *m_kept.insert(look, std::move(kept));
+  return *m_kept.insert(look, kept);
 }
 
 PlotPainter::Roles PlotPainter::rolesIn(const PlotPicture& plot) {
@@ -181,7 +185,7 @@ void PlotPainter::paintInsert(QPainter& painter, const Shape& shape, const Roles
   paintBody(painter, shape, glowOf(fixture->second->level, source), view);
   constexpr double Away = 5;
   const QRectF body = at(extentsOf(*shape.block, placingOf(shape)), view);
-  paintSourceMark(painter, source, {body.right() + Away, at(level->second->at, view).y()});
+  paintSourceMark(painter, source, {body.right() + Away, middleOf(*level->second, view).y()});
 }
 
 /// The body about the shape's own point.
@@ -227,7 +231,7 @@ void PlotPainter::paintText(QPainter& painter, const Shape& shape, bool channel,
   const int pixels = std::max(qRound(TextUnits * view.pixelsPerUnit), SmallestText);
   const QFont font = theme::font(pixels, !channel);
   const QString text = QString::fromStdString(shape.text);
-  const QPointF middle = at(shape.at, view);
+  const QPointF middle = middleOf(shape, view);
   if (m_medium == Medium::Paper) {
     const QSizeF size(QFontMetricsF(font).horizontalAdvance(text) + 2, 2.0 * pixels);
     painter.setFont(font);

@@ -83,7 +83,7 @@ class PlotPainter {
   void paintFigure(QPainter& painter, const Shape& shape, const View& view) const;
   void paintText(QPainter& painter, const Shape& shape, bool channel, const View& view);
   const Kept& keptText(const Look& look, const QFont& font, double ratio);
-  const Kept& keep(const Look& look, Kept kept);
+  const Kept& keep(const Look& look, const Kept& kept);
 
   Medium m_medium;
   std::unordered_map<const Block*, std::pair<std::shared_ptr<const Block>, QPainterPath>> m_outlines;

@@ -55,29 +55,33 @@ PlotView::PlotView(Bindings& bindings, FindDocument find) : m_face(bindings.face
   bindings.add({.copy = [this] { return copy(); }, .apply = [this] { apply(); }});
 }
 
+/// A fixture's glow follows its level text: both change when the drawing does.
 bool PlotView::copy() {
   frmDocument* document = m_find();
   if (document == nullptr) return false;
   const Drawing& drawing = document->FlpCAD1;
-  m_fixturesNow.clear();
-  const auto view = document->ActiveView;
-  if (view != nullptr) {
-    for (const auto& fixture : view->colFixtures())
-      m_fixturesNow.push_back({.body = fixture->Shape,
-                               .channelText = fixture->ChannelTextShape,
-                               .levelText = fixture->LevelTextShape,
-                               .level = fixture->Level});
+  const bool redrawn = m_plot.drawing.revision != drawing.revision();
+  if (!redrawn && m_plot.grid == drawing.Snap && m_band == drawing.rubberBand() &&
+      m_cursor == drawing.cursor())
+    return false;
+  if (redrawn) {
+    drawing.copyTo(m_plot.drawing);
+    copyFixtures(*document);
   }
-  const bool same = m_plot.drawing.revision == drawing.revision() && m_plot.fixtures == m_fixturesNow &&
-                    m_plot.grid == drawing.Snap && m_band == drawing.rubberBand() &&
-                    m_cursor == drawing.cursor();
-  if (same) return false;
-  if (m_plot.drawing.revision != drawing.revision()) drawing.copyTo(m_plot.drawing);
-  std::swap(m_plot.fixtures, m_fixturesNow);
   m_plot.grid = drawing.Snap;
   m_band = drawing.rubberBand();
   m_cursor = drawing.cursor();
   return true;
+}
+
+void PlotView::copyFixtures(const frmDocument& document) {
+  m_plot.fixtures.clear();
+  if (document.ActiveView == nullptr) return;
+  for (const auto& fixture : document.ActiveView->colFixtures())
+    m_plot.fixtures.push_back({.body = fixture->Shape,
+                               .channelText = fixture->ChannelTextShape,
+                               .levelText = fixture->LevelTextShape,
+                               .level = fixture->Level});
 }
 
 void PlotView::apply() {
@@ -169,7 +173,7 @@ DocumentWindow::DocumentWindow(Face& face, FindDocument find, std::function<Plot
 }
 
 /// While the hand holds the bar, it isn't written; keys and clicks go to the control as a new value.
-void DocumentWindow::bindScrollBar(QScrollBar& bar, FindSlider slider) {
+void DocumentWindow::bindScrollBar(QScrollBar& bar, const FindSlider& slider) {
   const auto shown = m_bindings.mirror(
       [this, slider]() -> ScrollLook {
         frmDocument* document = m_find();

@@ -32,6 +32,7 @@ class PlotView : public QWidget {
 
  private:
   bool copy();
+  void copyFixtures(const frmDocument& document);
   void apply();
   void hand(void (Drawing::*handler)(int, int, Pixel), QMouseEvent* event, Qt::MouseButtons buttons);
   [[nodiscard]] PlotPainter::View view() const;
@@ -39,7 +40,6 @@ class PlotView : public QWidget {
   Face& m_face;
   FindDocument m_find;
   PlotPicture m_plot;
-  std::vector<FixtureShapes> m_fixturesNow;
   std::optional<Extents> m_band;
   std::string m_cursor;
   PlotPainter m_painter;
@@ -56,7 +56,7 @@ class DocumentWindow : public QWidget {
 
  private:
   using FindSlider = std::function<Slider*(frmDocument&)>;
-  void bindScrollBar(QScrollBar& bar, FindSlider slider);
+  void bindScrollBar(QScrollBar& bar, const FindSlider& slider);
 
   FindDocument m_find;
   Bindings m_bindings;

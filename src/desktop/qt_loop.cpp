@@ -9,7 +9,7 @@
 namespace velgrove {
 namespace {
 
-constexpr int GatherTime = 14;  // ms
+constexpr int GatherTime = 20;  // ms: fades step each 30
 
 int makeWakeFile() {
   const int file = eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC);

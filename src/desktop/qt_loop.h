@@ -12,7 +12,7 @@
 namespace velgrove {
 
 /// The toolkit's event loop as the face needs it. Wakes of the desk come through a file descriptor and are
-/// gathered, so that the screen is brought up to date at most sixty times a second.
+/// gathered, so that the screen is brought up to date at most fifty times a second.
 class QtLoop : public QObject {
   Q_OBJECT
 

@@ -3,7 +3,6 @@
 #include <QApplication>
 #include <QFile>
 #include <QFontDatabase>
-#include <QHash>
 #include <QIconEngine>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -15,6 +14,7 @@
 #include <QSvgRenderer>
 #include <QVariant>
 #include <algorithm>
+#include <map>
 
 /// The room is a static library, whose resources nobody else would load. Outside of any namespace, as the
 /// toolkit wants it.
@@ -33,13 +33,15 @@ QByteArray resource(const QString& name) {
   return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-const QHash<QString, QString>& tokens() {
-  static const QHash<QString, QString> all = [] {
+using Tokens = std::map<std::string, QColor, std::less<>>;
+
+const Tokens& tokens() {
+  static const Tokens all = [] {
     loadResources();
-    QHash<QString, QString> read;
+    Tokens read;
     const QJsonObject palette = QJsonDocument::fromJson(resource("palette.json")).object();
     for (auto token = palette.begin(); token != palette.end(); ++token)
-      read[token.key()] = token.value().toString();
+      read[token.key().toStdString()] = QColor(token.value().toString());
     return read;
   }();
   return all;
@@ -47,9 +49,11 @@ const QHash<QString, QString>& tokens() {
 
 /// Longest names first, so that "@text" doesn't eat the head of "@text2".
 QString withColours(QString sheet) {
-  QStringList names = tokens().keys();
-  std::ranges::sort(names, std::greater<>(), &QString::size);
-  for (const QString& name : names) sheet.replace("@" + name, tokens()[name]);
+  std::vector<std::string> names;
+  for (const auto& [name, colour] : tokens()) names.push_back(name);
+  std::ranges::sort(names, std::greater<>(), &std::string::size);
+  for (const std::string& name : names)
+    sheet.replace("@" + QString::fromStdString(name), colour(name.c_str()).name());
   return sheet;
 }
 
@@ -120,9 +124,9 @@ class SvgIcon : public QIconEngine {
 }  // namespace
 
 QColor colour(const char* token) {
-  const auto found = tokens().constFind(QString(token));
-  Q_ASSERT(found != tokens().constEnd());
-  return {*found};
+  const auto found = tokens().find(std::string_view(token));
+  Q_ASSERT(found != tokens().end());
+  return found->second;
 }
 
 Density density() {

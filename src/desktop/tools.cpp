@@ -32,7 +32,7 @@ int mouseModeOf(std::string_view id) {
 
 Tools::Tools(LightingDesk& desk, Bindings& bindings) : m_desk(desk), m_face(bindings.face()) {
   makeActions();
-  bindings.mirror([this] { return looks(); }, [this](const std::vector<Look>& now) { show(now); });
+  bindings.add({.copy = [this] { return copy(); }, .apply = [this] { show(); }});
 }
 
 /// The tools' ids never change once the desk stands.
@@ -79,30 +79,39 @@ bool Tools::pressed(const Tool& tool) const {
   return tool.Pressed;
 }
 
-std::vector<Tools::Look> Tools::looks() const {
-  std::vector<Look> looks;
-  for (const Tool& tool : m_desk.frame.SSActiveToolBars1.tools())
-    looks.push_back({.caption = tool.Caption,
-                     .tip = tool.ToolTip,
-                     .enabled = tool.Enabled,
-                     .pressed = isToggle(tool.Id) && pressed(tool)});
-  return looks;
+/// There are many tools and they seldom change: each is compared in its place.
+bool Tools::copy() {
+  const auto& tools = m_desk.frame.SSActiveToolBars1.tools();
+  m_now.resize(tools.size());
+  bool changed = false;
+  for (std::size_t i = 0; i < tools.size(); ++i) {
+    const Tool& tool = tools[i];
+    const bool down = isToggle(tool.Id) && pressed(tool);
+    Look& now = m_now[i];
+    if (now.caption == tool.Caption && now.tip == tool.ToolTip && now.enabled == tool.Enabled &&
+        now.pressed == down && !m_shown.empty())
+      continue;
+    now = {.caption = tool.Caption, .tip = tool.ToolTip, .enabled = tool.Enabled, .pressed = down};
+    changed = true;
+  }
+  return changed;
 }
 
-void Tools::show(const std::vector<Look>& looks) {
-  for (std::size_t i = 0; i < looks.size() && i < m_ids.size(); ++i) {
+void Tools::show() {
+  m_shown.resize(m_now.size());
+  for (std::size_t i = 0; i < m_now.size() && i < m_ids.size(); ++i) {
+    const Look& look = m_now[i];
+    if (m_shown[i] == look) continue;
+    m_shown[i] = look;
     QAction* action = m_actions.at(m_ids[i]);
-    const Look& look = looks[i];
-    if (i < m_shown.size() && m_shown[i] == look) continue;
     action->setText(QString::fromStdString(look.caption));
     action->setToolTip(QString::fromStdString(look.tip.empty() ? look.caption : look.tip).remove('&'));
     action->setEnabled(look.enabled);
     action->setChecked(look.pressed);
   }
-  m_shown = looks;
 }
 
-void Tools::addItems(QMenu& menu, const MenuSet& set) {
+void Tools::addItems(QMenu& menu, const MenuSet& set) const {
   for (const std::string_view item : set.Items) {
     if (item == "-")
       menu.addSeparator();
@@ -130,7 +139,7 @@ QMenu* Tools::popUp(std::string_view set, QWidget* parent) {
   return nullptr;
 }
 
-QToolButton* Tools::button(std::string_view id, bool caption, QWidget* parent) {
+QToolButton* Tools::button(std::string_view id, bool caption, QWidget* parent) const {
   auto* button = new QToolButton(parent);
   button->setDefaultAction(action(id));
   button->setObjectName(action(id)->objectName());

@@ -25,7 +25,7 @@ class Tools : public QObject {
   [[nodiscard]] QAction* action(std::string_view id) const;
   void fill(QMenuBar& bar);
   /// A button with the tool's icon; with `caption` also its words below.
-  [[nodiscard]] QToolButton* button(std::string_view id, bool caption, QWidget* parent);
+  [[nodiscard]] QToolButton* button(std::string_view id, bool caption, QWidget* parent) const;
   /// A menu of a pop-up set.
   [[nodiscard]] QMenu* popUp(std::string_view set, QWidget* parent);
   void click(const std::string& id);
@@ -39,17 +39,18 @@ class Tools : public QObject {
     friend bool operator==(const Look&, const Look&) = default;
   };
 
-  [[nodiscard]] std::vector<Look> looks() const;
+  bool copy();
   [[nodiscard]] bool pressed(const Tool& tool) const;
-  void show(const std::vector<Look>& looks);
+  void show();
   void makeActions();
-  void addItems(QMenu& menu, const MenuSet& set);
+  void addItems(QMenu& menu, const MenuSet& set) const;
 
   LightingDesk& m_desk;
   Face& m_face;
   std::vector<std::string> m_ids;
   std::map<std::string, QAction*, std::less<>> m_actions;
-  std::vector<Look> m_shown;
+  std::vector<Look> m_now;    ///< the desk's, copied last
+  std::vector<Look> m_shown;  ///< on the screen
 };
 
 }  // namespace velgrove

@@ -138,6 +138,22 @@ TEST(Settings, AWriteThatTheDiskRefusesAtAnyByteLeavesFileAndMemoryAsTheyWere) {
   }
 }
 
+TEST(Settings, WhileTheDiskIsWaitedForTheyReadAsBefore) {
+  const TempFolder folder;
+  std::string meanwhile;
+  SettingsStore* reader = nullptr;
+  SettingsStore store(folder / "settings.toml", systemDisk(), [&](const auto& work) {
+    work();
+    meanwhile = reader->text("Velgrove", "Project", "Up").value_or("none");
+  });
+  reader = &store;
+  store.setText("Velgrove", "Project", "Up", "3");
+  EXPECT_EQ(meanwhile, "none");
+  store.setText("Velgrove", "Project", "Up", "4");
+  EXPECT_EQ(meanwhile, "3");
+  EXPECT_EQ(store.text("Velgrove", "Project", "Up"), "4");
+}
+
 TEST(Settings, AFolderThatCannotBeMadeIsAnErrorOfItsOwnAndOnlyOfWriting) {
   const TempFolder folder;
   writeText(folder / "file", "");

@@ -1,0 +1,26 @@
+#include "desktop/desk_windows.h"
+
+#include <QApplication>
+
+#include "desktop/message_boxes.h"
+
+namespace velgrove {
+
+DeskWindows::DeskWindows(LightingDesk& desk, Face& face)
+    : m_splash(nullptr, face, desk.Splash),
+      m_frame(desk, face),
+      m_status(nullptr, face, desk.windows.Comm),
+      m_open(&m_frame, face, desk.OpenProject),
+      m_question(&m_frame, face, desk.WanttoSave),
+      m_about(&m_frame, face, desk.About),
+      m_dialogs(face, &m_frame) {
+  desk.machine.Dialogs = m_dialogs.dialogs();
+}
+
+void DeskWindows::showBox(const Box& box, bool waitedFor, std::function<void(BoxAnswer)> answered) {
+  QWidget* above = QApplication::activeModalWidget();
+  if (above == nullptr && m_frame.isVisible()) above = &m_frame;
+  showMessageBox(above, box, waitedFor, std::move(answered));
+}
+
+}  // namespace velgrove

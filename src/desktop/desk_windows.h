@@ -1,0 +1,33 @@
+#pragma once
+
+#include <functional>
+
+#include "core/lighting_desk.h"
+#include "desktop/frame_window.h"
+#include "desktop/open_dialog.h"
+#include "desktop/platform_dialogs.h"
+#include "desktop/small_dialogs.h"
+
+namespace velgrove {
+
+/// All windows of a desk, tied to it as long as they live. Made before the desk starts.
+class DeskWindows {
+ public:
+  DeskWindows(LightingDesk& desk, Face& face);
+  DeskWindows(const DeskWindows&) = delete;
+  DeskWindows& operator=(const DeskWindows&) = delete;
+
+  /// Shows a box over the window that the operator has before him, and calls back once with the answer.
+  void showBox(const Box& box, bool waitedFor, std::function<void(BoxAnswer)> answered);
+
+ private:
+  SplashWindow m_splash;
+  FrameWindow m_frame;
+  StatusWindow m_status;
+  OpenDialog m_open;
+  SaveQuestion m_question;
+  AboutWindow m_about;
+  PlatformDialogs m_dialogs;
+};
+
+}  // namespace velgrove

@@ -1,0 +1,220 @@
+// The ties between single widgets and the desk's values: what the desk changes is shown, what the hand does
+// reaches the desk, and neither comes back as the other.
+
+#include "desktop/binding.h"
+
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "playback/queue_list.h"
+#include "support/screen.h"
+
+namespace velgrove::test {
+namespace {
+
+using testing::ElementsAre;
+
+/// A window with one widget that is tied to a control.
+template <class Widget, class Control>
+struct Tied {
+  explicit Tied(Control made, const char* role = "") : control(std::make_unique<Control>(std::move(made))) {
+    screen.face.act = [this](const auto& action) {
+      ++actions;
+      action();
+    };
+    widget.setProperty("role", role);
+    auto* column = new QVBoxLayout(&window);
+    column->addWidget(&widget);
+    column->addWidget(&other);
+    using Base = std::conditional_t<std::is_same_v<Widget, QPushButton>, QAbstractButton, Widget>;
+    ties.bind(static_cast<Base*>(&widget), Bindings::Find<Control>([this] { return control.get(); }));
+    window.show();
+    window.activateWindow();
+    screen.settle();
+    screen.face.pull();
+  }
+
+  /// The desk changes something; that is no action of the operator.
+  void desk(const std::function<void(Control&)>& change) {
+    const int before = actions;
+    screen.onDesk([&] { change(*control); });
+    EXPECT_EQ(actions, before) << "the desk's own value came back as the operator's";
+  }
+
+  Screen screen;
+  std::unique_ptr<Control> control;
+  int actions = 0;  ///< how many reached the desk
+  QWidget window;
+  Widget widget;
+  QLineEdit other;
+  Bindings ties{screen.face};
+};
+
+TEST(Binding, ALabelShowsItsCaptionAndNothingWhenItsWindowHasGone) {
+  Tied<QLabel, Label> label({.Caption = "12.50"});
+  EXPECT_EQ(label.widget.text(), "12.50");
+  label.desk([](Label& control) { control.Caption = "N/A"; });
+  EXPECT_EQ(label.widget.text(), "N/A");
+  label.screen.onDesk([&] { label.control = nullptr; });
+  EXPECT_EQ(label.widget.text(), "");
+}
+
+TEST(Binding, AClickAndTheMnemonicReachTheButtonOfTheDesk) {
+  int clicks = 0;
+  Tied<QPushButton, Button> button(
+      {.Caption = "&Go", .ToolTip = "Run Cue", .Click = [&clicks] { ++clicks; }});
+  EXPECT_EQ(button.widget.text(), "&Go");
+  EXPECT_EQ(button.widget.toolTip(), "Run Cue");
+  button.screen.click(button.widget);
+  button.screen.key(Qt::Key_G, Qt::AltModifier);
+  EXPECT_EQ(clicks, 2);
+}
+
+TEST(Binding, ADisabledButtonAndOneWithoutADeskTakeNoClick) {
+  int clicks = 0;
+  Tied<QPushButton, Button> button({.Caption = "Stop", .Click = [&clicks] { ++clicks; }});
+  button.desk([](Button& control) { control.Enabled = false; });
+  EXPECT_FALSE(button.widget.isEnabled());
+  button.screen.click(button.widget);
+  button.desk([](Button& control) { control.Enabled = true; });
+  button.screen.onDesk([&] { button.control = nullptr; });
+  EXPECT_FALSE(button.widget.isEnabled());
+  button.screen.click(button.widget);
+  EXPECT_EQ(clicks, 0);
+}
+
+TEST(Binding, TheColoursOfAButtonBecomeStatesOfItsLook) {
+  struct Case {
+    const char* role;
+    Colour colour;
+    const char* state;
+    const char* key;
+  };
+  for (const Case& each :
+       {Case{"go", QueueList::BrightGreen, "ready", ""}, Case{"go", QueueList::Grey, "quiet", ""},
+        Case{"stop", QueueList::BrightGreen, "ready", ""}, Case{"mode", QueueList::Green, "on", "magenta"},
+        Case{"mode", 0, "off", "magenta"}, Case{"mode", QueueList::Magenta, "off", "magenta"},
+        Case{"key", QueueList::Red, "", "red"}, Case{"key", QueueList::Yellow, "", "yellow"}}) {
+    Tied<QPushButton, Button> button({.Caption = "x"}, each.role);
+    button.desk([&](Button& control) { control.BackColour = each.colour; });
+    EXPECT_EQ(button.widget.property("state").toString(), each.state) << each.role << each.colour;
+    EXPECT_EQ(button.widget.property("key").toString(), each.key) << each.role << each.colour;
+  }
+}
+
+TEST(Binding, EachTypedLetterReachesTheFieldOfTheDesk) {
+  Tied<Field, TextBox> field(TextBox("1"));
+  std::vector<std::string> changes;
+  field.control->Change = [&] { changes.push_back(field.control->text()); };
+  field.widget.setFocus();
+  field.screen.key(Qt::Key_End);
+  field.screen.type("2.");
+  EXPECT_THAT(changes, ElementsAre("12", "12."));
+  EXPECT_EQ(field.widget.text(), "12.");
+}
+
+TEST(Binding, TheDesksTextComesWithCaretAndSelectionKept) {
+  Tied<Field, TextBox> field(TextBox("Storm"));
+  field.widget.setSelection(1, 3);
+  field.desk([](TextBox& control) { control.setText("Shore"); });
+  EXPECT_EQ(field.widget.text(), "Shore");
+  EXPECT_EQ(field.widget.selectedText(), "hor");
+  field.widget.setCursorPosition(2);
+  field.desk([](TextBox& control) { control.setText("Sheep-shearing"); });
+  EXPECT_EQ(field.widget.cursorPosition(), 2);
+  field.widget.selectAll();
+  field.desk([](TextBox& control) { control.setText("Dance"); });
+  EXPECT_EQ(field.widget.selectedText(), "Dance");
+}
+
+TEST(Binding, ATextThatIsThereAlreadyIsntWrittenAgain) {
+  Tied<Field, TextBox> field(TextBox("1"));
+  field.widget.setFocus();
+  field.screen.key(Qt::Key_End);
+  field.screen.type("2");
+  field.desk([](TextBox& control) {
+    control.setText("0");
+    control.setText("12");
+  });
+  EXPECT_TRUE(field.widget.isUndoAvailable());  // writing would have ended it
+}
+
+TEST(Binding, WhereTheDeskRefusesATypedTextItsOwnIsShown) {
+  Tied<Field, TextBox> field(TextBox("5"));
+  field.control->Change = [&] {
+    if (field.control->text() != "5") field.control->setText("5");
+  };
+  field.widget.setFocus();
+  field.screen.key(Qt::Key_End);
+  field.screen.type("x");
+  EXPECT_EQ(field.control->text(), "5");
+  EXPECT_EQ(field.widget.text(), "5");
+}
+
+TEST(Binding, NothingIsWrittenIntoAFieldWhileAnInputMethodComposes) {
+  Tied<Field, TextBox> field(TextBox("a"));
+  field.widget.setFocus();
+  field.screen.key(Qt::Key_End);
+  QInputMethodEvent composing("ni", {});
+  QApplication::sendEvent(&field.widget, &composing);
+  field.desk([](TextBox& control) { control.setText("b"); });
+  EXPECT_EQ(field.widget.text(), "a");
+  QInputMethodEvent given("", {});
+  QApplication::sendEvent(&field.widget, &given);
+  field.screen.onDesk([] {});
+  EXPECT_EQ(field.widget.text(), "b");
+
+  QApplication::sendEvent(&field.widget, &composing);
+  QInputMethodEvent done;
+  done.setCommitString("x");
+  QApplication::sendEvent(&field.widget, &done);
+  field.screen.settle();
+  EXPECT_EQ(field.control->text(), "bx");
+  EXPECT_EQ(field.widget.text(), "bx");
+}
+
+TEST(Binding, AnItemChosenByHandRaisesClickOnce) {
+  Tied<QComboBox, ComboBox> combo{ComboBox()};
+  int clicks = 0;
+  combo.control->Click = [&] { ++clicks; };
+  combo.desk([](ComboBox& control) {
+    for (const char* item : {"None", "XY", "EF"}) control.add(item);
+    control.setListIndex(0);
+  });
+  EXPECT_EQ(combo.widget.currentText(), "None");
+  combo.widget.setFocus();
+  combo.screen.key(Qt::Key_Down);
+  EXPECT_EQ(combo.control->text(), "XY");
+  EXPECT_EQ(clicks, 1);
+
+  combo.control->Click = [&] { combo.control->setListIndex(0); };
+  combo.screen.key(Qt::Key_Down);
+  EXPECT_EQ(combo.widget.currentText(), "None");  // the desk wouldn't have it
+}
+
+TEST(Binding, ItemsOfAComboComeAndGoWithoutTouchingTheOthers) {
+  Tied<QComboBox, ComboBox> combo{ComboBox()};
+  combo.desk([](ComboBox& control) {
+    for (const char* item : {"None", "1.00", "3.00"}) control.add(item);
+  });
+  const QPersistentModelIndex third(combo.widget.model()->index(2, 0));
+  combo.desk([](ComboBox& control) {
+    control.clear();
+    for (const char* item : {"None", "1.00", "2.00", "3.00"}) control.add(item);
+    control.setListIndex(3);
+  });
+  EXPECT_EQ(third.row(), 3);
+  EXPECT_EQ(combo.widget.currentText(), "3.00");
+  combo.desk([](ComboBox& control) {
+    control.clear();
+    control.add("None");
+  });
+  EXPECT_EQ(combo.widget.count(), 1);
+  EXPECT_EQ(combo.widget.currentIndex(), -1);
+}
+
+}  // namespace
+}  // namespace velgrove::test

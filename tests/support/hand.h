@@ -1,0 +1,54 @@
+#pragma once
+
+#include <QApplication>
+#include <QImage>
+#include <QTest>
+#include <QWidget>
+#include <stdexcept>
+
+namespace velgrove::test {
+
+/// A widget by its name, behind the names of some that it stands in: "XYQueueList/cmdGoForward".
+template <class Widget = QWidget>
+Widget& named(const QString& path) {
+  QWidgetList from = QApplication::topLevelWidgets();
+  const QStringList names = path.split('/');
+  for (const QString& name : names) {
+    QWidgetList found;
+    for (QWidget* widget : from) {
+      if (widget->objectName() == name) found.push_back(widget);
+      found += widget->findChildren<QWidget*>(name);
+    }
+    from = found;
+  }
+  for (QWidget* widget : from)
+    if (auto* wanted = qobject_cast<Widget*>(widget)) return *wanted;
+  throw std::runtime_error("no widget " + path.toStdString());
+}
+
+/// What a widget shows at a place, in its own logical pixels.
+inline QColor colourAt(QWidget& widget, QPoint at) {
+  const QImage picture = widget.grab().toImage();
+  return picture.pixelColor(at * picture.devicePixelRatio());
+}
+
+/// Real keys and a real mouse: they come in through the window, and reach what stands before the operator.
+namespace hand {
+
+inline void mouse(QTest::MouseAction action, QWidget& widget, QPoint at,
+                  Qt::MouseButton button = Qt::LeftButton) {
+  QWidget* window = widget.window();
+  QTest::mouseEvent(action, window->windowHandle(), action == QTest::MouseMove ? Qt::NoButton : button, {},
+                    widget.mapTo(window, at));
+}
+
+inline void key(Qt::Key key, Qt::KeyboardModifiers with = Qt::NoModifier) {
+  QTest::keyClick(static_cast<QWidget*>(nullptr), key, with);
+}
+
+inline void type(const QString& text) {
+  QTest::keyClicks(nullptr, text);
+}
+
+}  // namespace hand
+}  // namespace velgrove::test
