@@ -2,18 +2,27 @@
 the real mouse. For demonstrations, screenshots, tests and measurements."""
 
 import contextlib
+import json
+import mmap
 import os
 import select
+import shutil
 import signal
+import struct
 import subprocess
 import tempfile
 import time
 
 PATIENCE = 20.0  # seconds until something that must come counts as missing
 
-# Windows stand as on a desk of its own: no title bars beside the desk's, dialogs in the middle.
+ROOT = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
+PROGRAMS = os.path.join(ROOT, "build", "release", "bin")
+DEMO = os.path.join(ROOT, "data", "demo.kel")
+
+# The frame fills the screen as on a desk of its own; dialogs have a dark title bar.
 WINDOW_MANAGER = """<?xml version="1.0"?>
 <openbox_config xmlns="http://openbox.org/3.4/rc">
+  <theme><name>Onyx</name><titleLayout>LC</titleLayout></theme>
   <focus><focusNew>yes</focusNew><followMouse>no</followMouse></focus>
   <applications>
     <application class="*" type="normal"><decor>no</decor></application>
@@ -22,59 +31,151 @@ WINDOW_MANAGER = """<?xml version="1.0"?>
 """
 
 
-def eventually(condition, patience=PATIENCE):
+class Missing(Exception):
+    """Something that had to come didn't."""
+
+
+def eventually(condition, patience=PATIENCE, pause=0.02):
     end = time.monotonic() + patience
     while time.monotonic() < end:
         if condition():
             return True
-        time.sleep(0.02)
+        time.sleep(pause)
     return False
 
 
 def need(condition, what, patience=PATIENCE):
     if not eventually(condition, patience):
-        raise TimeoutError(what)
+        raise Missing(what)
+
+
+def palette():
+    """The desk's colours by name, as the display holds them."""
+    with open(os.path.join(ROOT, "src", "desktop", "palette.json"), encoding="utf-8") as file:
+        return {name: bytes.fromhex(value[1:])[::-1] + b"\xff" for name, value in json.load(file).items()}
+
+
+class Box(tuple):
+    """A rectangle of the screen."""
+
+    def __new__(cls, left, top, right, bottom):
+        return super().__new__(cls, (left, top, right, bottom))
+
+    left, top, right, bottom = (property(lambda box, at=at: box[at]) for at in range(4))
+    middle = property(lambda box: ((box.left + box.right) // 2, (box.top + box.bottom) // 2))
+
+
+class Canvas:
+    """The display's memory: what stands on the screen, read without asking anyone."""
+
+    HEADER = struct.Struct(">25I")
+    COLOUR_ENTRY = 12  # bytes
+
+    def __init__(self, path):
+        with open(path, "rb") as file:
+            self.memory = mmap.mmap(file.fileno(), 0, prot=mmap.PROT_READ)
+        header = self.HEADER.unpack(self.memory[:self.HEADER.size])
+        self.start = header[0] + self.COLOUR_ENTRY * header[19]
+        self.width, self.height, self.pitch = header[4], header[5], header[12]
+        self.colours = palette()
+
+    def row(self, y, left=0, right=None):
+        right = self.width if right is None else right
+        begin = self.start + y * self.pitch
+        return self.memory[begin + 4 * left:begin + 4 * right]
+
+    def part(self, box):
+        return b"".join(self.row(y, box.left, box.right) for y in range(box.top, box.bottom))
+
+    def boxes(self, *colours, least, gap=0):
+        """Where colours of the palette fill lines of at least so many pixels, from the top. Lines so many rows apart
+        belong together."""
+        found = []
+        for y in range(self.height):
+            row = self.row(y)
+            for left, right in (run for colour in colours for run in self._runs(row, self.colours[colour], least)):
+                above = next((i for i, box in enumerate(found)
+                              if box.bottom >= y - gap and box.left < right and left < box.right), None)
+                if above is None:
+                    found.append(Box(left, y, right, y + 1))
+                else:
+                    box = found[above]
+                    found[above] = Box(min(box.left, left), box.top, max(box.right, right), y + 1)
+        return found
+
+    @staticmethod
+    def _runs(row, pixel, least):
+        wanted = pixel * least
+        at = row.find(wanted)
+        while at >= 0:
+            if at % 4:
+                at = row.find(wanted, at + 1)
+                continue
+            end = at + len(wanted)
+            while row[end:end + 4] == pixel:
+                end += 4
+            yield at // 4, end // 4
+            at = row.find(wanted, end)
 
 
 class Screen:
     """A virtual display with a window manager."""
 
-    def __init__(self, width, height):
+    def __init__(self, width=1280, height=800):
+        self.size = (width, height)
         self.folder = tempfile.TemporaryDirectory()
         reading, writing = os.pipe()
         self.server = subprocess.Popen(
-            ["Xvfb", "-displayfd", str(writing), "-screen", "0", f"{width}x{height}x24", "-nolisten", "tcp", "-noreset"],
-            pass_fds=(writing,), stderr=subprocess.DEVNULL)
+            ["Xvfb", "-displayfd", str(writing), "-screen", "0", f"{width}x{height}x24", "-nolisten", "tcp", "-noreset",
+             "-fbdir", self.folder.name], pass_fds=(writing,), stderr=subprocess.DEVNULL)
         os.close(writing)
         if not select.select([reading], [], [], PATIENCE)[0]:
-            raise TimeoutError("the virtual display doesn't start")
+            raise Missing("the virtual display doesn't start")
         with os.fdopen(reading) as line:  # to its end: the server dies of a pipe closed too early
             self.display = ":" + line.readline().strip()
+        self.canvas = Canvas(os.path.join(self.folder.name, "Xvfb_screen0"))
         config = os.path.join(self.folder.name, "rc.xml")
         with open(config, "w", encoding="utf-8") as file:
             file.write(WINDOW_MANAGER)
         self.manager = subprocess.Popen(["openbox", "--sm-disable", "--config-file", config], env=self.env(),
                                         stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-        need(lambda: "WINDOW" in self._output(["xprop", "-root", "_NET_SUPPORTING_WM_CHECK"]), "no window manager")
+        need(lambda: "WINDOW" in self._output("xprop", "-root", "_NET_SUPPORTING_WM_CHECK"), "no window manager")
 
     def env(self, **more):
-        return dict(os.environ, DISPLAY=self.display, XDG_SESSION_TYPE="x11", QT_QPA_PLATFORM="xcb", **more)
+        """The environment of a program on this screen, without what the user's own desktop says."""
+        own = {name: value for name, value in os.environ.items()
+               if not name.startswith(("QT_", "WAYLAND_", "XDG_CURRENT", "DBUS_"))}
+        return own | {"DISPLAY": self.display, "XDG_SESSION_TYPE": "x11", "QT_QPA_PLATFORM": "xcb"} | more
 
-    def _output(self, command):
-        done = subprocess.run(command, env=self.env(), capture_output=True, text=True, check=False)
-        return done.stdout
+    def _output(self, *command):
+        return subprocess.run(command, env=self.env(), capture_output=True, text=True, check=False).stdout
+
+    # ---- Windows, by a pattern of their titles
+
+    def windows(self, title):
+        return self._output("xdotool", "search", "--onlyvisible", "--name", title).split()
 
     def window(self, title):
-        """The visible window of that title, or none."""
-        found = self._output(["xdotool", "search", "--onlyvisible", "--name", title]).split()
-        return found[-1] if found else None
+        return next(iter(self.windows(title)), None)
+
+    def dialog(self, title):
+        """The visible dialog of that title: not the frame, nor the splash."""
+        return next((window for window in self.windows(title)
+                     if "TYPE_DIALOG" in self._output("xprop", "-id", window, "_NET_WM_WINDOW_TYPE")), None)
 
     def wait_for(self, title, patience=PATIENCE):
         need(lambda: self.window(title), f"no window {title!r}", patience)
         return self.window(title)
 
+    def wait_for_dialog(self, title, patience=PATIENCE):
+        """Waits until the dialog has come up and takes the keys."""
+        need(lambda: self.dialog(title) in (self._output("xdotool", "getactivewindow").strip(),), f"no dialog {title!r}",
+             patience)
+
     def wait_gone(self, title, patience=PATIENCE):
-        need(lambda: not self.window(title), f"the window {title!r} stays", patience)
+        need(lambda: not self.dialog(title), f"the dialog {title!r} stays", patience)
+
+    # ---- The hand
 
     def do(self, *xdotool):
         subprocess.run(["xdotool", *map(str, xdotool)], env=self.env(), check=True)
@@ -85,15 +186,25 @@ class Screen:
     def type(self, text):
         self.do("type", "--delay", 20, text)
 
-    def click(self, x, y, button=1):
-        self.do("mousemove", x, y, "click", button)
+    def click(self, at, button=1):
+        self.do("mousemove", *at, "click", button)
 
-    def drag(self, start, end, steps=8):
+    def drag(self, start, end, steps=8, pause=0.03):
         self.do("mousemove", *start, "mousedown", 1)
         for step in range(1, steps + 1):
             self.do("mousemove", *(round(a + (b - a) * step / steps) for a, b in zip(start, end)))
-            time.sleep(0.03)
+            time.sleep(pause)
         self.do("mouseup", 1)
+
+    @contextlib.contextmanager
+    def hand(self):
+        """A function that moves the hand by lines of xdotool, at once and without waiting for it."""
+        moving = subprocess.Popen(["xdotool", "-"], env=self.env(), stdin=subprocess.PIPE, text=True, bufsize=1)
+        try:
+            yield lambda line: moving.stdin.write(line + "\n")
+        finally:
+            moving.stdin.close()
+            moving.wait(PATIENCE)
 
     def picture(self, path):
         subprocess.run(["import", "-window", "root", path], env=self.env(), check=True)
@@ -106,52 +217,133 @@ class Screen:
 
 
 class Booth:
-    """A screen, a user's folders, a virtual box if wanted, and the desk running in them."""
+    """A user's folders on a screen, a virtual box if wanted, and the desk running in them.
 
-    def __init__(self, bin_folder, width=1280, height=800, box=True, shows=(), sanitizer=False):
-        self.bin = bin_folder
+    The desk runs from a copy, so that its shows, its list of recent files and its settings are its own."""
+
+    def __init__(self, screen, programs=PROGRAMS, shows=(DEMO,), box=True, before_box=()):
+        self.screen, self.programs, self.before_box = screen, programs, list(before_box)
         self.home = tempfile.TemporaryDirectory()
-        self.screen = Screen(width, height)
-        self.size = (width, height)
-        self.box = self.desk = None
-        self.folders = {name: os.path.join(self.home.name, path) for name, path in (
-            ("HOME", "home"), ("XDG_CONFIG_HOME", "config"), ("XDG_DATA_HOME", "data"), ("XDG_RUNTIME_DIR", "run"))}
+        self.folders = {name: self.path(path) for name, path in (
+            ("HOME", "home"), ("XDG_CONFIG_HOME", "config"), ("XDG_DATA_HOME", "share"), ("XDG_RUNTIME_DIR", "run"))}
         for folder in self.folders.values():
             os.makedirs(folder, mode=0o700)
-        self.shows = os.path.join(self.folders["HOME"], "shows")
-        os.makedirs(self.shows)
-        self.frames = os.path.join(self.home.name, "frames")
+        self.data = self.path("bin/data")
+        os.makedirs(self.data)
+        for show in shows:
+            shutil.copy(show, self.data)
+        self.program = shutil.copy(os.path.join(programs, "velgrove"), self.path("bin"))
+        os.symlink(os.path.join(programs, "graphics"), self.path("bin/graphics"))
+        self.box = self.desk = None
+        self.log = self.path("complaints")
+        self.frames_file, self._frames, self._read_to = self.path("frames"), [], 0
         if box:
             self.plug_in()
 
+    def path(self, name):
+        return os.path.join(self.home.name, name)
+
+    # ---- The box
+
     def plug_in(self):
         self.box = subprocess.Popen(
-            [os.path.join(self.bin, "velgrove-box"), "--quiet", "--frames", self.frames],
-            env=dict(os.environ, **self.folders), stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
+            [*self.before_box, os.path.join(self.programs, "velgrove-box"), "--quiet", "--frames", self.frames_file],
+            env=os.environ | self.folders, stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True, bufsize=1)
+        self._box_start = time.monotonic()
         line = self.box.stdout.readline()
-        assert line.startswith("plugged in: "), line
+        if not line.startswith("plugged in: "):
+            raise Missing(f"the box says {line!r}")
 
-    def start(self):
-        self.desk = subprocess.Popen([os.path.join(self.bin, "velgrove")], env=self.screen.env(**self.folders),
-                                     stderr=subprocess.PIPE, text=True)
-        return self
+    def frames(self):
+        """All frames so far, as milliseconds since the box's start and 512 levels; the last second may be missing."""
+        with open(self.frames_file, "rb") as file:
+            file.seek(self._read_to)
+            whole = file.read().rpartition(b"\n")[0]
+        if whole:
+            self._read_to += len(whole) + 1
+            for line in whole.split(b"\n"):
+                ms, *levels = line.split(b" ")
+                self._frames.append((float(ms), tuple(map(int, levels))))
+        return self._frames
 
-    def frames_so_far(self):
-        with open(self.frames, encoding="ascii") as file:
-            return sum(1 for _ in file)
+    def box_time(self):
+        """Milliseconds since the box's start, a few more or less."""
+        return 1000 * (time.monotonic() - self._box_start)
+
+    def level(self, channel):
+        """What stood on a channel in the newest frame known."""
+        frames = self.frames()
+        return frames[-1][1][channel - 1] if frames else 0
 
     def end_box(self):
         """Ends the box, and gives its report."""
         self.box.send_signal(signal.SIGTERM)
         return self.box.communicate(timeout=PATIENCE)[0]
 
+    # ---- The desk
+
+    def start(self):
+        with open(self.log, "wb") as log:
+            self.desk = subprocess.Popen([self.program], env=self.screen.env(**self.folders), stdin=subprocess.DEVNULL,
+                                         stdout=log, stderr=log)
+        return self
+
+    def complaints(self):
+        with open(self.log, encoding="utf-8", errors="replace") as file:
+            return file.read()
+
+    def wait_for_open_dialog(self):
+        self.screen.wait_for_dialog("^Open Project$")
+
+    def open_show(self, presses=1):
+        """Chooses the show that stands at that place of the list, and waits until its windows stand."""
+        self.choose(presses)
+        self.wait_for_show()
+
+    def choose(self, presses=1):
+        self.screen.keys("Home", *["Down"] * (presses - 1), "Return")
+
+    def wait_for_show(self):
+        self.screen.wait_for("^Velgrove - ")
+        need(lambda: len(self.go_buttons()) == 3, "no Go buttons of frame and lists")
+
+    # ---- What the operator sees: buttons and rows are found by their colours, XY first
+
+    def go_buttons(self):
+        """Go of the frame, of XY and of AB."""
+        return self.screen.canvas.boxes("goReady", "goQuiet", least=50, gap=50)
+
+    def stop_button(self):
+        """Stop of the frame, left of its Go."""
+        go = self.go_buttons()[0]
+        return go.left - (go.bottom - go.top), go.middle[1]
+
+    def stage_rows(self):
+        return self._rows("stageLit", "stageDim")
+
+    def next_rows(self):
+        return self._rows("nextLit", "nextDim")
+
+    def fading(self):
+        """How many lists show a fade."""
+        return len(self._rows("stageDim"))
+
+    def _rows(self, *colours):
+        band = self.screen.canvas.height // 8
+        return [box for box in self.screen.canvas.boxes(*colours, least=100, gap=30) if box.top > band]
+
+    def wait_for_fade(self, lists=1):
+        need(lambda: self.fading() >= lists, f"no fade in {lists} lists")
+
+    def wait_fades_over(self):
+        need(lambda: self.fading() == 0, "a fade doesn't end")
+
     def end(self):
-        with contextlib.suppress(ProcessLookupError):
-            if self.desk and self.desk.poll() is None:
-                self.desk.terminate()
-                self.desk.wait(PATIENCE)
-            if self.box and self.box.poll() is None:
-                self.box.terminate()
-                self.box.wait(PATIENCE)
-        self.screen.close()
+        for process in (self.desk, self.box):
+            if process and process.poll() is None:
+                process.terminate()
+                try:
+                    process.wait(PATIENCE)
+                except subprocess.TimeoutExpired:
+                    process.kill()
         self.home.cleanup()

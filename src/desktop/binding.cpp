@@ -78,11 +78,14 @@ class Mnemonic : public QObject {
 struct FieldLook {
   std::string text;
   bool enabled = false;
+  unsigned focuses = 0;
+  unsigned selections = 0;
   bool operator==(const FieldLook&) const = default;
 };
 
 struct ComboLook {
-  std::vector<std::string> items;
+  const ComboBox* control = nullptr;
+  unsigned revision = 0;
   int index = -1;
   bool operator==(const ComboLook&) const = default;
 };
@@ -139,17 +142,22 @@ void Bindings::bind(Field* field, const Find<TextBox>& find) {
            [field, find, shown, underway] {
              if (field->composing() || *underway > 0) return false;
              const TextBox* control = find();
-             FieldLook now = control == nullptr
-                                 ? FieldLook{}
-                                 : FieldLook{.text = control->text(), .enabled = control->Enabled};
+             FieldLook now = control == nullptr ? FieldLook{}
+                                                : FieldLook{.text = control->text(),
+                                                            .enabled = control->Enabled,
+                                                            .focuses = control->Focuses,
+                                                            .selections = control->Selections};
              if (now == *shown) return false;
              *shown = std::move(now);
              return true;
            },
        .apply =
-           [field, shown] {
+           [field, shown, obeyed = FieldLook{}]() mutable {
              field->setEnabled(shown->enabled);
              write(*field, text(shown->text));
+             if (obeyed.focuses != shown->focuses) field->setFocus();
+             if (obeyed.selections != shown->selections) field->selectAll();
+             obeyed = *shown;
            }});
   QObject::connect(field, &QLineEdit::textEdited, field, [this, find, shown, underway](const QString& typed) {
     shown->text = typed.toStdString();
@@ -162,19 +170,31 @@ void Bindings::bind(Field* field, const Find<TextBox>& find) {
 }
 
 void Bindings::bind(QComboBox* combo, const Find<ComboBox>& find) {
-  const auto shown = mirror(
-      [find] {
-        const ComboBox* control = find();
-        return control == nullptr ? ComboLook{}
-                                  : ComboLook{.items = control->items(), .index = control->listIndex()};
-      },
-      [combo](const ComboLook& look) {
-        const QSignalBlocker quiet(combo);
-        showItems(*combo, look.items);
-        combo->setCurrentIndex(look.index);
-      });
+  const auto shown = std::make_shared<ComboLook>();
+  const auto items = std::make_shared<std::vector<std::string>>();
+  add({.copy =
+           [find, shown, items] {
+             const ComboBox* control = find();
+             const ComboLook now = control == nullptr ? ComboLook{}
+                                                      : ComboLook{.control = control,
+                                                                  .revision = control->revision(),
+                                                                  .index = control->listIndex()};
+             if (now == *shown) return false;
+             if (control == nullptr)
+               items->clear();
+             else if (control != shown->control || now.revision != shown->revision)
+               *items = control->items();
+             *shown = now;
+             return true;
+           },
+       .apply =
+           [combo, shown, items] {
+             const QSignalBlocker quiet(combo);
+             showItems(*combo, *items);
+             combo->setCurrentIndex(shown->index);
+           }});
   QObject::connect(combo, &QComboBox::activated, combo, [this, find, shown](int index) {
-    shown->value.index = index;
+    shown->index = index;
     m_face.deliver([find, index] {
       if (ComboBox* control = find()) control->choose(index);
     });

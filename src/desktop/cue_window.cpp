@@ -20,10 +20,17 @@ void setType(QLabel& label, const char* type) {
   label.setProperty("type", type);
 }
 
+/// Room for every number of a cue, as large as it is written.
+int widestNumber() {
+  return QFontMetrics(theme::font(theme::sized(25, 42), true)).horizontalAdvance("000.00") + 2;
+}
+
 void discard(QLayout* layout) {
   while (QLayoutItem* item = layout->takeAt(0)) {
-    if (item->layout() != nullptr) discard(item->layout());
-    if (item->layout() == nullptr) delete item;
+    if (QLayout* inner = item->layout())
+      discard(inner);
+    else
+      delete item;
   }
   delete layout;
 }
@@ -212,12 +219,13 @@ QHBoxLayout* CueWindow::timesOf(StatusLine& line) {
 
 void CueWindow::layOutCompactStatus() {
   auto* grid = new QGridLayout(&m_statusGroup);
-  grid->setContentsMargins(8, 6, 8, 4);
-  grid->setHorizontalSpacing(8);
+  grid->setContentsMargins(6, 2, 6, 2);
+  grid->setHorizontalSpacing(6);
   grid->setVerticalSpacing(0);
   int row = 0;
   for (const auto& [line, button] : {std::pair(&m_stage, &m_stepUp), std::pair(&m_next, &m_stepDown)}) {
-    line->number.setFixedWidth(70);
+    line->number.setMinimumWidth(widestNumber());
+    line->number.setFixedHeight(theme::sized(27, 46));
     line->number.setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     QHBoxLayout* times = timesOf(*line);
     button->setFixedSize(26, 24);
@@ -231,7 +239,7 @@ void CueWindow::layOutCompactStatus() {
   grid->setColumnStretch(2, 1);
 
   auto* fading = new QHBoxLayout(&m_fadingGroup);
-  fading->setContentsMargins(8, 6, 8, 6);
+  fading->setContentsMargins(6, 3, 6, 4);
   fading->setSpacing(6);
   m_go.setFixedSize(72, 46);
   m_stop.setFixedSize(60, 46);
@@ -246,7 +254,8 @@ void CueWindow::layOutRoomyStatus() {
   grid->setVerticalSpacing(0);
   int row = 0;
   for (const auto& [line, button] : {std::pair(&m_stage, &m_stepUp), std::pair(&m_next, &m_stepDown)}) {
-    line->number.setFixedWidth(118);
+    line->number.setMinimumWidth(widestNumber());
+    line->number.setFixedHeight(theme::sized(27, 46));
     line->number.setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     QHBoxLayout* times = timesOf(*line);
     times->addStretch(1);

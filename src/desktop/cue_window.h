@@ -23,8 +23,6 @@ class CueWindow : public QWidget {
   /// `name` is the window's own, "ABQueueList" or "XYQueueList".
   CueWindow(const QString& name, Face& face, FindPlayer find);
 
-  [[nodiscard]] CueTable& table() { return m_table; }
-
  protected:
   void changeEvent(QEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;

@@ -24,7 +24,7 @@ float twips(int pixels) {
 FrameWindow::FrameWindow(LightingDesk& desk, Face& face)
     : m_desk(desk), m_face(face), m_bindings(face), m_tools(desk, m_bindings) {
   setObjectName("frmMain");
-  setMinimumSize(800, 500);
+  setMinimumSize(640, 400);
   setContextMenuPolicy(Qt::DefaultContextMenu);
   build();
   size();

@@ -25,7 +25,10 @@ bool holds(QSize room, QSize content) {
 /// Whether a widget shows its text and icon whole.
 bool fits(const QLabel& label) {
   if (qobject_cast<const ElidingLabel*>(&label) != nullptr) return label.width() >= 40;
-  return label.text().isEmpty() || label.wordWrap() || holds(label.size(), label.sizeHint());
+  if (label.text().isEmpty() || label.wordWrap()) return true;
+  if (label.property("type") == "number")  // has nothing below the line
+    return holds(label.size(), label.fontMetrics().tightBoundingRect(label.text()).size());
+  return holds(label.size(), label.sizeHint());
 }
 bool fits(const QPushButton& button) {
   QStyleOptionButton option;

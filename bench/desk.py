@@ -1,0 +1,360 @@
+#!/usr/bin/env python3
+"""How the desk performs on a screen: start, opening, processor share, and the steadiness of frames while it is busy.
+
+    bench/desk.py [--minute 60] [--seconds 15] [--starts 5] [--phase NAME]...
+
+Needs a release build, the packages of tools/packages.txt and a quiet machine. Prints Markdown tables.
+
+A virtual box takes the time of each frame's arrival. The box runs before ordinary processes where that is allowed, so
+that the clock of the measurement is not what is measured. Keys and mouse come from xdotool; what stands on the screen is
+read from the virtual display's memory every two milliseconds, which is the resolution of the times of start and opening."""
+
+import argparse
+import contextlib
+import json
+import math
+import os
+import statistics
+import subprocess
+import sys
+import tempfile
+import time
+
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "tools"))
+from on_screen import DEMO, PROGRAMS, ROOT, Booth, Missing, Screen, eventually, need  # noqa: E402
+
+SIZE = (1920, 1080)
+FIXTURES, CUES = 512, 1000
+FADE = 100  # seconds: each level moves in each third of a second, when the plot shows it anew
+FILES = 5000  # in the large folder
+LOOK = 0.002  # seconds between two looks at the screen
+
+
+# ---- The show
+
+def velgrove_show(*arguments):
+    return subprocess.run([os.path.join(PROGRAMS, "velgrove-show"), *arguments], check=True, capture_output=True).stdout
+
+
+def look(even, odd):
+    return [even if channel % 2 == 0 else odd for channel in range(FIXTURES)]
+
+
+def large_show(path):
+    """512 fixtures in rows, and two lists of 500 cues between whose looks every channel rises or falls."""
+    show = json.loads(velgrove_show("print", "--json", DEMO))
+    view = show["colViews"][0]
+    columns, rows = 32, 16
+    model = view["colFixtures"][0]
+    view["colFixtures"] = [
+        model | {"Channel": n + 1, "FixtureName": f"Lamp {n + 1}", "x": 15 + n % columns * 970 / (columns - 1),
+                 "y": 60 + n // columns * 880 / (rows - 1), "PerpX": 0, "PerpY": 0} for n in range(FIXTURES)]
+    for cues, turn in zip(show["colQueueData"], (0, 1)):
+        first = cues["colQueueEntries"][0] | {"Up": FADE, "Down": FADE, "Delay": 0, "QueueListMasterGo": "None",
+                                              "QueueNumberMasterGo": "None"}
+        looks = (look(255, 0), look(0, 255))
+        cues["colQueueEntries"] = [first] + [
+            first | {"EntryNum": n, "EntryDesc": f"Look {n}", "Values": looks[(n + turn) % 2]}
+            for n in range(1, CUES // 2)]
+    with open(path + ".json", "w", encoding="utf-8") as file:
+        json.dump(show, file)
+    velgrove_show("make", path + ".json", path)
+
+
+# ---- What is measured
+
+def at_rank(values, percent):
+    return sorted(values)[max(math.ceil(len(values) * percent / 100) - 1, 0)]
+
+
+def processor_seconds(process):
+    """Of a process, and of each of its threads by name."""
+    threads = {}
+    for thread in os.listdir(f"/proc/{process.pid}/task"):
+        with contextlib.suppress(FileNotFoundError), open(f"/proc/{process.pid}/task/{thread}/stat") as file:
+            name, _, rest = file.read().partition("(")[2].rpartition(")")
+            user, system = map(int, rest.split()[11:13])
+            threads[f"{name} {thread}"] = (user + system) / os.sysconf("SC_CLK_TCK")
+    with open(f"/proc/{process.pid}/stat") as file:
+        user, system = map(int, file.read().rpartition(")")[2].split()[11:13])
+    return (user + system) / os.sysconf("SC_CLK_TCK"), threads
+
+
+class Line:
+    """The spacing of frames over some time."""
+
+    def __init__(self, booth):
+        self.booth = booth
+        self.start = booth.box_time()
+
+    def row(self):
+        end = self.booth.box_time()
+        need(lambda: self.booth.frames()[-1][0] >= end, "no frames behind the phase")
+        times = [ms for ms, _ in self.booth.frames() if self.start <= ms <= end]
+        gaps = [b - a for a, b in zip(times, times[1:])]
+        far = [abs(gap - 30) for gap in gaps]
+        return f"{len(gaps)} | " + " | ".join(f"{at_rank(far, p):.2f} ms" for p in (50, 95, 99)) + f" | {max(gaps):.1f} ms"
+
+
+class Watch:
+    """What stands on the screen, looked at again and again: lines of pixels that lie 16 apart."""
+
+    def __init__(self, canvas):
+        self.canvas = canvas
+
+    def picture(self):
+        return [self.canvas.row(y) for y in range(8, self.canvas.height, 16)]
+
+    def until_change(self, start):
+        """Seconds until anything else stands there."""
+        before = self.picture()
+        while self.picture() == before:
+            time.sleep(LOOK)
+        return time.monotonic() - start
+
+    def until_settled(self, start, span=1.0):
+        """Seconds until what stands there stays, but for a tenth of the lines: the levels come to the plot with the
+        display's first tick, a third of a second later."""
+        pictures = []
+        while time.monotonic() < start + span:
+            pictures.append((time.monotonic(), self.picture()))
+            time.sleep(LOOK)
+        last = pictures[-1][1]
+        changed = max((i for i, (_, picture) in enumerate(pictures)
+                       if sum(a != b for a, b in zip(picture, last)) > len(last) / 10), default=-1)
+        return pictures[changed + 1][0] - start
+
+
+# ---- Start and opening
+
+def one_start(show):
+    """A process without a box: seconds to the splash, and from the Return that chooses the show to its windows."""
+    screen = Screen(*SIZE)
+    with contextlib.ExitStack() as ends:
+        ends.callback(screen.close)
+        booth = Booth(screen, shows=[show], box=False)
+        ends.callback(booth.end)
+        watch = Watch(screen.canvas)
+        start = time.monotonic()
+        booth.start()
+        splash = watch.until_change(start)
+        booth.wait_for_open_dialog()
+        with screen.hand() as hand:
+            hand("key Home")
+            time.sleep(0.5)
+            start = time.monotonic()
+            hand("key Return")
+            opened = watch.until_settled(start)
+        booth.wait_for_show()
+        return splash, opened
+
+
+def starts(count, show):
+    print("| | middle | worst |\n|---|---|---|")
+    demo = [one_start(DEMO) for _ in range(count)]
+    large = [one_start(show) for _ in range(count)]
+    for name, values in (("process to splash", [splash for splash, _ in demo + large]),
+                         ("file chosen to desk, demo show", [opened for _, opened in demo]),
+                         (f"file chosen to desk, {FIXTURES} fixtures and {CUES} cues", [opened for _, opened in large])):
+        print(f"| {name} | {statistics.median(values) * 1000:.0f} ms | {max(values) * 1000:.0f} ms |")
+    print(flush=True)
+
+
+# ---- The phases: each keeps the desk busy for so many seconds
+
+class Phases:
+    def __init__(self, booth, hand):
+        self.booth, self.screen, self.hand = booth, booth.screen, hand
+        self.faded_until = 0
+
+    def keep_fading(self, seconds):
+        """Both lists fade all through the next seconds."""
+        if time.monotonic() + seconds < self.faded_until:
+            return
+        need(lambda: not self.booth.fading(), "fades end", 2 * FADE)
+        for go in self.booth.go_buttons()[1:]:
+            self.screen.click(go.middle)
+        self.booth.wait_for_fade(lists=2)
+        self.faded_until = time.monotonic() + FADE - 2
+
+    def quietly(self, seconds):
+        time.sleep(seconds)
+
+    def menu(self, seconds):
+        self.hand("key alt+f")
+        self._every(0.1, seconds - 0.5, lambda _: self.hand("key Down"))
+        self.hand("key Escape")
+        self.hand("key Escape")
+        time.sleep(0.5)
+
+    def list_dragged(self, seconds):
+        go = self.booth.go_buttons()[2]
+        x, y = go.left - 300, go.top - 44
+        self.hand(f"mousemove {x} {y} mousedown 1")
+        self._every(1 / 60, seconds, lambda t: self.hand(
+            f"mousemove {x - 400 + 400 * math.cos(2 * t):.0f} {y + 200 + 200 * math.sin(2 * t - math.pi / 2):.0f}"))
+        self.hand(f"mousemove {x} {y} mouseup 1")
+        time.sleep(0.5)
+
+    def frame_moved(self, seconds):
+        frame = self.screen.window("^Velgrove - ")
+        self._every(1 / 60, seconds, lambda t: self.hand(
+            f"windowmove {frame} {150 + 150 * math.cos(2 * t):.0f} {100 + 100 * math.sin(2 * t):.0f}"))
+        self.hand(f"windowmove {frame} 0 0")
+
+    def frame_resized(self, seconds):
+        """Also over the width at which the desk changes its layout."""
+        frame = self.screen.window("^Velgrove - ")
+        self._every(1 / 60, seconds, lambda t: self.hand(
+            f"windowsize {frame} {1700 + 220 * math.cos(t):.0f} {980 + 100 * math.cos(t):.0f}"))
+        self.hand(f"windowsize {frame} {SIZE[0]} {SIZE[1]}")
+        time.sleep(1)
+
+    def save_as(self, seconds):
+        def once(_):
+            self.screen.keys("alt+f", "a")
+            self.screen.wait_for_dialog("^Save As$")
+            time.sleep(1)
+            self.screen.keys("Escape")
+            self.screen.wait_gone("^Save As$")
+        self._every(1, seconds, once)
+
+    def printed(self, seconds):
+        paper = os.path.join(self.booth.folders["HOME"], "Velgrove.pdf")
+
+        def once(_):
+            with contextlib.suppress(FileNotFoundError):
+                os.remove(paper)
+            self.screen.keys("alt+f", "p")
+            self.screen.wait_for_dialog("^Print$")
+            time.sleep(0.3)
+            self.screen.keys("Return")
+            self.screen.wait_gone("^Print$")
+            need(lambda: os.path.exists(paper) and os.path.getsize(paper) > 0, "no paper")
+        self._every(1, seconds, once)
+
+    def saved(self, seconds):
+        show = os.path.join(self.booth.data, "a-large.kel")
+
+        def once(_):
+            before = os.stat(show).st_mtime_ns
+            self.screen.keys("alt+f", "s")
+            need(lambda: os.stat(show).st_mtime_ns > before, "no save")
+        self._every(1, seconds, once)
+
+    def opened(self, seconds):
+        """The lists close with their show: frames go on without a fade."""
+        def once(_):
+            self.screen.keys("alt+f", "o")
+            if eventually(lambda: self.screen.dialog("^Exiting[.]"), 2):
+                self.screen.keys("Tab", "Return")
+            self.booth.wait_for_open_dialog()
+            time.sleep(1)
+            self.screen.keys("Escape")
+            self.screen.wait_gone("^Open Project$")
+        self._every(1, seconds, once)
+
+    @staticmethod
+    def _every(period, seconds, work):
+        start = time.monotonic()
+        done = 0
+        while (now := time.monotonic() - start) < seconds:
+            if now >= done * period:
+                done += 1
+                work(now)
+            time.sleep(max(min(done * period - (time.monotonic() - start), seconds), 0))
+
+
+NAMES = {
+    "quietly": "nothing else",
+    "menu": "a menu is down",
+    "list_dragged": "a cue list is dragged",
+    "frame_moved": "the frame is moved",
+    "frame_resized": "the frame is resized",
+    "save_as": f"the save dialog opens on {FILES} files",
+    "printed": "the plot is printed to PDF",
+    "saved": f"the show of {CUES} cues is saved",
+    "opened": f"the open dialog opens on {FILES} files (no fade)",
+}
+
+
+def first_of(commands):
+    """The first of some commands that may run here."""
+    for command in commands:
+        with contextlib.suppress(FileNotFoundError):
+            if subprocess.run([*command, "true"], capture_output=True, check=False).returncode == 0:
+                return command
+    return ()
+
+
+def busy_desk(ends, show):
+    screen = Screen(*SIZE)
+    ends.callback(screen.close)
+    booth = Booth(screen, shows=[show], before_box=first_of((["chrt", "-r", "20"], ["nice", "-n", "-20"])))
+    ends.callback(booth.end)
+    booth.large_folder = booth.path("large")
+    os.makedirs(booth.large_folder)
+    for n in range(FILES):
+        for folder in (booth.data, booth.large_folder):
+            with open(os.path.join(folder, f"show {n:04}.kel"), "wb"):
+                pass
+    settings = os.path.join(booth.folders["XDG_CONFIG_HOME"], "velgrove")
+    os.makedirs(settings)
+    with open(os.path.join(settings, "settings.toml"), "w", encoding="ascii") as file:
+        file.write('[Velgrove.Settings]\nMainLeft = "0"\nMainTop = "0"\nMainMaximised = "0"\n'
+                   f'MainWidth = "{SIZE[0] * 15}"\nMainHeight = "{SIZE[1] * 15}"\n')
+    booth.start(folder=booth.large_folder)
+    booth.wait_for_open_dialog()
+    booth.open_show()
+    return booth
+
+
+def phases(booth, chosen, minute, seconds):
+    print("| While both lists fade and | frames | 50 % | 95 % | 99 % | longest gap |\n|---|---|---|---|---|---|")
+    with booth.screen.hand() as hand:
+        busy = Phases(booth, hand)
+        share = None
+        for name in chosen:
+            span = minute if name == "quietly" else seconds
+            if name != "opened":
+                busy.keep_fading(span + 2)
+            before, threads_before = processor_seconds(booth.desk)
+            line, start = Line(booth), time.monotonic()
+            getattr(busy, name)(span)
+            took = time.monotonic() - start
+            after, threads = processor_seconds(booth.desk)
+            if name == "quietly":
+                share = ((after - before) / took, {thread: (used - threads_before.get(thread, 0)) / took
+                                                   for thread, used in threads.items()})
+            print(f"| {NAMES[name]} | {line.row()} |", flush=True)
+    if share:
+        print(f"\nThe desk uses {share[0]:.1%} of one core while both lists fade: " + ", ".join(
+            f"{name.rpartition(' ')[0]} {part:.1%}" for name, part in sorted(share[1].items(), key=lambda x: -x[1])
+            if part >= 0.0005))
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__.split("\n", 1)[0])
+    parser.add_argument("--minute", type=float, default=60, help="seconds of the quiet phase")
+    parser.add_argument("--seconds", type=float, default=15, help="seconds of each other phase")
+    parser.add_argument("--starts", type=int, default=5, help="starts of each show")
+    parser.add_argument("--phase", choices=NAMES, action="append", help="only these")
+    options = parser.parse_args()
+    with contextlib.ExitStack() as ends:
+        folder = ends.enter_context(tempfile.TemporaryDirectory())
+        show = os.path.join(folder, "a-large.kel")
+        large_show(show)
+        if options.starts:
+            starts(options.starts, show)
+        booth = busy_desk(ends, show)
+        try:
+            phases(booth, options.phase or list(NAMES), options.minute, options.seconds)
+        except Missing:
+            picture = os.path.join(ROOT, "build", "bench-failed.png")
+            booth.screen.picture(picture)
+            print(f"See {picture}", file=sys.stderr)
+            raise
+
+
+if __name__ == "__main__":
+    main()
