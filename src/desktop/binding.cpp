@@ -58,15 +58,19 @@ void show(QAbstractButton& button, const ButtonLook& look) {
 }
 
 /// A mnemonic clicks at once, where the toolkit first shows the button down for a tenth of a second: a Go may
-/// not wait for that.
+/// not wait for that. A key that is held down clicks once: Go after Go would run through the show.
 class Mnemonic : public QObject {
  public:
   explicit Mnemonic(QAbstractButton* button) : QObject(button) { button->installEventFilter(this); }
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override {
-    if (event->type() != QEvent::Shortcut || static_cast<QShortcutEvent*>(event)->isAmbiguous()) return false;
-    static_cast<QAbstractButton*>(watched)->click();
+    if (event->type() != QEvent::Shortcut) return false;
+    const auto& shortcut = *static_cast<QShortcutEvent*>(event);
+    if (shortcut.isAmbiguous()) return false;
+    auto& button = *static_cast<QAbstractButton*>(watched);
+    button.setShortcutAutoRepeat(shortcut.shortcutId(), false);
+    button.click();
     return true;
   }
 };
@@ -103,6 +107,7 @@ void showItems(QComboBox& combo, const std::vector<std::string>& items) {
 }  // namespace
 
 void Bindings::bind(QLabel* label, const Find<Label>& find) {
+  label->setTextFormat(Qt::PlainText);  // a description may look like markup
   mirror(
       [find] {
         const Label* control = find();

@@ -71,7 +71,6 @@ void CueWindow::nameStatusLine(StatusLine& line, const char* caption, const char
   setType(line.desc, "desc");
   for (QLabel* quiet : {&line.downCaption, &line.delayCaption, &line.upCaption}) setType(*quiet, "caption");
   for (const auto& [label, name] : names) label->setObjectName(name);
-  line.desc.setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
   line.desc.setMinimumWidth(60);
 }
 
@@ -301,6 +300,7 @@ void CueWindow::layOut() {
   const bool roomy = theme::density() == Density::Roomy;
   for (QLayout* old : {m_statusGroup.layout(), m_fadingGroup.layout(), m_linkGroup.layout(), layout()})
     if (old != nullptr) discard(old);
+  m_linkGroup.setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);  // its combos are never squeezed
   roomy ? layOutRoomyStatus() : layOutCompactStatus();
 
   auto* links = new QHBoxLayout(&m_linkGroup);
@@ -317,6 +317,7 @@ void CueWindow::layOut() {
   top->addWidget(&m_statusGroup, 1);
   top->addWidget(&m_fadingGroup);
   all->addLayout(top);
+  m_table.setMinimumHeight(theme::sized(80, 102));  // its header and two rows: stage and next
   all->addWidget(&m_table, 1);
   QBoxLayout* editors = editorRow();
   all->addLayout(editors);

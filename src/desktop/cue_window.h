@@ -9,6 +9,7 @@
 
 #include "desktop/binding.h"
 #include "desktop/cue_table.h"
+#include "desktop/eliding_label.h"
 
 namespace velgrove {
 
@@ -32,7 +33,7 @@ class CueWindow : public QWidget {
   struct StatusLine {
     QLabel caption;
     QLabel number;
-    QLabel desc;
+    ElidingLabel desc;
     QLabel down;
     QLabel delay;
     QLabel up;

@@ -225,7 +225,7 @@ void OpenDialog::bindTabs() {
   connect(&m_tabs, &QTabWidget::currentChanged, this, [this, shown](int index) {
     shown->value = index + 1;
     bindings().face().deliver([this, index] { m_form.Tabs.choose(index + 1); });
-    (index == 1 ? static_cast<QWidget*>(&m_showName) : &m_files)->setFocus();
+    appear();
   });
 }
 

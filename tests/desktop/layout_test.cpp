@@ -24,6 +24,7 @@ bool holds(QSize room, QSize content) {
 
 /// Whether a widget shows its text and icon whole.
 bool fits(const QLabel& label) {
+  if (qobject_cast<const ElidingLabel*>(&label) != nullptr) return label.width() >= 40;
   if (label.text().isEmpty() || label.wordWrap()) return true;
   if (label.property("type") == "number")  // has nothing below the line
     return holds(label.size(), label.fontMetrics().tightBoundingRect(label.text()).size());
@@ -123,7 +124,7 @@ TEST(Layout, GoStopAndTheCuePanelNeverGo) {
       EXPECT_EQ(house.frame().size(), size);
       for (const char* name : {"band/ID_Go", "band/ID_StopFade", "band/ID_CueWindow", "band/ID_Blackout"})
         expectWhollyVisible(name);
-      expectNothingCutOff(named("band"));
+      expectNothingCutOff(house.frame());
       EXPECT_GE(named("band/ID_CueWindow").width(), 250);
     }
   }

@@ -230,6 +230,21 @@ TEST(OpenDialogOnScreen, FoldersAreWalkedAndAShowOpenedByDoubleClicks) {
   EXPECT_TRUE(named("XYQueueList").isVisible());
 }
 
+TEST(OpenDialogOnScreen, AFileThatIsNoShowIsRefusedInABoxAndTheDialogStays) {
+  DeskOnScreen house;
+  std::ofstream(house.folder / "data" / "broken.kel") << "junk";
+  house.screen.expectBox("broken.kel is no show.");
+  house.screen.whenAsked([&] {
+    house.screen.key(Qt::Key_Home);
+    house.screen.key(Qt::Key_Return);
+    EXPECT_TRUE(named("frmOpenProject").isVisible());
+    house.screen.key(Qt::Key_End);
+    house.screen.key(Qt::Key_Return);
+  });
+  house.start();
+  EXPECT_TRUE(named("XYQueueList").isVisible());
+}
+
 // ---- Rows of a cue list
 
 std::vector<ListView::Row> rowsOf(const std::vector<unsigned>& identities) {
