@@ -102,6 +102,7 @@ void DriveListBox::Refresh(const fs::path& holding) {
         items.push_back({.Label = name, .Path = media / name});
     items.push_back({.Label = "Computer", .Path = m_roots.root});
   });
+  ++m_revision;
   m_items = std::move(items);
   m_index = driveOf(holding);
 }
@@ -141,6 +142,7 @@ void DirListBox::setPath(const fs::path& path) {
   Names names;
   m_aside([&] { names = namesIn(folder, isFolder); });
 
+  ++m_revision;
   m_rows.clear();
   fs::path way;
   for (const fs::path& part : folder) {
@@ -206,6 +208,7 @@ void FileListBox::Refresh() {
 
 void FileListBox::filter() {
   const std::string selected = FileName();
+  ++m_revision;
   m_items.clear();
   std::ranges::copy_if(m_all, std::back_inserter(m_items),
                        [this](const std::string& name) { return matchesPattern(name, m_pattern); });

@@ -38,8 +38,9 @@ class DriveListBox {
   /// Looks again what is plugged in, and shows the drive on which a path lies. Raises nothing.
   void Refresh(const std::filesystem::path& holding);
   [[nodiscard]] const std::vector<Item>& items() const { return m_items; }
-  [[nodiscard]] int listIndex() const { return m_index; }  ///< from 0; -1 when nothing is chosen
-  [[nodiscard]] std::filesystem::path Drive() const;       ///< "" when nothing is chosen
+  [[nodiscard]] int listIndex() const { return m_index; }         ///< from 0; -1 when nothing is chosen
+  [[nodiscard]] unsigned revision() const { return m_revision; }  ///< moves with the items
+  [[nodiscard]] std::filesystem::path Drive() const;              ///< "" when nothing is chosen
   /// Chooses the drive on which a path lies.
   void setDrive(const std::filesystem::path& path);
   /// The operator's choice; Fault::Subscript when there is none such.
@@ -52,6 +53,7 @@ class DriveListBox {
   Aside m_aside;
   std::vector<Item> m_items;
   int m_index = -1;
+  unsigned m_revision = 0;
 };
 
 /// The folders on the way to a path, the path itself and the folders in it. One row is highlighted; opening
@@ -76,7 +78,8 @@ class DirListBox {
   /// Fault::File when the folder can't be read; all is then as it was.
   void setPath(const std::filesystem::path& path);
   [[nodiscard]] const std::vector<Row>& rows() const { return m_rows; }
-  [[nodiscard]] int listIndex() const { return m_index; }  ///< highlighted row from 0; -1 none
+  [[nodiscard]] int listIndex() const { return m_index; }         ///< highlighted row from 0; -1 none
+  [[nodiscard]] unsigned revision() const { return m_revision; }  ///< moves with the rows
   /// The operator's hand on a row; Fault::Subscript when there is none such.
   void highlight(int index);
   [[nodiscard]] std::filesystem::path highlighted() const;  ///< "" when no row is
@@ -91,6 +94,7 @@ class DirListBox {
   std::filesystem::path m_path;
   std::vector<Row> m_rows;
   int m_index = -1;
+  unsigned m_revision = 0;
 };
 
 /// The files of a folder whose names match a pattern, in the order in which people count: "Act 2" stands
@@ -113,11 +117,13 @@ class FileListBox {
   void Refresh();
 
   [[nodiscard]] const std::vector<std::string>& items() const { return m_items; }
-  [[nodiscard]] int listIndex() const { return m_index; }  ///< from 0; -1 when no name is selected
-  [[nodiscard]] std::string FileName() const;              ///< the name selected, or ""
+  [[nodiscard]] int listIndex() const { return m_index; }         ///< from 0; -1 when no name is selected
+  [[nodiscard]] unsigned revision() const { return m_revision; }  ///< moves with the items
+  [[nodiscard]] std::string FileName() const;                     ///< the name selected, or ""
   /// The operator's click and double click on a name; Fault::Subscript when there is none such.
   void choose(int index);
   void doubleClick(int index);
+  void chooseNone() { m_index = -1; }
 
  private:
   void filter();
@@ -128,6 +134,7 @@ class FileListBox {
   std::vector<std::string> m_all;  ///< every file of the folder, in order
   std::vector<std::string> m_items;
   int m_index = -1;
+  unsigned m_revision = 0;
 };
 
 }  // namespace velgrove

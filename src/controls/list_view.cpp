@@ -75,7 +75,10 @@ int ListView::findItem(const std::string& text) const {
 void ListView::sort(const std::function<int(const Row&, const Row&)>& compare) {
   const auto before = [&](const Row& a, const Row& b) { return compare(a, b) < 0; };
   if (std::ranges::is_sorted(m_rows, before)) return;
+  const unsigned selected = m_selected > 0 ? row(m_selected).Identity : 0;
   std::ranges::stable_sort(m_rows, before);
+  if (selected > 0)
+    m_selected = static_cast<int>(std::ranges::find(m_rows, selected, &Row::Identity) - m_rows.begin()) + 1;
   ++m_revision;
 }
 

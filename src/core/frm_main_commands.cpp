@@ -172,13 +172,14 @@ QueueList& frmMain::shownXY() {
 }
 
 void frmMain::go() {
-  m_machine.errors.steps(
-      [&] {
-        QueueList& player = shownXY();
-        const GoFromOutside outside(m_show);
-        player.cmdGoForward_Click();
-      },
-      [&] { m_windows.endRepaints(); });
+  m_machine.errors.run([&] {
+    QueueList& player = shownXY();
+    {
+      const GoFromOutside outside(m_show);
+      player.cmdGoForward_Click();
+    }
+    m_windows.endRepaints();
+  });
 }
 
 void frmMain::stopFade() {
@@ -186,11 +187,19 @@ void frmMain::stopFade() {
 }
 
 void frmMain::nextStageCue() {
-  m_machine.errors.steps([&] { m_windows.endRepaints(); }, [&] { shownXY().cmdAdvanceStageCue_Click(); });
+  m_machine.errors.run([&] {
+    QueueList& player = shownXY();
+    m_windows.endRepaints();
+    player.cmdAdvanceStageCue_Click();
+  });
 }
 
 void frmMain::previousStageCue() {
-  m_machine.errors.steps([&] { m_windows.endRepaints(); }, [&] { shownXY().cmdDecrementStageCue_Click(); });
+  m_machine.errors.run([&] {
+    QueueList& player = shownXY();
+    m_windows.endRepaints();
+    player.cmdDecrementStageCue_Click();
+  });
 }
 
 void frmMain::resetCue() {

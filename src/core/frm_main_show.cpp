@@ -51,7 +51,10 @@ void frmMain::chooseShow(OpenTab tab) {
 void frmMain::LoadNewProject() {
   auto& errors = m_machine.errors;
   errors.run([&] { CloseViews(); });
-  if (m_show.ProjectName.empty()) return;
+  if (m_show.ProjectName.empty()) {
+    m_show.ProjectFileName = m_openFile;  // the show that is still open goes on into its own file
+    return;
+  }
   errors.steps(
       [&] {
         m_show.CurrentViewIndex = 0;

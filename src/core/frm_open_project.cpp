@@ -64,6 +64,7 @@ void frmOpenProject::Form_Load() {
         Location.setText((m_wiring.dataFolder / ProjectName.text()).string());
       },
       [&] { hideFrames(); }, [&] { txtSearchSpec.setText(AllShows); }, [&] { beginIn(m_wiring.dataFolder); },
+      [&] { filList.chooseNone(); },
       [&] {
         Tabs.select(static_cast<int>(OpenTab::Existing));
         OpenExistingFrame.Visible = true;

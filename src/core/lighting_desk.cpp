@@ -153,7 +153,22 @@ void LightingDesk::openFirstShow() {
     OpenProject.ShowModal();
 }
 
-void LightingDesk::act(const std::function<void()>& action) const {
+/// Actions stand inside each other while one of them waits.
+class LightingDesk::Acting {
+ public:
+  explicit Acting(LightingDesk& desk) : m_desk(desk) { ++m_desk.m_acting; }
+  ~Acting() {
+    if (--m_desk.m_acting == 0) m_desk.windows.forgetRetired();
+  }
+  Acting(const Acting&) = delete;
+  Acting& operator=(const Acting&) = delete;
+
+ private:
+  LightingDesk& m_desk;
+};
+
+void LightingDesk::act(const std::function<void()>& action) {
+  const Acting acting(*this);
   try {
     action();
   } catch (const RunTimeError&) {

@@ -56,7 +56,7 @@ class LightingDesk {
   /// Start-up, once, top to bottom. Afterwards the desk lives in its timers and the operator's actions alone.
   void Main();
   /// Runs an action of the operator. An error that nobody took ends the program.
-  void act(const std::function<void()>& action) const;
+  void act(const std::function<void()>& action);
   /// Writes the show to ProjectFileName and brings it to the top of the recent list. Whether it stands there.
   bool SaveAll() { return m_saver.SaveAll(); }
   /// Stops all timers, closes all windows and the interface, and ends the program.
@@ -70,6 +70,8 @@ class LightingDesk {
   [[nodiscard]] bool triggerEnabled() const;
 
  private:
+  class Acting;
+
   [[nodiscard]] Windows::Wiring tied(Windows::Wiring wiring);
   [[nodiscard]] frmMain::Wiring frameWiring();
   [[nodiscard]] std::string setting(const std::string& section, const std::string& key,
@@ -86,6 +88,7 @@ class LightingDesk {
 
   Wiring m_wiring;
   ShowSaver m_saver;
+  int m_acting = 0;  ///< actions of the operator that are under way
 };
 
 }  // namespace velgrove

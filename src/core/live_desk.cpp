@@ -22,7 +22,9 @@ SerialLine keepingTurn(SerialLine line, Desk& lock) {
 
 void raisePriority() {
   constexpr int Raised = -10;
-  (void)setpriority(PRIO_PROCESS, 0, Raised);  // an ordinary user is refused, and plays all the same
+  // Of the calling thread alone, and that is the one with the light. An ordinary user is refused, and plays
+  // all the same.
+  (void)setpriority(PRIO_PROCESS, 0, Raised);
 }
 
 }  // namespace

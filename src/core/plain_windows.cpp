@@ -17,8 +17,12 @@ void frmSplash::Form_Load() {
   Timer1.setEnabled(true);
 }
 
+/// A screen that doesn't paint, because it is locked or dark, holds up no light.
 void frmSplash::Timer1_Timer() {
-  if (!Starting) Unload();
+  if (Starting)
+    Painted = true;
+  else
+    Unload();
 }
 
 void frmSplash::Unload() {

@@ -56,6 +56,11 @@ std::unique_ptr<QueueList> Windows::makePlayer(const PlayerTraits& traits) {
       traits, m_show, m_machine,
       PlayerWiring{
           .GetCurrentView = [this] { return currentView(); },
+          .redrawLevel =
+              [this](clsFixture& fixture) {
+                ActiveDocument->DeleteTextOnShape(fixture);
+                ActiveDocument->DrawTextOnShape(fixture);
+              },
           .SimultaneousStart = [this](const std::string& list,
                                       const std::string& number) { m_links.SimultaneousStart(list, number); },
           .showCuePanel = m_wiring.showCuePanel,
@@ -64,16 +69,20 @@ std::unique_ptr<QueueList> Windows::makePlayer(const PlayerTraits& traits) {
 
 template <class Window>
 void Windows::retire(std::unique_ptr<Window> window) {
-  if (!m_machine.timers.isRunning()) m_retired.clear();
   m_retired.emplace_back(std::move(window));
+}
+
+void Windows::forgetRetired() {
+  if (!m_machine.timers.isRunning()) m_retired.clear();
 }
 
 void Windows::loadPlayers() {
   unloadPlayers();
   for (auto [player, traits] : {std::pair(&ABQ, &AB), std::pair(&XYQ, &XY)}) {
-    *player = makePlayer(*traits);
-    (*player)->Form_Load();
-    (*player)->Window.Visible = true;
+    // A box of the load lets the operator close the show meanwhile: what was made is held by nobody then.
+    QueueList& made = *(*player = makePlayer(*traits));
+    made.Form_Load();
+    made.Window.Visible = true;
   }
 }
 
@@ -97,9 +106,10 @@ frmDocument::Wiring Windows::documentWiring() const {
 
 void Windows::openDocument() {
   Documents.push_back(std::make_unique<frmDocument>(m_show, m_machine, documentWiring()));
-  DocumentForm = ActiveDocument = Documents.back().get();
-  DocumentForm->Form_Load();
-  DocumentForm->Window.Visible = true;
+  frmDocument& made = *Documents.back();
+  DocumentForm = ActiveDocument = &made;
+  made.Form_Load();
+  made.Window.Visible = true;
 }
 
 void Windows::closeDocument() {

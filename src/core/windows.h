@@ -59,7 +59,9 @@ class Windows {
   [[nodiscard]] QueueList& abPlayer() const;
   [[nodiscard]] QueueList& xyPlayer() const;
 
-  void loadPlayers();    ///< made anew, loaded and shown
+  void loadPlayers();  ///< made anew, loaded and shown
+  /// Called when no action of the operator is under way: what has been closed is let go of.
+  void forgetRetired();
   void unloadPlayers();  ///< their fades stop; the level arrays stay as they are
   void openDocument();
   void closeDocument();  ///< the one opened last

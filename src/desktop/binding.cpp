@@ -58,15 +58,19 @@ void show(QAbstractButton& button, const ButtonLook& look) {
 }
 
 /// A mnemonic clicks at once, where the toolkit first shows the button down for a tenth of a second: a Go may
-/// not wait for that.
+/// not wait for that. A key that is held down clicks once: Go after Go would run through the show.
 class Mnemonic : public QObject {
  public:
   explicit Mnemonic(QAbstractButton* button) : QObject(button) { button->installEventFilter(this); }
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override {
-    if (event->type() != QEvent::Shortcut || static_cast<QShortcutEvent*>(event)->isAmbiguous()) return false;
-    static_cast<QAbstractButton*>(watched)->click();
+    if (event->type() != QEvent::Shortcut) return false;
+    const auto& shortcut = *static_cast<QShortcutEvent*>(event);
+    if (shortcut.isAmbiguous()) return false;
+    auto& button = *static_cast<QAbstractButton*>(watched);
+    button.setShortcutAutoRepeat(shortcut.shortcutId(), false);
+    button.click();
     return true;
   }
 };
@@ -74,11 +78,14 @@ class Mnemonic : public QObject {
 struct FieldLook {
   std::string text;
   bool enabled = false;
+  unsigned focuses = 0;
+  unsigned selections = 0;
   bool operator==(const FieldLook&) const = default;
 };
 
 struct ComboLook {
-  std::vector<std::string> items;
+  const ComboBox* control = nullptr;
+  unsigned revision = 0;
   int index = -1;
   bool operator==(const ComboLook&) const = default;
 };
@@ -100,6 +107,7 @@ void showItems(QComboBox& combo, const std::vector<std::string>& items) {
 }  // namespace
 
 void Bindings::bind(QLabel* label, const Find<Label>& find) {
+  label->setTextFormat(Qt::PlainText);  // a description may look like markup
   mirror(
       [find] {
         const Label* control = find();
@@ -134,17 +142,22 @@ void Bindings::bind(Field* field, const Find<TextBox>& find) {
            [field, find, shown, underway] {
              if (field->composing() || *underway > 0) return false;
              const TextBox* control = find();
-             FieldLook now = control == nullptr
-                                 ? FieldLook{}
-                                 : FieldLook{.text = control->text(), .enabled = control->Enabled};
+             FieldLook now = control == nullptr ? FieldLook{}
+                                                : FieldLook{.text = control->text(),
+                                                            .enabled = control->Enabled,
+                                                            .focuses = control->Focuses,
+                                                            .selections = control->Selections};
              if (now == *shown) return false;
              *shown = std::move(now);
              return true;
            },
        .apply =
-           [field, shown] {
+           [field, shown, obeyed = FieldLook{}]() mutable {
              field->setEnabled(shown->enabled);
              write(*field, text(shown->text));
+             if (obeyed.focuses != shown->focuses) field->setFocus();
+             if (obeyed.selections != shown->selections) field->selectAll();
+             obeyed = *shown;
            }});
   QObject::connect(field, &QLineEdit::textEdited, field, [this, find, shown, underway](const QString& typed) {
     shown->text = typed.toStdString();
@@ -157,19 +170,31 @@ void Bindings::bind(Field* field, const Find<TextBox>& find) {
 }
 
 void Bindings::bind(QComboBox* combo, const Find<ComboBox>& find) {
-  const auto shown = mirror(
-      [find] {
-        const ComboBox* control = find();
-        return control == nullptr ? ComboLook{}
-                                  : ComboLook{.items = control->items(), .index = control->listIndex()};
-      },
-      [combo](const ComboLook& look) {
-        const QSignalBlocker quiet(combo);
-        showItems(*combo, look.items);
-        combo->setCurrentIndex(look.index);
-      });
+  const auto shown = std::make_shared<ComboLook>();
+  const auto items = std::make_shared<std::vector<std::string>>();
+  add({.copy =
+           [find, shown, items] {
+             const ComboBox* control = find();
+             const ComboLook now = control == nullptr ? ComboLook{}
+                                                      : ComboLook{.control = control,
+                                                                  .revision = control->revision(),
+                                                                  .index = control->listIndex()};
+             if (now == *shown) return false;
+             if (control == nullptr)
+               items->clear();
+             else if (control != shown->control || now.revision != shown->revision)
+               *items = control->items();
+             *shown = now;
+             return true;
+           },
+       .apply =
+           [combo, shown, items] {
+             const QSignalBlocker quiet(combo);
+             showItems(*combo, *items);
+             combo->setCurrentIndex(shown->index);
+           }});
   QObject::connect(combo, &QComboBox::activated, combo, [this, find, shown](int index) {
-    shown->value.index = index;
+    shown->index = index;
     m_face.deliver([find, index] {
       if (ComboBox* control = find()) control->choose(index);
     });

@@ -53,11 +53,21 @@ QRect ChildArea::placeOf(Place place) const {
                : QRect(left, area.top() + height + Gap, lists, area.height() - height - Gap);
 }
 
+/// In a tight frame windows overlap rather than cut off what they hold; each keeps its corner.
+QRect ChildArea::grown(QRect area, QSize least, Place place) {
+  const QSize size = area.size().expandedTo(least);
+  QRect window(area.topLeft(), size);
+  if (place != Place::Plot) window.moveRight(area.right());
+  if (place == Place::LowerList) window.moveBottom(area.bottom());
+  return window;
+}
+
 void ChildArea::layOut() {
   if (m_byHand) return;
   for (QMdiSubWindow* window : subWindowList()) {
     if (window->isMinimized() || window->isMaximized()) continue;
-    window->setGeometry(placeOf(static_cast<Place>(window->property("place").toInt())));
+    const auto place = static_cast<Place>(window->property("place").toInt());
+    window->setGeometry(grown(placeOf(place), window->minimumSizeHint(), place));
   }
 }
 

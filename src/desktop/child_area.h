@@ -27,6 +27,7 @@ class ChildArea : public QMdiArea {
   void lineUpIcons();
   [[nodiscard]] QList<QMdiSubWindow*> openWindows() const;
   [[nodiscard]] QRect placeOf(Place place) const;
+  [[nodiscard]] static QRect grown(QRect area, QSize least, Place place);
 
   bool m_byHand = false;
 };

@@ -45,24 +45,21 @@ CuePanel::Look CuePanel::look(const LightingDesk& desk) {
   look.nextNumber = player->lblNextNum.Caption;
   look.nextDesc = player->NextDescText.Caption;
   const auto rest = player->restOfFade();
-  look.fading = player->State.Fading;
   constexpr std::int32_t Tenth = 100;  // ms
   look.rest = static_cast<std::int32_t>((rest + Tenth - 1) / Tenth);
-  if (look.fading) {
-    look.stagePart = 1 - part(player->State.CurrentLookLevel);
-    look.nextPart = part(player->State.NextLookLevel);
-  }
+  if (player->State.StageProgress) look.stagePart = 1 - part(*player->State.StageProgress);
+  if (player->State.NextProgress) look.nextPart = part(*player->State.NextProgress);
   return look;
 }
 
 /// While a fade runs, only its edges and the time change.
 void CuePanel::show(const Look& look) {
   const bool sameWords = look.text == m_look.text && look.nextNumber == m_look.nextNumber &&
-                         look.nextDesc == m_look.nextDesc && look.loaded == m_look.loaded &&
-                         look.fading == m_look.fading;
+                         look.nextDesc == m_look.nextDesc && look.loaded == m_look.loaded;
   const Look before = std::exchange(m_look, look);
   if (!sameWords) {
-    setAccessibleDescription(QString::fromStdString(look.text));
+    setAccessibleDescription(
+        QString::fromStdString(look.text + ", next " + look.nextNumber + " " + look.nextDesc));
     update();
     return;
   }
@@ -127,7 +124,8 @@ void CuePanel::drawLine(QPainter& painter, bool next) {
   painter.setPen(theme::colour(next ? "nextInk" : "stageInk"));
   if (next) {
     write(QString::fromStdString(m_look.nextNumber), theme::font(theme::sized(19, 29), true));
-    write(QString::fromStdString(m_look.nextDesc), theme::condensed(theme::sized(19, 29), true));
+    if (m_look.nextDesc != m_look.nextNumber)  // both are "N/A" behind the last cue
+      write(QString::fromStdString(m_look.nextDesc), theme::condensed(theme::sized(19, 29), true));
     return;
   }
   QString text = QString::fromStdString(m_look.text);

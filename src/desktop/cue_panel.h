@@ -30,7 +30,6 @@ class CuePanel : public QWidget {
     float stagePart = 1;    ///< of the stage's look that still burns
     float nextPart = 0;     ///< of the next look that burns already
     std::int32_t rest = 0;  ///< of the fade, tenths of a second; 0 when nothing fades
-    bool fading = false;
     bool loaded = false;
     friend bool operator==(const Look&, const Look&) = default;
   };

@@ -31,7 +31,7 @@ Mark markOf(const RowPaint& paint) {
     case QueueList::Red:
       return Mark::Stage;
     case QueueList::Green:
-    case 0x80FF80:
+    case QueueList::PaleGreen:
       return Mark::Next;
     default:
       return Mark::None;
@@ -43,9 +43,9 @@ QColor ofRow(Colour value) {
   switch (value) {
     case QueueList::Red:
       return theme::colour("stageLit");
-    case 0x8080FF:
+    case QueueList::PaleRed:
       return theme::colour("stageDim");
-    case 0x80FF80:
+    case QueueList::PaleGreen:
       return theme::colour("nextLit");
     case QueueList::Green:
       return theme::colour("nextDim");
@@ -177,9 +177,9 @@ bool CueTable::copy() {
   const QueueList* player = m_find();
   if (player == nullptr) {
     if (m_now.window == 0) return false;
-    auto columns = std::move(m_now.columns);
     m_now = Copy{};
-    m_now.columns = std::move(columns);
+    m_now.columns = m_columns.size();
+    m_rows.clear();
     return true;
   }
   const ListView& list = player->ListView2;
@@ -187,8 +187,9 @@ bool CueTable::copy() {
   if (rowsChanged) {
     m_now.window = player->Window.Identity;
     m_now.revision = list.revision();
-    m_now.columns = list.Columns;
-    m_now.rows = list.rows();
+    m_columns = list.Columns;
+    m_now.columns = m_columns.size();
+    m_rows = list.rows();
     m_now.selected = list.selected();
     m_now.askedIntoView = list.visibleRows();
     m_now.requests = list.visibleRequests();
@@ -205,8 +206,9 @@ bool CueTable::copy() {
 
 void CueTable::apply() {
   if (m_shown.window != m_now.window || m_shown.revision != m_now.revision) {
-    m_model.show(m_now.columns, m_now.rows);
-    if (m_shown.columns.size() != m_now.columns.size()) sizeColumns();
+    m_model.show(m_columns, m_rows);
+    if (m_shown.columns != m_now.columns) sizeColumns();
+    setCurrentIndex(m_model.index(m_now.selected - 1, 0));  // what assistive tools speak
     viewport()->update();
   }
   repaintMarks();
@@ -278,23 +280,25 @@ void CueTable::sizeColumns() {
   int left = viewport()->width();
   for (int column = 0; column < m_model.columnCount(); ++column) {
     if (column == DescColumn) continue;
-    const int width = m_now.columns[static_cast<std::size_t>(column)].Width + (column == 0 ? gutter() : 0) +
-                      (column > DescColumn ? theme::sized(4, 10) : 0);
+    const int width = m_columns[static_cast<std::size_t>(column)].Width + (column == 0 ? gutter() : 0) +
+                      (column > DescColumn ? theme::sized(4, 6) : 0);
     header()->resizeSection(column, width);
     left -= width;
   }
-  header()->resizeSection(DescColumn, std::max(left, m_now.columns[DescColumn].Width / 2));
+  header()->resizeSection(DescColumn, std::max(left, m_columns[DescColumn].Width / 2));
 }
 
 void CueTable::resizeEvent(QResizeEvent* event) {
   QTreeView::resizeEvent(event);
   sizeColumns();
+  scrollToMarks();
 }
 
 void CueTable::changeEvent(QEvent* event) {
   QTreeView::changeEvent(event);
   if (event->type() == QEvent::StyleChange || event->type() == QEvent::FontChange) {
     m_model.setRowHeight(rowPixels());
+    header()->setFixedHeight(theme::sized(20, 26));
     sizeColumns();
   }
 }
@@ -364,7 +368,7 @@ void CueTable::drawMarks(QPainter& painter, const QRect& row, int icon, const Ro
                                       loop ? theme::colour("keyYellow") : ink, devicePixelRatioF()));
   }
   if (mark == Mark::None) return;
-  drawLetterMark(painter, QRectF(22, middle - 8, 16, 16), mark == Mark::Next, ink, ofRow(paint.left));
+  drawLetterMark(painter, QRectF(22, middle - 9, 18, 18), mark == Mark::Next, ink, ofRow(paint.left));
 }
 
 // ---- The hand and the keys

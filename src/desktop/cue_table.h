@@ -73,8 +73,7 @@ class CueTable : public QTreeView {
   struct Copy {
     unsigned window = 0;
     unsigned revision = 0;
-    std::vector<ListView::Column> columns;
-    std::vector<ListView::Row> rows;
+    std::size_t columns = 0;
     int selected = 0;
     std::array<int, 2> askedIntoView{};
     unsigned requests = 0;
@@ -102,8 +101,10 @@ class CueTable : public QTreeView {
   CueRows m_model;
   Face* m_face = nullptr;
   FindPlayer m_find;
-  Copy m_now;    ///< the desk's, copied last
-  Copy m_shown;  ///< on the screen
+  std::vector<ListView::Column> m_columns;
+  std::vector<ListView::Row> m_rows;  ///< copied last, and taken over by the model
+  Copy m_now;                         ///< the desk's, copied last
+  Copy m_shown;                       ///< on the screen
   QRect m_painted;
 };
 

@@ -20,10 +20,17 @@ void setType(QLabel& label, const char* type) {
   label.setProperty("type", type);
 }
 
+/// Room for every number of a cue, as large as it is written.
+int widestNumber() {
+  return QFontMetrics(theme::font(theme::sized(25, 42), true)).horizontalAdvance("000.00") + 2;
+}
+
 void discard(QLayout* layout) {
   while (QLayoutItem* item = layout->takeAt(0)) {
-    if (item->layout() != nullptr) discard(item->layout());
-    if (item->layout() == nullptr) delete item;
+    if (QLayout* inner = item->layout())
+      discard(inner);
+    else
+      delete item;
   }
   delete layout;
 }
@@ -50,9 +57,9 @@ CueWindow::CueWindow(const QString& name, Face& face, FindPlayer find)
   m_table.setObjectName("ListView2");
   m_table.setAccessibleName(name.startsWith("AB") ? "AB cues" : "XY cues");
   bindControls();
-  layOut();
   setFocusOrder();
   setFocusProxy(&m_table);
+  layOut();
 }
 
 void CueWindow::nameStatusLine(StatusLine& line, const char* caption, const char* tone,
@@ -64,7 +71,6 @@ void CueWindow::nameStatusLine(StatusLine& line, const char* caption, const char
   setType(line.desc, "desc");
   for (QLabel* quiet : {&line.downCaption, &line.delayCaption, &line.upCaption}) setType(*quiet, "caption");
   for (const auto& [label, name] : names) label->setObjectName(name);
-  line.desc.setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
   line.desc.setMinimumWidth(60);
 }
 
@@ -213,12 +219,13 @@ QHBoxLayout* CueWindow::timesOf(StatusLine& line) {
 
 void CueWindow::layOutCompactStatus() {
   auto* grid = new QGridLayout(&m_statusGroup);
-  grid->setContentsMargins(8, 6, 8, 4);
-  grid->setHorizontalSpacing(8);
+  grid->setContentsMargins(6, 2, 6, 2);
+  grid->setHorizontalSpacing(6);
   grid->setVerticalSpacing(0);
   int row = 0;
   for (const auto& [line, button] : {std::pair(&m_stage, &m_stepUp), std::pair(&m_next, &m_stepDown)}) {
-    line->number.setFixedWidth(70);
+    line->number.setMinimumWidth(widestNumber());
+    line->number.setFixedHeight(theme::sized(27, 46));
     line->number.setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     QHBoxLayout* times = timesOf(*line);
     button->setFixedSize(26, 24);
@@ -232,7 +239,7 @@ void CueWindow::layOutCompactStatus() {
   grid->setColumnStretch(2, 1);
 
   auto* fading = new QHBoxLayout(&m_fadingGroup);
-  fading->setContentsMargins(8, 6, 8, 6);
+  fading->setContentsMargins(6, 3, 6, 4);
   fading->setSpacing(6);
   m_go.setFixedSize(72, 46);
   m_stop.setFixedSize(60, 46);
@@ -247,7 +254,8 @@ void CueWindow::layOutRoomyStatus() {
   grid->setVerticalSpacing(0);
   int row = 0;
   for (const auto& [line, button] : {std::pair(&m_stage, &m_stepUp), std::pair(&m_next, &m_stepDown)}) {
-    line->number.setFixedWidth(118);
+    line->number.setMinimumWidth(widestNumber());
+    line->number.setFixedHeight(theme::sized(27, 46));
     line->number.setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     QHBoxLayout* times = timesOf(*line);
     times->addStretch(1);
@@ -292,6 +300,7 @@ void CueWindow::layOut() {
   const bool roomy = theme::density() == Density::Roomy;
   for (QLayout* old : {m_statusGroup.layout(), m_fadingGroup.layout(), m_linkGroup.layout(), layout()})
     if (old != nullptr) discard(old);
+  m_linkGroup.setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);  // its combos are never squeezed
   roomy ? layOutRoomyStatus() : layOutCompactStatus();
 
   auto* links = new QHBoxLayout(&m_linkGroup);
@@ -308,6 +317,7 @@ void CueWindow::layOut() {
   top->addWidget(&m_statusGroup, 1);
   top->addWidget(&m_fadingGroup);
   all->addLayout(top);
+  m_table.setMinimumHeight(theme::sized(80, 102));  // its header and two rows: stage and next
   all->addWidget(&m_table, 1);
   QBoxLayout* editors = editorRow();
   all->addLayout(editors);
@@ -335,12 +345,15 @@ void CueWindow::layOut() {
   }
 }
 
+/// Tab goes in the order in which the widgets come into their window. Changing it later would leave the
+/// window itself, whose focus is the list's, in the middle of the way.
 void CueWindow::setFocusOrder() {
   const std::vector<QWidget*> order{&m_table,    &m_number,     &m_down,     &m_delay,   &m_up,     &m_desc,
                                     &m_linkList, &m_linkNumber, &m_record,   &m_update,  &m_insert, &m_delete,
                                     &m_copyCue,  &m_paste,      &m_stageCue, &m_nextCue, &m_loop,   &m_live,
                                     &m_blind,    &m_stepUp,     &m_stepDown, &m_stop,    &m_go};
-  for (std::size_t i = 1; i < order.size(); ++i) setTabOrder(order[i - 1], order[i]);
+  for (QGroupBox* group : {&m_statusGroup, &m_fadingGroup, &m_linkGroup}) group->setParent(this);
+  for (QWidget* widget : order) widget->setParent(this);
 }
 
 void CueWindow::changeEvent(QEvent* event) {

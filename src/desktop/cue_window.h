@@ -9,6 +9,7 @@
 
 #include "desktop/binding.h"
 #include "desktop/cue_table.h"
+#include "desktop/eliding_label.h"
 
 namespace velgrove {
 
@@ -22,8 +23,6 @@ class CueWindow : public QWidget {
   /// `name` is the window's own, "ABQueueList" or "XYQueueList".
   CueWindow(const QString& name, Face& face, FindPlayer find);
 
-  [[nodiscard]] CueTable& table() { return m_table; }
-
  protected:
   void changeEvent(QEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
@@ -34,7 +33,7 @@ class CueWindow : public QWidget {
   struct StatusLine {
     QLabel caption;
     QLabel number;
-    QLabel desc;
+    ElidingLabel desc;
     QLabel down;
     QLabel delay;
     QLabel up;

@@ -18,7 +18,8 @@ DeskWindows::DeskWindows(LightingDesk& desk, Face& face)
 }
 
 void DeskWindows::showBox(const Box& box, bool waitedFor, std::function<void(BoxAnswer)> answered) {
-  QWidget* above = QApplication::activeModalWidget();
+  // A box that nobody waits for outlives the dialog under which it came up.
+  QWidget* above = waitedFor ? QApplication::activeModalWidget() : nullptr;
   if (above == nullptr && m_frame.isVisible()) above = &m_frame;
   showMessageBox(above, box, waitedFor, std::move(answered));
 }

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QScreen>
+#include <QScrollArea>
 #include <QVBoxLayout>
 
 #include "desktop/theme.h"
@@ -24,7 +25,7 @@ float twips(int pixels) {
 FrameWindow::FrameWindow(LightingDesk& desk, Face& face)
     : m_desk(desk), m_face(face), m_bindings(face), m_tools(desk, m_bindings) {
   setObjectName("frmMain");
-  setMinimumSize(800, 500);
+  setMinimumSize(640, 400);
   setContextMenuPolicy(Qt::DefaultContextMenu);
   build();
   size();
@@ -52,7 +53,7 @@ void FrameWindow::build() {
   auto* middle = new QHBoxLayout;
   middle->setSpacing(0);
   m_toolColumn = makeToolColumn();
-  middle->addWidget(m_toolColumn);
+  middle->addWidget(scrolling(m_toolColumn));
   m_children = new ChildArea;
   middle->addWidget(m_children, 1);
   auto* upper = new QWidget;
@@ -72,6 +73,19 @@ void FrameWindow::build() {
   addPlayer("XYQueueList", &Windows::XYQ, ChildArea::Place::UpperList);
   addPlayer("ABQueueList", &Windows::ABQ, ChildArea::Place::LowerList);
   connect(m_children, &QMdiArea::subWindowActivated, this, &FrameWindow::onActivated);
+}
+
+/// On a low screen the tools scroll, by the wheel and with the focus.
+QWidget* FrameWindow::scrolling(QWidget* column) {
+  auto* area = new QScrollArea;
+  area->setFrameShape(QFrame::NoFrame);
+  area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  area->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  area->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Expanding);
+  area->setFocusPolicy(Qt::NoFocus);
+  area->setWidgetResizable(true);
+  area->setWidget(column);
+  return area;
 }
 
 QWidget* FrameWindow::makeToolColumn() {
@@ -273,9 +287,12 @@ void FrameWindow::show(const Look& look) {
     return;
   }
   if (isVisible()) return;
-  const QRect screen = QApplication::primaryScreen()->availableGeometry();
+  const auto holdsIt = [&look](const QScreen* screen) {
+    return screen->availableGeometry().intersects(look.place);
+  };
   QRect place = look.place;
-  if (!screen.intersects(place)) place.moveTopLeft(screen.topLeft());
+  if (std::ranges::none_of(QApplication::screens(), holdsIt))
+    place.moveTopLeft(QApplication::primaryScreen()->availableGeometry().topLeft());
   setGeometry(place);
   look.state == WindowState::Maximised ? showMaximized() : QMainWindow::show();
 }
@@ -319,6 +336,7 @@ void FrameWindow::changeEvent(QEvent* event) {
 }
 
 void FrameWindow::size() {
+  m_toolColumn->parentWidget()->parentWidget()->setFixedWidth(theme::sized(44, 52));
   m_toolColumn->setFixedWidth(theme::sized(44, 52));
   for (QToolButton* button : m_toolColumn->findChildren<QToolButton*>()) {
     button->setFixedSize(theme::sized(QSize(34, 34), QSize(44, 44)));

@@ -28,6 +28,8 @@ class FrameWindow : public QMainWindow {
  public:
   FrameWindow(LightingDesk& desk, Face& face);
   ~FrameWindow() override;
+  FrameWindow(const FrameWindow&) = delete;
+  FrameWindow& operator=(const FrameWindow&) = delete;
 
  protected:
   void closeEvent(QCloseEvent* event) override;
@@ -49,6 +51,7 @@ class FrameWindow : public QMainWindow {
 
   void build();
   [[nodiscard]] QWidget* makeToolColumn();
+  [[nodiscard]] static QWidget* scrolling(QWidget* column);
   [[nodiscard]] QWidget* makeBanner();
   [[nodiscard]] static QWidget* makeSubPane();
   void bindFrame();

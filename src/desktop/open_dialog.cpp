@@ -73,6 +73,7 @@ QWidget* OpenDialog::makeExisting() {
   bindings().bind(&m_pattern, [this] { return &m_form.txtSearchSpec; });
   m_pattern.installEventFilter(this);
   m_folders.installEventFilter(this);
+  m_files.installEventFilter(this);
   return page;
 }
 
@@ -124,53 +125,89 @@ void OpenDialog::show(QListWidget& list, const Listing& listing, bool folders) {
     }
   }
   list.setCurrentRow(listing.index);
+  if (listing.index < 0) list.clearSelection();
   if (listing.index >= 0) list.scrollToItem(list.item(listing.index));
 }
 
+/// Ties a list of the form to its widget. The items are copied only when they changed and somebody looks: a
+/// folder can hold thousands.
+std::shared_ptr<int> OpenDialog::bindList(const ListSource& source,
+                                          std::function<void(const Listing&)> show) {
+  struct State {
+    Listing listing;
+    unsigned revision = 0;
+    bool copied = false;
+  };
+  const auto state = std::make_shared<State>();
+  const auto index = std::make_shared<int>(-1);
+  bindings().add({.copy =
+                      [this, source, state, index] {
+                        if (!m_form.Window.Visible) return false;
+                        const bool fresh = !state->copied || state->revision != source.revision();
+                        if (!fresh && *index == source.index()) return false;
+                        if (fresh) state->listing = source.items();
+                        state->copied = true;
+                        state->revision = source.revision();
+                        *index = state->listing.index = source.index();
+                        return true;
+                      },
+                  .apply = [state, show = std::move(show)] { show(state->listing); }});
+  return index;
+}
+
 void OpenDialog::bindLists() {
-  bindings().mirror(
-      [this] {
-        Listing listing{.items = {}, .depths = {}, .open = {}, .index = m_form.drvList.listIndex()};
-        for (const auto& drive : m_form.drvList.items()) listing.items.push_back(drive.Label);
-        return listing;
-      },
-      [this](const Listing& listing) {
-        const QSignalBlocker quiet(&m_drives);
-        m_drives.clear();
-        for (const std::string& item : listing.items) m_drives.addItem(text(item));
-        m_drives.setCurrentIndex(listing.index);
-      });
+  (void)bindList({.revision = [this] { return m_form.drvList.revision(); },
+                  .index = [this] { return m_form.drvList.listIndex(); },
+                  .items =
+                      [this] {
+                        Listing listing;
+                        for (const auto& drive : m_form.drvList.items()) listing.items.push_back(drive.Label);
+                        return listing;
+                      }},
+                 [this](const Listing& listing) {
+                   const QSignalBlocker quiet(&m_drives);
+                   m_drives.clear();
+                   for (const std::string& item : listing.items) m_drives.addItem(text(item));
+                   m_drives.setCurrentIndex(listing.index);
+                 });
   connect(&m_drives, &QComboBox::activated, this,
           [this](int index) { bindings().face().deliver([this, index] { m_form.drvList.choose(index); }); });
 
-  const auto folders = bindings().mirror(
-      [this] {
-        Listing listing{.items = {}, .depths = {}, .open = {}, .index = m_form.dirList.listIndex()};
-        for (const auto& row : m_form.dirList.rows()) {
-          listing.items.push_back(row.Name);
-          listing.depths.push_back(row.Depth);
-          listing.open.push_back(row.IsOpen);
-        }
-        return listing;
-      },
-      [this](const Listing& listing) { show(m_folders, listing, true); });
-  connect(&m_folders, &QListWidget::currentRowChanged, this, [this, folders](int row) {
+  const auto folder = bindList({.revision = [this] { return m_form.dirList.revision(); },
+                                .index = [this] { return m_form.dirList.listIndex(); },
+                                .items =
+                                    [this] {
+                                      Listing listing;
+                                      for (const auto& row : m_form.dirList.rows()) {
+                                        listing.items.push_back(row.Name);
+                                        listing.depths.push_back(row.Depth);
+                                        listing.open.push_back(row.IsOpen);
+                                      }
+                                      return listing;
+                                    }},
+                               [this](const Listing& listing) { show(m_folders, listing, true); });
+  connect(&m_folders, &QListWidget::currentRowChanged, this, [this, folder](int row) {
     if (row < 0) return;
-    folders->value.index = row;
+    *folder = row;
     bindings().face().deliver([this, row] { m_form.dirList.highlight(row); });
   });
   connect(&m_folders, &QListWidget::itemActivated, this,
           [this] { bindings().face().deliver([this] { m_form.dirList.openHighlighted(); }); });
 
-  const auto files = bindings().mirror(
-      [this] {
-        return Listing{
-            .items = m_form.filList.items(), .depths = {}, .open = {}, .index = m_form.filList.listIndex()};
-      },
-      [this](const Listing& listing) { show(m_files, listing, false); });
-  connect(&m_files, &QListWidget::currentRowChanged, this, [this, files](int row) {
-    if (row < 0) return;
-    files->value.index = row;
+  const auto file = bindList({.revision = [this] { return m_form.filList.revision(); },
+                              .index = [this] { return m_form.filList.listIndex(); },
+                              .items =
+                                  [this] {
+                                    Listing listing;
+                                    listing.items = m_form.filList.items();
+                                    return listing;
+                                  }},
+                             [this](const Listing& listing) { show(m_files, listing, false); });
+  // The focus makes the first file the current one: it is chosen only when it is marked.
+  connect(&m_files, &QListWidget::itemSelectionChanged, this, [this, file] {
+    if (m_files.selectedItems().isEmpty()) return;
+    const int row = m_files.row(m_files.selectedItems().constFirst());
+    *file = row;
     bindings().face().deliver([this, row] { m_form.filList.choose(row); });
   });
   connect(&m_files, &QListWidget::itemDoubleClicked, this, [this](const QListWidgetItem* item) {
@@ -188,7 +225,7 @@ void OpenDialog::bindTabs() {
   connect(&m_tabs, &QTabWidget::currentChanged, this, [this, shown](int index) {
     shown->value = index + 1;
     bindings().face().deliver([this, index] { m_form.Tabs.choose(index + 1); });
-    (index == 1 ? static_cast<QWidget*>(&m_showName) : &m_files)->setFocus();
+    appear();
   });
 }
 
@@ -196,12 +233,29 @@ void OpenDialog::tell(void (frmOpenProject::*handler)()) {
   bindings().face().deliver([this, handler] { (m_form.*handler)(); });
 }
 
+/// While no file is marked, a key of movement marks the first or the last one.
+bool OpenDialog::chooseByKey(int key) {
+  const bool first = key == Qt::Key_Down || key == Qt::Key_Up || key == Qt::Key_Home || key == Qt::Key_PageUp;
+  const bool last = key == Qt::Key_End || key == Qt::Key_PageDown;
+  if ((!first && !last) || m_files.count() == 0) return false;
+  m_files.setCurrentRow(first ? 0 : m_files.count() - 1);
+  m_files.currentItem()->setSelected(true);
+  return true;
+}
+
 bool OpenDialog::eventFilter(QObject* watched, QEvent* event) {
   if (watched == &m_pattern && event->type() == QEvent::FocusIn) {
     tell(&frmOpenProject::txtSearchSpec_GotFocus);
     m_pattern.selectAll();
   }
-  if (watched == &m_folders && event->type() == QEvent::FocusOut) tell(&frmOpenProject::dirList_LostFocus);
+  if (watched == &m_folders && event->type() == QEvent::FocusOut) {
+    const auto why = static_cast<QFocusEvent*>(event)->reason();
+    const bool leftTheList = why != Qt::ActiveWindowFocusReason && why != Qt::PopupFocusReason;
+    if (leftTheList && isVisible()) tell(&frmOpenProject::dirList_LostFocus);
+  }
+  if (watched == &m_files && event->type() == QEvent::KeyPress && m_files.selectedItems().isEmpty()) {
+    return chooseByKey(static_cast<QKeyEvent*>(event)->key());
+  }
   return FormDialog::eventFilter(watched, event);
 }
 

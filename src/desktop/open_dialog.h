@@ -25,16 +25,23 @@ class OpenDialog : public FormDialog {
  private:
   struct Listing {
     std::vector<std::string> items;
-    std::vector<int> depths;
-    std::vector<bool> open;
+    std::vector<int> depths;  ///< of folders
+    std::vector<bool> open;   ///< of folders
     int index = -1;
-    friend bool operator==(const Listing&, const Listing&) = default;
+  };
+  struct ListSource {
+    std::function<unsigned()> revision;
+    std::function<int()> index;
+    std::function<Listing()> items;
   };
 
   [[nodiscard]] QWidget* makeExisting();
   [[nodiscard]] QWidget* makeNew();
+  [[nodiscard]] std::shared_ptr<int> bindList(const ListSource& source,
+                                              std::function<void(const Listing&)> show);
   void bindLists();
   void bindTabs();
+  bool chooseByKey(int key);
   static void show(QListWidget& list, const Listing& listing, bool folders);
   void tell(void (frmOpenProject::*handler)());
 

@@ -104,6 +104,7 @@ bool PlatformDialogs::choosePrinter(const std::string& title) {
     auto made = std::make_unique<QPrintDialog>(m_printer.get(), m_above);
     made->setObjectName("printer");
     made->setWindowTitle(text(title));
+    made->setOption(QPrintDialog::PrintPageRange, false);  // a plot is one page
     return made;
   });
 }

@@ -59,14 +59,19 @@ struct Pen {
   }
 };
 
+/// What a level text says, 0 to 1.
+double levelOf(const Shape& text) {
+  if (text.text == "FL") return 1;
+  return QString::fromStdString(text.text).toInt() / 100.0;  // "-" is dark
+}
+
 /// A fixture's body glows in the colour of what lights it.
-QColor glowOf(std::uint8_t level, Colour source) {
-  if (level == 0) return Qt::transparent;
-  constexpr int Steps = 16;
+QColor glowOf(const Shape& levelText) {
+  constexpr double Steps = 16;
   constexpr double Faintest = 0.10;
   constexpr double Brightest = 0.44;
-  QColor glow = theme::ofLevelText(source);
-  const double step = std::round(level * Steps / 255.0) / Steps;
+  QColor glow = theme::ofLevelText(levelText.colour);
+  const double step = std::round(levelOf(levelText) * Steps) / Steps;
   glow.setAlphaF(static_cast<float>(Faintest + (Brightest - Faintest) * step));
   return glow;
 }
@@ -134,9 +139,11 @@ PlotPainter::Roles PlotPainter::rolesIn(const PlotPicture& plot) {
 
 void PlotPainter::paint(QPainter& painter, const PlotPicture& plot, const View& view, const QRectF& area) {
   const Roles roles = rolesIn(plot);
+  forgetOtherScales(view);
   painter.setRenderHint(QPainter::Antialiasing);
   if (plot.grid && m_medium == Medium::Screen) paintGrid(painter, view, area);
   for (const Shape& shape : plot.drawing.shapes) {
+    if (!isSeen(shape, view, area)) continue;
     if (shape.kind == Shape::Kind::Insert)
       paintInsert(painter, shape, roles, view);
     else if (shape.colour == Black)
@@ -146,6 +153,25 @@ void PlotPainter::paint(QPainter& painter, const PlotPicture& plot, const View& 
     else
       paintFigure(painter, shape, view);
   }
+}
+
+/// Bodies and texts are kept for one scale only: a zoom draws them anew.
+void PlotPainter::forgetOtherScales(const View& view) {
+  if (std::exchange(m_keptAt, view.pixelsPerUnit * view.ratio) != m_keptAt) m_kept.clear();
+}
+
+bool PlotPainter::isSeen(const Shape& shape, const View& view, const QRectF& area) {
+  constexpr double Reach = 60;  // halo, marks, and the width of a text
+  QRectF box(at(shape.at, view), QSizeF(0, 0));
+  if (shape.kind == Shape::Kind::Insert && shape.block != nullptr)
+    box = at(extentsOf(*shape.block, placingOf(shape)), view);
+  else if (shape.kind == Shape::Kind::Line)
+    box = QRectF(at(shape.at, view), at(shape.to, view)).normalized();
+  else if (shape.kind == Shape::Kind::Rectangle)
+    box.adjust(-shape.to.x * view.pixelsPerUnit, -shape.to.y * view.pixelsPerUnit,
+               shape.to.x * view.pixelsPerUnit, shape.to.y * view.pixelsPerUnit);
+  const double reach = Reach + TextUnits * 2 * view.pixelsPerUnit;
+  return box.adjusted(-reach, -reach, reach, reach).intersects(area);
 }
 
 void PlotPainter::paintFigure(QPainter& painter, const Shape& shape, const View& view) const {
@@ -177,12 +203,12 @@ void PlotPainter::paintInsert(QPainter& painter, const Shape& shape, const Roles
   const auto fixture = roles.bodies.find(shape.number);
   const auto level =
       fixture == roles.bodies.end() ? roles.texts.end() : roles.texts.find(fixture->second->levelText);
-  if (level == roles.texts.end() || fixture->second->level == 0) {
+  if (level == roles.texts.end() || levelOf(*level->second) <= 0) {
     paintBody(painter, shape, Qt::transparent, view);
     return;
   }
   const Colour source = level->second->colour;
-  paintBody(painter, shape, glowOf(fixture->second->level, source), view);
+  paintBody(painter, shape, glowOf(*level->second), view);
   constexpr double Away = 5;
   const QRectF body = at(extentsOf(*shape.block, placingOf(shape)), view);
   paintSourceMark(painter, source, {body.right() + Away, middleOf(*level->second, view).y()});
@@ -202,6 +228,14 @@ void PlotPainter::drawBody(QPainter& painter, const Shape& shape, const QColor& 
 
 void PlotPainter::paintBody(QPainter& painter, const Shape& shape, const QColor& fill, const View& view) {
   const QColor line = theme::ofFixture(shape.colour);
+  constexpr double LargestKept = 256;  // pixels; a larger body is drawn where it stands
+  if (extentsOf(*shape.block, placingOf(shape)).width() * view.pixelsPerUnit > LargestKept) {
+    painter.save();
+    painter.translate(at(shape.at, view));
+    drawBody(painter, shape, line, fill, view);
+    painter.restore();
+    return;
+  }
   const Look look{.block = shape.block.get(),
                   .scale = shape.scale * view.pixelsPerUnit * view.ratio,
                   .angle = shape.angle,
@@ -228,7 +262,8 @@ void PlotPainter::paintBody(QPainter& painter, const Shape& shape, const QColor&
 }
 
 void PlotPainter::paintText(QPainter& painter, const Shape& shape, bool channel, const View& view) {
-  const int pixels = std::max(qRound(TextUnits * view.pixelsPerUnit), SmallestText);
+  constexpr int LargestText = 200;  // pixels: what stands closer than that is read anyhow
+  const int pixels = std::clamp(qRound(TextUnits * view.pixelsPerUnit), SmallestText, LargestText);
   const QFont font = theme::font(pixels, !channel);
   const QString text = QString::fromStdString(shape.text);
   const QPointF middle = middleOf(shape, view);
@@ -240,7 +275,8 @@ void PlotPainter::paintText(QPainter& painter, const Shape& shape, bool channel,
                      text);
     return;
   }
-  const QColor colour = channel ? theme::colour("chanText") : theme::ofLevelText(shape.colour);
+  const bool plain = channel && shape.colour == InputText;
+  const QColor colour = plain ? theme::colour("chanText") : theme::ofLevelText(shape.colour);
   const Look look{.block = nullptr,
                   .scale = view.ratio,
                   .angle = 0,

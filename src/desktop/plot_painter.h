@@ -13,12 +13,11 @@
 
 namespace velgrove {
 
-/// Which shapes of the drawing are a fixture's, and how it burns.
+/// Which shapes of the drawing are a fixture's.
 struct FixtureShapes {
   ShapeNumber body = 0;
   ShapeNumber channelText = 0;
-  ShapeNumber levelText = 0;  ///< its colour tells the source
-  std::uint8_t level = 0;
+  ShapeNumber levelText = 0;  ///< tells the level, and by its colour the source
   friend bool operator==(const FixtureShapes&, const FixtureShapes&) = default;
 };
 
@@ -74,12 +73,14 @@ class PlotPainter {
     std::unordered_set<ShapeNumber> channels;
   };
 
+  void forgetOtherScales(const View& view);
   [[nodiscard]] static Roles rolesIn(const PlotPicture& plot);
   [[nodiscard]] const QPainterPath& outline(const std::shared_ptr<const Block>& block);
   void paintInsert(QPainter& painter, const Shape& shape, const Roles& roles, const View& view);
   void paintBody(QPainter& painter, const Shape& shape, const QColor& fill, const View& view);
   void drawBody(QPainter& painter, const Shape& shape, const QColor& line, const QColor& fill,
                 const View& view);
+  [[nodiscard]] static bool isSeen(const Shape& shape, const View& view, const QRectF& area);
   void paintFigure(QPainter& painter, const Shape& shape, const View& view) const;
   void paintText(QPainter& painter, const Shape& shape, bool channel, const View& view);
   const Kept& keptText(const Look& look, const QFont& font, double ratio);
@@ -88,6 +89,7 @@ class PlotPainter {
   Medium m_medium;
   std::unordered_map<const Block*, std::pair<std::shared_ptr<const Block>, QPainterPath>> m_outlines;
   QHash<Look, Kept> m_kept;
+  double m_keptAt = 0;  ///< the scale at which all of them were drawn
 };
 
 }  // namespace velgrove

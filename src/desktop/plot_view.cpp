@@ -40,6 +40,7 @@ struct ScrollLook {
   int min = 0;
   int max = 0;
   int value = 0;
+  int page = 0;
   friend bool operator==(const ScrollLook&, const ScrollLook&) = default;
 };
 
@@ -55,7 +56,6 @@ PlotView::PlotView(Bindings& bindings, FindDocument find) : m_face(bindings.face
   bindings.add({.copy = [this] { return copy(); }, .apply = [this] { apply(); }});
 }
 
-/// A fixture's glow follows its level text: both change when the drawing does.
 bool PlotView::copy() {
   frmDocument* document = m_find();
   if (document == nullptr) return false;
@@ -80,8 +80,7 @@ void PlotView::copyFixtures(const frmDocument& document) {
   for (const auto& fixture : document.ActiveView->colFixtures())
     m_plot.fixtures.push_back({.body = fixture->Shape,
                                .channelText = fixture->ChannelTextShape,
-                               .levelText = fixture->LevelTextShape,
-                               .level = fixture->Level});
+                               .levelText = fixture->LevelTextShape});
 }
 
 void PlotView::apply() {
@@ -104,12 +103,27 @@ PlotPainter::View PlotView::view() const {
           .ratio = devicePixelRatioF()};
 }
 
+/// The part of the world that is shown; outside of it the window stays black.
+QRectF PlotView::worldRect(const PlotPainter::View& now) const {
+  const Extents& world = m_plot.drawing.limits;
+  return {QPointF(now.origin.x() + world.left * now.pixelsPerUnit,
+                  now.origin.y() - world.top * now.pixelsPerUnit),
+          QSizeF(world.width(), world.height()) * now.pixelsPerUnit};
+}
+
 void PlotView::paintEvent(QPaintEvent* event) {
   QPainter painter(this);
   painter.fillRect(event->rect(), theme::colour("well"));
   const auto now = view();
+  painter.save();
+  painter.setClipRect(worldRect(now));
   m_painter.paint(painter, m_plot, now, event->rect());
+  painter.restore();
   painter.setBrush(Qt::NoBrush);
+  if (hasFocus()) {
+    painter.setPen(QPen(theme::colour("focus"), 2));
+    painter.drawRect(rect().adjusted(1, 1, -1, -1));
+  }
   if (m_band) {
     painter.setPen(QPen(theme::colour("text"), 1, Qt::DashLine));
     const auto pixel = [&](double x, double y) {
@@ -164,6 +178,7 @@ DocumentWindow::DocumentWindow(Face& face, FindDocument find, std::function<Plot
   grid->addWidget(&m_horizontal, 1, 0);
   m_horizontal.setObjectName("HScroll1");
   m_vertical.setObjectName("VScroll1");
+  for (QScrollBar* bar : {&m_horizontal, &m_vertical}) bar->setFocusPolicy(Qt::StrongFocus);
   m_horizontal.setAccessibleName("Plot left and right");
   m_vertical.setAccessibleName("Plot up and down");
   bindScrollBar(m_horizontal, [](frmDocument& document) { return &document.HScroll1; });
@@ -175,17 +190,22 @@ DocumentWindow::DocumentWindow(Face& face, FindDocument find, std::function<Plot
 /// While the hand holds the bar, it isn't written; keys and clicks go to the control as a new value.
 void DocumentWindow::bindScrollBar(QScrollBar& bar, const FindSlider& slider) {
   const auto shown = m_bindings.mirror(
-      [this, slider]() -> ScrollLook {
+      [this, slider, across = bar.orientation() == Qt::Horizontal]() -> ScrollLook {
         frmDocument* document = m_find();
         if (document == nullptr) return {};
         const Slider& control = *slider(*document);
-        return {.min = control.min(), .max = control.max(), .value = control.value()};
+        const Extents& world = document->FlpCAD1.limits();
+        const double page = across ? world.width() : world.height();
+        return {.min = control.min(),
+                .max = control.max(),
+                .value = control.value(),
+                .page = static_cast<int>(std::min<double>(page, control.max()))};
       },
       [&bar](const ScrollLook& look) {
         const QSignalBlocker quiet(&bar);
         bar.setRange(look.min, look.max);
-        bar.setPageStep(std::max((look.max - look.min) / 10, 1));
-        bar.setSingleStep(std::max((look.max - look.min) / 50, 1));
+        bar.setPageStep(std::max(look.page, 1));
+        bar.setSingleStep(std::max(look.page / 20, 1));
         if (!bar.isSliderDown()) bar.setValue(look.value);
       });
   connect(&bar, &QScrollBar::actionTriggered, this, [this, &bar, slider, shown] {

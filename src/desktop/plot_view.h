@@ -36,6 +36,7 @@ class PlotView : public QWidget {
   void apply();
   void hand(void (Drawing::*handler)(int, int, Pixel), QMouseEvent* event, Qt::MouseButtons buttons);
   [[nodiscard]] PlotPainter::View view() const;
+  [[nodiscard]] QRectF worldRect(const PlotPainter::View& now) const;
 
   Face& m_face;
   FindDocument m_find;

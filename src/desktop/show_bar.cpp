@@ -77,16 +77,21 @@ void ShowBar::addMove(QPushButton& button, const char* id, const char* role, But
         const QueueList* player = desk.windows.XYQ.get();
         return player == nullptr ? Colour{0} : (player->*state).BackColour;
       },
-      [&button, id = QString(id)](Colour colour) {
-        const bool ready = colour == QueueList::BrightGreen;
-        theme::setState(&button, "state", ready ? "ready" : "quiet");
-        const bool go = id == "ID_Go";
-        const QColor ink = theme::colour(go ? (ready ? "goInk" : "goQuietText") : (ready ? "text" : "text2"));
-        const int size = go ? theme::sized(36, 54) : theme::sized(18, 26);
-        button.setIconSize(QSize(size, size));
-        button.setIcon(theme::picture(id, size, ink, button.devicePixelRatioF()));
+      [this, &button](Colour colour) {
+        theme::setState(&button, "state", colour == QueueList::BrightGreen ? "ready" : "quiet");
+        dressIcon(button);
       });
   m_row->addWidget(&button);
+}
+
+/// The icon in the ink of the button's state.
+void ShowBar::dressIcon(QPushButton& button) const {
+  const bool ready = button.property("state") == "ready";
+  const bool go = &button == &m_go;
+  const QColor ink = theme::colour(go ? (ready ? "goInk" : "goQuietText") : (ready ? "text" : "text2"));
+  const int size = go ? theme::sized(36, 54) : theme::sized(18, 26);
+  button.setIconSize(QSize(size, size));
+  button.setIcon(theme::picture(button.objectName(), size, ink, button.devicePixelRatioF()));
 }
 
 void ShowBar::size() {
@@ -94,8 +99,8 @@ void ShowBar::size() {
   const int height = theme::sized(58, 84);
   m_go.setFixedSize(theme::sized(142, 210), height);
   m_stop.setFixedSize(theme::sized(94, 136), height);
-  m_blackout->setFixedSize(theme::sized(64, 86), height);
-  for (QToolButton* step : m_steps) step->setFixedSize(theme::sized(44, 60), height);
+  m_blackout->setFixedSize(theme::sized(60, 86), height);
+  for (QToolButton* step : m_steps) step->setFixedSize(theme::sized(42, 60), height);
   for (QToolButton* file : m_files) {
     file->setFixedSize(theme::sized(34, 44), theme::sized(34, 44));
     file->setIconSize(theme::sized(QSize(24, 24), QSize(28, 28)));
@@ -104,6 +109,8 @@ void ShowBar::size() {
   for (QToolButton* step : m_steps) step->setIconSize(icon);
   m_blackout->setIconSize(icon);
   m_panel->setFixedHeight(height);
+  dressIcon(m_go);
+  dressIcon(m_stop);
   fit();
 }
 

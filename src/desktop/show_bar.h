@@ -29,6 +29,7 @@ class ShowBar : public QWidget {
   void addLine();
   void addMove(QPushButton& button, const char* id, const char* role, Button QueueList::*state,
                LightingDesk& desk, Bindings& bindings);
+  void dressIcon(QPushButton& button) const;
   void fit();
   void size();
 

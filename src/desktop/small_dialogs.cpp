@@ -73,7 +73,7 @@ void SplashWindow::paintEvent(QPaintEvent* event) {
   painter.setPen(Qt::NoPen);
   const double lit = std::fmod(m_step * 0.3, Lamps + 2 * Reach) - Reach;
   for (int lamp = 0; lamp < Lamps; ++lamp) {
-    QColor glow = theme::colour("queue");
+    QColor glow = theme::colour("text");
     glow.setAlphaF(static_cast<float>(std::max(0.12, 1 - std::abs(lamp - lit) / Reach)));
     painter.setBrush(glow);
     painter.drawEllipse(QPointF(40 + lamp * (width() - 80) / (Lamps - 1.0), height() - 18), 4, 4);
@@ -113,8 +113,15 @@ StatusWindow::StatusWindow(QWidget* above, Face& face, VelgroveComm& comm)
         constexpr Colour Red = 255;
         m_progress.setValue(bar.first);
         m_progress.setStyleSheet(QString("QProgressBar::chunk { background: %1; }")
-                                     .arg(theme::colour(bar.second == Red ? "stageLit" : "nextLit").name()));
+                                     .arg(theme::colour(bar.second == Red ? "keyRed" : "keyGreen").name()));
       });
+}
+
+/// In the corner, clear of the splash and of the open dialog.
+void StatusWindow::appear() {
+  constexpr QPoint FromCorner(24, 64);
+  const QRect screen = QApplication::primaryScreen()->availableGeometry();
+  move(screen.bottomRight() - QPoint(width(), height()) - FromCorner);
 }
 
 // ---- The question whether to save

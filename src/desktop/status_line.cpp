@@ -97,7 +97,7 @@ void StatusLine::showInterface(const Interface& now) {
   lamp.fill(Qt::transparent);
   QPainter painter(&lamp);
   painter.setRenderHint(QPainter::Antialiasing);
-  const QColor colour = theme::colour(now.lamp == Lamp::None ? "warn" : "ok");
+  const QColor colour = theme::colour(now.lamp == Lamp::None ? "text" : "ok");
   painter.setPen(QPen(colour, 2));
   painter.setBrush(now.lamp == Lamp::Up ? QBrush(colour) : QBrush(Qt::NoBrush));
   if (now.lamp == Lamp::None)

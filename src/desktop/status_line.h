@@ -5,6 +5,7 @@
 
 #include "core/lighting_desk.h"
 #include "desktop/binding.h"
+#include "desktop/eliding_label.h"
 
 namespace velgrove {
 
@@ -28,7 +29,9 @@ class StatusLine : public QStatusBar {
   void showMode(const QString& words, const char* background);
   void showInterface(const Interface& now);
 
-  QLabel m_online, m_message, m_inputIcon, m_input, m_mode, m_lamp, m_interfaceIcon, m_interface;
+  QLabel m_online;
+  ElidingLabel m_message;
+  QLabel m_inputIcon, m_input, m_mode, m_lamp, m_interfaceIcon, m_interface;
 };
 
 }  // namespace velgrove

@@ -59,7 +59,6 @@ int DeskStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, const
       return 3;
     case PM_MdiSubWindowMinimizedWidth:
       return 200;
-    case PM_SmallIconSize:
     case PM_ToolBarIconSize:
       return theme::sized(24, 28);
     default:

@@ -27,6 +27,8 @@ namespace {
 
 /// The colour of the lines in the icon files.
 constexpr const char* IconLines = "#ECE7DD";
+/// And of the warning, which the banner writes in its own ink.
+constexpr const char* IconWarning = "#FFB443";
 
 QByteArray resource(const QString& name) {
   QFile file(":/" + name);
@@ -157,6 +159,7 @@ QPixmap picture(const QString& name, int size, const QColor& lines, qreal pixelR
   made.fill(Qt::transparent);
   QByteArray svg = resource("icons/" + name + ".svg");
   svg.replace(IconLines, lines.name().toUtf8());
+  if (name == "mark_warning") svg.replace(IconWarning, lines.name().toUtf8());
   QPainter painter(&made);
   QSvgRenderer(svg).render(&painter);
   painter.end();
@@ -182,6 +185,8 @@ QColor ofLevelText(Colour value) {
       return colour("sub");
     case 16711680:
       return colour("blind");
+    case 0x00FF00:
+      return colour("picked");
     default:
       return colour("input");
   }

@@ -21,11 +21,29 @@ bool isToggle(std::string_view id) {
 
 /// The mouse mode that a plot tool stands for; 0 for other tools.
 int mouseModeOf(std::string_view id) {
-  if (id == "ID_SelectPointer") return 1;
-  if (id == "ID_AddLight") return 2;
-  if (id == "ID_Rotate") return 5;
-  if (id == "ID_FluidZoom") return 6;
-  return id == "ID_DelLight" ? 10 : 0;
+  if (id == "ID_SelectPointer") return tools::Select;
+  if (id == "ID_AddLight") return tools::Light;
+  if (id == "ID_Rotate") return tools::Rotate;
+  if (id == "ID_FluidZoom") return tools::FluidZoom;
+  return id == "ID_DelLight" ? tools::Delete : 0;
+}
+
+const MenuSet* popUpSet(std::string_view id) {
+  const auto sets = ToolBars::popUps();
+  const auto found = std::ranges::find(sets, id, &MenuSet::Caption);
+  return found == sets.end() ? nullptr : &*found;
+}
+
+/// A set inside a menu has the caption of its tool, and is enabled with it.
+QMenu* addSubmenu(QMenu& menu, const QAction& tool) {
+  auto* inner = menu.addMenu(tool.text());
+  const auto follow = [inner, &tool] {
+    inner->setTitle(tool.text());
+    inner->setEnabled(tool.isEnabled());
+  };
+  QObject::connect(&tool, &QAction::changed, inner, follow);
+  follow();
+  return inner;
 }
 
 }  // namespace
@@ -65,7 +83,6 @@ QAction* Tools::action(std::string_view id) const {
 }
 
 bool Tools::pressed(const Tool& tool) const {
-  if (tool.Id == "ID_LockFixtures") return m_desk.show.FixturesLocked;
   const auto visible = [](const std::unique_ptr<QueueList>& player) {
     return player != nullptr && player->Window.Visible;
   };
@@ -115,6 +132,8 @@ void Tools::addItems(QMenu& menu, const MenuSet& set) const {
   for (const std::string_view item : set.Items) {
     if (item == "-")
       menu.addSeparator();
+    else if (const MenuSet* inner = popUpSet(item))
+      addItems(*addSubmenu(menu, *action(item)), *inner);
     else if (QAction* known = action(item))
       menu.addAction(known);
   }
@@ -129,14 +148,12 @@ void Tools::fill(QMenuBar& bar) {
 }
 
 QMenu* Tools::popUp(std::string_view set, QWidget* parent) {
-  for (const MenuSet& known : ToolBars::popUps()) {
-    if (known.Caption != set) continue;
-    auto* menu = new QMenu(parent);
-    menu->setAttribute(Qt::WA_DeleteOnClose);
-    addItems(*menu, known);
-    return menu;
-  }
-  return nullptr;
+  const MenuSet* known = popUpSet(set);
+  if (known == nullptr) return nullptr;
+  auto* menu = new QMenu(parent);
+  menu->setAttribute(Qt::WA_DeleteOnClose);
+  addItems(*menu, *known);
+  return menu;
 }
 
 QToolButton* Tools::button(std::string_view id, bool caption, QWidget* parent) const {

@@ -18,6 +18,8 @@ namespace velgrove {
 struct PlayerWiring {
   /// The view of the active document; Fault::ObjectMissing when no document is open.
   std::function<std::shared_ptr<clsView>()> GetCurrentView;
+  /// Writes a fixture's levels anew on its plot.
+  std::function<void(clsFixture&)> redrawLevel;
   /// Starts what a cue is linked to.
   std::function<void(const std::string& list, const std::string& number)> SimultaneousStart;
   /// Writes into the cue panel of the frame's tool bar.

@@ -39,10 +39,11 @@ void QueueList::showOnStage(int row, bool yields) {
   const auto& others = m_show.*m_traits.OtherLevels;
   forEachFixture([&](clsFixture& fixture) {
     const auto at = channelIndex(fixture.Channel);
-    if (yields && entry->Values[at] < others[at]) return;
-    fixture.Level = entry->Values[at];
-    levels()[at] = fixture.Level;
-    m_show.ProjectDirty = true;
+    if (!yields || entry->Values[at] >= others[at]) {
+      fixture.Level = entry->Values[at];
+      levels()[at] = fixture.Level;
+    }
+    m_wiring.redrawLevel(fixture);
   });
 }
 
@@ -52,10 +53,10 @@ void QueueList::showBlind(int row) {
   std::shared_ptr<clsQueueEntry> entry;
   m_errors.run([&] { entry = entryByNumber(numberOfRow(row)); });
   if (entry == nullptr) return;
-  forEachFixture([&](const clsFixture& fixture) {
+  forEachFixture([&](clsFixture& fixture) {
     const auto at = channelIndex(fixture.Channel);
     m_show.BlindLevels[at] = entry->Values[at];
-    m_show.ProjectDirty = true;
+    m_wiring.redrawLevel(fixture);
   });
 }
 

@@ -90,7 +90,9 @@ void frmDocument::ZoomOutTool() {
 
 void frmDocument::FlpCAD1_WorldMouseDown(int button, int flags, double x, double y) {
   if ((flags & mouse::Ctrl) != 0) return;
-  if (MouseMode == tools::FluidZoom) WorldZoom(true, button == mouse::Left ? ZoomStep : -ZoomStep, x, y);
+  if (MouseMode != tools::FluidZoom) return;
+  if (button == mouse::Left) WorldZoom(true, ZoomStep, x, y);
+  if (button == mouse::Right) WorldZoom(true, -ZoomStep, x, y);
 }
 
 void frmDocument::FlpCAD1_WorldRectPos(double left, double top, double right, double bottom) {

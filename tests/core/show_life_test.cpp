@@ -209,7 +209,7 @@ TEST_F(ShowLife, AFullDiskLeavesTheOldFileAndTheShowUnsaved) {
   const std::string before = readFile(open);
   desk->show.ProjectDirty = false;
   tool("mnuFileSave");
-  EXPECT_THAT(takeBoxes(), testing::Each(SystemError));
+  EXPECT_THAT(takeBoxes(), testing::Contains(SystemError));
   EXPECT_TRUE(desk->show.ProjectDirty);
   EXPECT_EQ(readFile(open), before);
 }
@@ -346,7 +346,7 @@ TEST_F(ShowLife, ASaveThatFailsOnTheWayOutKeepsTheDeskOpen) {
   desk->show.ProjectDirty = true;
   answerSaving(&frmWanttoSave::Save);
   tool("mnuFileExit");
-  EXPECT_THAT(takeBoxes(), testing::Each(SystemError));
+  EXPECT_THAT(takeBoxes(), testing::Contains(SystemError));
   EXPECT_FALSE(house->quit || desk->show.ExitConfirmed);
   EXPECT_NE(desk->windows.XYQ, nullptr);
   house->onWait = [&] { desk->WanttoSave.Form_QueryUnload(); };

@@ -56,8 +56,10 @@ struct Tied {
 TEST(Binding, ALabelShowsItsCaptionAndNothingWhenItsWindowHasGone) {
   Tied<QLabel, Label> label({.Caption = "12.50"});
   EXPECT_EQ(label.widget.text(), "12.50");
-  label.desk([](Label& control) { control.Caption = "N/A"; });
-  EXPECT_EQ(label.widget.text(), "N/A");
+  const int narrow = label.widget.sizeHint().width();
+  label.desk([](Label& control) { control.Caption = "<i>Storm</i>"; });
+  EXPECT_EQ(label.widget.text(), "<i>Storm</i>");
+  EXPECT_GT(label.widget.sizeHint().width(), 2 * narrow) << "taken for markup";
   label.screen.onDesk([&] { label.control = nullptr; });
   EXPECT_EQ(label.widget.text(), "");
 }
@@ -71,6 +73,14 @@ TEST(Binding, AClickAndTheMnemonicReachTheButtonOfTheDesk) {
   button.screen.click(button.widget);
   button.screen.key(Qt::Key_G, Qt::AltModifier);
   EXPECT_EQ(clicks, 2);
+}
+
+TEST(Binding, AMnemonicThatIsHeldDownClicksOnce) {
+  int clicks = 0;
+  Tied<QPushButton, Button> button({.Caption = "&Go", .Click = [&clicks] { ++clicks; }});
+  for (const bool again : {false, true, true})
+    QTest::simulateEvent(button.window.windowHandle(), true, Qt::Key_G, Qt::AltModifier, "g", again);
+  EXPECT_EQ(clicks, 1);
 }
 
 TEST(Binding, ADisabledButtonAndOneWithoutADeskTakeNoClick) {

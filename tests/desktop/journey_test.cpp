@@ -71,7 +71,8 @@ TEST(Journey, GoRunsTheLightThroughTheRowsAndOntoThePlot) {
   EXPECT_EQ(rowColour(house, 1, 0.25), theme::colour("well"));
   EXPECT_EQ(rowColour(house, 2, 0.75), theme::colour("stageLit"));
   EXPECT_EQ(rowColour(house, 3, 0.25), theme::colour("nextDim"));
-  EXPECT_EQ(named("ID_CueWindow").accessibleDescription(), "Queue # 1.00 House to half, preset");
+  EXPECT_EQ(named("ID_CueWindow").accessibleDescription(),
+            "Queue # 1.00 House to half, preset, next 2.00 Court of Sicilia");
   EXPECT_EQ(named<QLabel>("XYQueueList/lblStageNum").text(), "1.00");
   EXPECT_EQ(named<QLabel>("XYQueueList/NextDescText").text(), "Court of Sicilia");
 }

@@ -18,10 +18,10 @@ void failOnWarning(QtMsgType type, const QMessageLogContext&, const QString& tex
   ADD_FAILURE() << "the toolkit complains: " << text.toStdString();
 }
 
-/// Two monitors beside each other; the second draws two pixels for one.
+/// Two monitors beside each other, the main one by its name first; the other draws two pixels for one.
 constexpr const char* Monitors = R"({"screens": [
-  {"name": "fine", "x": 1920, "y": 0, "width": 1920, "height": 1080, "logicalDpi": 96, "logicalBaseDpi": 96, "dpr": 2},
-  {"name": "plain", "x": 0, "y": 0, "width": 1920, "height": 1080, "logicalDpi": 96, "logicalBaseDpi": 96, "dpr": 1}
+  {"name": "2 fine", "x": 1920, "y": 0, "width": 1920, "height": 1080, "logicalDpi": 96, "logicalBaseDpi": 96, "dpr": 2},
+  {"name": "1 plain", "x": 0, "y": 0, "width": 1920, "height": 1080, "logicalDpi": 96, "logicalBaseDpi": 96, "dpr": 1}
 ]})";
 
 int runTests(int argc, char** argv) {

@@ -19,14 +19,14 @@ namespace velgrove::test {
 class DeskOnScreen {
  public:
   explicit DeskOnScreen(QSize size = {1280, 800},
-                        const std::filesystem::path& show = SHOW_DATA_DIR "/demo.kel") {
+                        const std::filesystem::path& show = SHOW_DATA_DIR "/demo.kel", int left = 0) {
     std::filesystem::create_directory(folder / "data");
     std::filesystem::copy_file(show, showFile);
     setting("MainMaximised", "0");
     constexpr int TwipsPerPixel = 15;
     setting("MainWidth", std::to_string(size.width() * TwipsPerPixel));
     setting("MainHeight", std::to_string(size.height() * TwipsPerPixel));
-    setting("MainLeft", "0");
+    setting("MainLeft", std::to_string(left * TwipsPerPixel));
     setting("MainTop", "0");
     screen.showBox = [this](const Box& box, bool waitedFor, std::function<void(BoxAnswer)> answered) {
       windows.showBox(box, waitedFor, std::move(answered));

@@ -4,7 +4,15 @@
 #include <QImage>
 #include <QTest>
 #include <QWidget>
+#include <ostream>
 #include <stdexcept>
+
+#include <gtest/gtest.h>
+
+/// For messages of tests; outside of any namespace, where the toolkit's types live.
+inline void PrintTo(const QString& text, std::ostream* out) {
+  *out << '"' << text.toStdString() << '"';
+}
 
 namespace velgrove::test {
 
@@ -38,8 +46,14 @@ namespace hand {
 inline void mouse(QTest::MouseAction action, QWidget& widget, QPoint at,
                   Qt::MouseButton button = Qt::LeftButton) {
   QWidget* window = widget.window();
+  const QPoint place = widget.mapTo(window, at);
+  const QWidget* there = window->childAt(place);
+  if (there == nullptr) there = window;
+  const bool held = action == QTest::MouseMove || action == QTest::MouseRelease;
+  EXPECT_TRUE(held || (widget.isVisible() && (there == &widget || widget.isAncestorOf(there))))
+      << widget.objectName().toStdString() << " can't be seen there";
   QTest::mouseEvent(action, window->windowHandle(), action == QTest::MouseMove ? Qt::NoButton : button, {},
-                    widget.mapTo(window, at));
+                    place);
 }
 
 inline void key(Qt::Key key, Qt::KeyboardModifiers with = Qt::NoModifier) {
