@@ -282,10 +282,11 @@ class Booth:
 
     # ---- The desk
 
-    def start(self):
+    def start(self, folder=None):
+        """Starts the desk, in a folder of its own or that one."""
         with open(self.log, "wb") as log:
             self.desk = subprocess.Popen([self.program], env=self.screen.env(**self.folders), stdin=subprocess.DEVNULL,
-                                         stdout=log, stderr=log)
+                                         stdout=log, stderr=log, cwd=folder or self.folders["HOME"])
         return self
 
     def complaints(self):

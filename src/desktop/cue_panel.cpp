@@ -1,5 +1,6 @@
 #include "desktop/cue_panel.h"
 
+#include <QPaintEvent>
 #include <QPainter>
 #include <algorithm>
 
@@ -87,18 +88,20 @@ QRect CuePanel::lineRect(bool next) const {
   return next ? QRect(1, split, right - 1, height() - split - 1) : QRect(1, 1, right - 1, split - 1);
 }
 
-void CuePanel::paintEvent(QPaintEvent*) {
+void CuePanel::paintEvent(QPaintEvent* event) {
+  const QRegion& asked = event->region();
   QPainter painter(this);
   painter.fillRect(rect(), theme::colour("well"));
-  drawLine(painter, false);
-  drawLine(painter, true);
-  drawTime(painter);
+  for (const bool next : {false, true})
+    if (asked.intersects(lineRect(next))) drawLine(painter, next, asked);
+  if (asked.intersects(timeRect())) drawTime(painter);
   painter.setPen(theme::colour("edge"));
   painter.drawRect(rect().adjusted(0, 0, -1, -1));
   painter.drawLine(timeRect().topLeft(), timeRect().bottomLeft());
 }
 
-void CuePanel::drawLine(QPainter& painter, bool next) {
+/// Words cost more than all else here: only those that the strip touches are drawn.
+void CuePanel::drawLine(QPainter& painter, bool next, const QRegion& asked) {
   const QRect line = lineRect(next);
   if (!m_look.loaded) return;
   const float lit = next ? m_look.nextPart : m_look.stagePart;
@@ -115,11 +118,16 @@ void CuePanel::drawLine(QPainter& painter, bool next) {
   int x = place.right() + 10;
   const int right = line.right() - 6;
   const auto write = [&](const QString& text, const QFont& font) {
-    painter.setFont(font);
+    const QFontMetrics metrics(font);
+    const int width = metrics.horizontalAdvance(text);
+    const int gap = theme::sized(7, 10);
     const QRect room(x, line.top(), right - x, line.height());
-    painter.drawText(room, Qt::AlignLeft | Qt::AlignVCenter,
-                     painter.fontMetrics().elidedText(text, Qt::ElideRight, room.width()));
-    x += painter.fontMetrics().horizontalAdvance(text) + theme::sized(7, 10);
+    if (asked.intersects(QRect(x, line.top(), width + gap, line.height()))) {
+      painter.setFont(font);
+      painter.drawText(room, Qt::AlignLeft | Qt::AlignVCenter,
+                       metrics.elidedText(text, Qt::ElideRight, room.width()));
+    }
+    x += width + gap;
   };
   painter.setPen(theme::colour(next ? "nextInk" : "stageInk"));
   if (next) {

@@ -38,7 +38,7 @@ class CuePanel : public QWidget {
   void show(const Look& look);
   [[nodiscard]] QRect lineRect(bool next) const;
   [[nodiscard]] QRect timeRect() const;
-  void drawLine(QPainter& painter, bool next);
+  void drawLine(QPainter& painter, bool next, const QRegion& asked);
   void drawTime(QPainter& painter);
 
   Look m_look;

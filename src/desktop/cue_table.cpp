@@ -368,7 +368,7 @@ void CueTable::drawMarks(QPainter& painter, const QRect& row, int icon, const Ro
                                       loop ? theme::colour("keyYellow") : ink, devicePixelRatioF()));
   }
   if (mark == Mark::None) return;
-  drawLetterMark(painter, QRectF(22, middle - 9, 18, 18), mark == Mark::Next, ink, ofRow(paint.left));
+  drawLetterMark(painter, QRect(22, middle - 9, 18, 18), mark == Mark::Next, ink, ofRow(paint.left));
 }
 
 // ---- The hand and the keys

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QScreen>
+#include <QScrollArea>
 #include <QVBoxLayout>
 
 #include "desktop/theme.h"
@@ -52,7 +53,7 @@ void FrameWindow::build() {
   auto* middle = new QHBoxLayout;
   middle->setSpacing(0);
   m_toolColumn = makeToolColumn();
-  middle->addWidget(m_toolColumn);
+  middle->addWidget(scrolling(m_toolColumn));
   m_children = new ChildArea;
   middle->addWidget(m_children, 1);
   auto* upper = new QWidget;
@@ -72,6 +73,19 @@ void FrameWindow::build() {
   addPlayer("XYQueueList", &Windows::XYQ, ChildArea::Place::UpperList);
   addPlayer("ABQueueList", &Windows::ABQ, ChildArea::Place::LowerList);
   connect(m_children, &QMdiArea::subWindowActivated, this, &FrameWindow::onActivated);
+}
+
+/// On a low screen the tools scroll, by the wheel and with the focus.
+QWidget* FrameWindow::scrolling(QWidget* column) {
+  auto* area = new QScrollArea;
+  area->setFrameShape(QFrame::NoFrame);
+  area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  area->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  area->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Expanding);
+  area->setFocusPolicy(Qt::NoFocus);
+  area->setWidgetResizable(true);
+  area->setWidget(column);
+  return area;
 }
 
 QWidget* FrameWindow::makeToolColumn() {
@@ -322,6 +336,7 @@ void FrameWindow::changeEvent(QEvent* event) {
 }
 
 void FrameWindow::size() {
+  m_toolColumn->parentWidget()->parentWidget()->setFixedWidth(theme::sized(44, 52));
   m_toolColumn->setFixedWidth(theme::sized(44, 52));
   for (QToolButton* button : m_toolColumn->findChildren<QToolButton*>()) {
     button->setFixedSize(theme::sized(QSize(34, 34), QSize(44, 44)));

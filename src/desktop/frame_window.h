@@ -51,6 +51,7 @@ class FrameWindow : public QMainWindow {
 
   void build();
   [[nodiscard]] QWidget* makeToolColumn();
+  [[nodiscard]] static QWidget* scrolling(QWidget* column);
   [[nodiscard]] QWidget* makeBanner();
   [[nodiscard]] static QWidget* makeSubPane();
   void bindFrame();

@@ -1,31 +1,57 @@
 #include "desktop/marks.h"
 
+#include <QPixmapCache>
 #include <QPolygonF>
 
 #include "desktop/theme.h"
 
 namespace velgrove {
+namespace {
 
-void drawLetterMark(QPainter& painter, const QRectF& area, bool next, const QColor& body,
-                    const QColor& letter) {
-  painter.save();
+/// The mark of a square, and how far the arrow's tip stands out of it.
+void draw(QPainter& painter, const QRectF& square, double tip, bool next, const QColor& body,
+          const QColor& letter) {
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(Qt::NoPen);
   painter.setBrush(body);
-  QRectF square = area;
+  QRectF middle = square;
   if (next) {
-    const double tip = area.width() / 4;
-    square.setRight(area.right() - tip / 2);
-    painter.drawPolygon(QPolygonF{square.topLeft(), square.topRight() - QPointF(tip / 2, 0),
-                                  QPointF(area.right() + tip / 2, area.center().y()),
-                                  square.bottomRight() - QPointF(tip / 2, 0), square.bottomLeft()});
+    middle.setRight(square.right() - tip);
+    painter.drawPolygon(QPolygonF{middle.topLeft(), middle.topRight() - QPointF(tip, 0),
+                                  QPointF(square.right() + tip, square.center().y()),
+                                  middle.bottomRight() - QPointF(tip, 0), middle.bottomLeft()});
   } else {
-    painter.drawRoundedRect(square, area.width() / 8, area.width() / 8);
+    painter.drawRoundedRect(square, square.width() / 8, square.width() / 8);
   }
-  painter.setFont(theme::font(qRound(area.height() * 0.8), true));
+  painter.setFont(theme::font(qRound(square.height() * 0.8), true));
   painter.setPen(letter);
-  painter.drawText(square, Qt::AlignCenter, next ? "N" : "S");
-  painter.restore();
+  painter.drawText(middle, Qt::AlignCenter, next ? "N" : "S");
+}
+
+}  // namespace
+
+/// Kept as a picture: a running fade paints it thirty times a second.
+void drawLetterMark(QPainter& painter, const QRect& area, bool next, const QColor& body,
+                    const QColor& letter) {
+  const double ratio = painter.device()->devicePixelRatioF();
+  const int tip = area.width() / 8;
+  const QString key = QString("mark/%1/%2/%3/%4/%5")
+                          .arg(next)
+                          .arg(area.width())
+                          .arg(body.rgba())
+                          .arg(letter.rgba())
+                          .arg(ratio);
+  QPixmap kept;
+  if (!QPixmapCache::find(key, &kept)) {
+    kept = QPixmap(QSizeF((area.width() + tip + 1) * ratio, area.height() * ratio).toSize());
+    kept.fill(Qt::transparent);
+    kept.setDevicePixelRatio(ratio);
+    QPainter first(&kept);
+    draw(first, QRectF(QPointF(0, 0), area.size()), tip, next, body, letter);
+    first.end();
+    QPixmapCache::insert(key, kept);
+  }
+  painter.drawPixmap(area.topLeft(), kept);
 }
 
 }  // namespace velgrove

@@ -5,7 +5,7 @@
 namespace velgrove {
 
 /// The marks of stage and next: a square with S, an arrow to the right with N.
-void drawLetterMark(QPainter& painter, const QRectF& area, bool next, const QColor& body,
+void drawLetterMark(QPainter& painter, const QRect& area, bool next, const QColor& body,
                     const QColor& letter);
 
 }  // namespace velgrove

@@ -1,7 +1,6 @@
 #include "desktop/platform_dialogs.h"
 
 #include <QDir>
-#include <QFileDialog>
 #include <QFileInfo>
 #include <QPainter>
 #include <QPrintDialog>
@@ -46,9 +45,10 @@ Dialogs PlatformDialogs::dialogs() {
           .printView = [this](const Drawing& drawing) { printView(drawing); }};
 }
 
-template <class Dialog, class Make>
-bool PlatformDialogs::ask(std::unique_ptr<Dialog>& dialog, Make make) {
+template <class Make, class Read>
+void PlatformDialogs::ask(Make make, Read read) {
   std::optional<int> result;
+  decltype(make()) dialog;
   m_face.aside([&] {
     dialog = make();
     dialog->setWindowModality(Qt::ApplicationModal);
@@ -57,56 +57,69 @@ bool PlatformDialogs::ask(std::unique_ptr<Dialog>& dialog, Make make) {
     dialog->activateWindow();
   });
   m_face.until([&] { return result.has_value(); });
-  return result == QDialog::Accepted;
+  m_face.aside([&] {
+    if (*result == QDialog::Accepted) read(*dialog);
+    dialog.reset();
+  });
+}
+
+std::optional<std::string> PlatformDialogs::askForFile(const std::function<void(QFileDialog&)>& dress,
+                                                       const std::string& title, const QString& folder) {
+  std::optional<std::string> chosen;
+  ask(
+      [&] {
+        auto made = std::make_unique<QFileDialog>(m_above, text(title), folder);
+        made->setOption(QFileDialog::DontUseNativeDialog);
+        dress(*made);
+        return made;
+      },
+      [&](const QFileDialog& dialog) {
+        if (!dialog.selectedFiles().isEmpty()) chosen = dialog.selectedFiles().constFirst().toStdString();
+      });
+  return chosen;
 }
 
 std::optional<std::string> PlatformDialogs::saveFile(const std::string& title, const std::string& filter,
                                                      const std::string& fileName) {
-  std::unique_ptr<QFileDialog> dialog;
-  const bool accepted = ask(dialog, [&] {
-    const QFileInfo file(text(fileName));
-    auto made = std::make_unique<QFileDialog>(m_above, text(title), file.path());
-    made->setObjectName("saveFile");
-    made->setAcceptMode(QFileDialog::AcceptSave);
-    made->setOption(QFileDialog::DontUseNativeDialog);
-    made->setOption(QFileDialog::DontConfirmOverwrite);
-    made->setNameFilter(text(filter.substr(0, filter.find('|'))));
-    made->setDefaultSuffix("kel");
-    made->selectFile(file.fileName());
-    return made;
-  });
-  if (!accepted || dialog->selectedFiles().isEmpty()) return std::nullopt;
-  return dialog->selectedFiles().constFirst().toStdString();
+  const QFileInfo file(text(fileName));
+  const auto dress = [&](QFileDialog& dialog) {
+    dialog.setObjectName("saveFile");
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setOption(QFileDialog::DontConfirmOverwrite);
+    dialog.setNameFilter(text(filter.substr(0, filter.find('|'))));
+    dialog.setDefaultSuffix("kel");
+    dialog.selectFile(file.fileName());
+  };
+  return askForFile(dress, title, file.path());
 }
 
 std::string PlatformDialogs::browseForDir(const std::string& start, const std::string& title) {
-  std::unique_ptr<QFileDialog> dialog;
-  const bool accepted = ask(dialog, [&] {
-    auto made = std::make_unique<QFileDialog>(m_above, text(title), text(start));
-    made->setObjectName("BrowseForDir");
-    made->setFileMode(QFileDialog::Directory);
-    made->setOption(QFileDialog::ShowDirsOnly);
-    made->setOption(QFileDialog::DontUseNativeDialog);
-    return made;
-  });
-  if (!accepted || dialog->selectedFiles().isEmpty()) return {};
+  const auto dress = [](QFileDialog& dialog) {
+    dialog.setObjectName("BrowseForDir");
+    dialog.setFileMode(QFileDialog::Directory);
+    dialog.setOption(QFileDialog::ShowDirsOnly);
+  };
+  const auto chosen = askForFile(dress, title, text(start));
   // A show's name is put right behind it.
-  return (QDir(dialog->selectedFiles().constFirst()).path() + '/').toStdString();
+  return chosen ? (QDir(text(*chosen)).path() + '/').toStdString() : std::string();
 }
 
 bool PlatformDialogs::choosePrinter(const std::string& title) {
-  std::unique_ptr<QPrintDialog> dialog;
-  return ask(dialog, [&] {
-    if (m_printer == nullptr) {
-      m_printer = std::make_unique<QPrinter>(QPrinter::HighResolution);
-      m_printer->setDocName("Velgrove");
-    }
-    auto made = std::make_unique<QPrintDialog>(m_printer.get(), m_above);
-    made->setObjectName("printer");
-    made->setWindowTitle(text(title));
-    made->setOption(QPrintDialog::PrintPageRange, false);  // a plot is one page
-    return made;
-  });
+  bool chosen = false;
+  ask(
+      [&] {
+        if (m_printer == nullptr) {
+          m_printer = std::make_unique<QPrinter>(QPrinter::HighResolution);
+          m_printer->setDocName("Velgrove");
+        }
+        auto made = std::make_unique<QPrintDialog>(m_printer.get(), m_above);
+        made->setObjectName("printer");
+        made->setWindowTitle(text(title));
+        made->setOption(QPrintDialog::PrintPageRange, false);  // a plot is one page
+        return made;
+      },
+      [&](const QPrintDialog&) { chosen = true; });
+  return chosen;
 }
 
 /// Copies the plot with the desk held; the paper is painted with the desk free.

@@ -1,8 +1,12 @@
 #pragma once
 
+#include <QFileDialog>
 #include <QPrinter>
 #include <QWidget>
+#include <functional>
 #include <memory>
+#include <optional>
+#include <string>
 
 #include "controls/face.h"
 #include "controls/machine.h"
@@ -25,9 +29,13 @@ class PlatformDialogs {
   bool choosePrinter(const std::string& title);
   void printView(const Drawing& drawing);
 
-  /// Shows a dialog that `make` makes, and waits for its end. True when it was accepted.
-  template <class Dialog, class Make>
-  bool ask(std::unique_ptr<Dialog>& dialog, Make make);
+  /// Shows a dialog that `make` makes, and waits for its end; `read` takes the answer when it was accepted.
+  /// The dialog comes and goes with the desk given back: to let go of a large folder takes it some frames'
+  /// time.
+  template <class Make, class Read>
+  void ask(Make make, Read read);
+  std::optional<std::string> askForFile(const std::function<void(QFileDialog&)>& dress,
+                                        const std::string& title, const QString& folder);
 
   Face& m_face;
   QWidget* m_above;

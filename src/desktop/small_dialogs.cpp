@@ -117,6 +117,13 @@ StatusWindow::StatusWindow(QWidget* above, Face& face, VelgroveComm& comm)
       });
 }
 
+/// In the corner, clear of the splash and of the open dialog.
+void StatusWindow::appear() {
+  constexpr QPoint FromCorner(24, 64);
+  const QRect screen = QApplication::primaryScreen()->availableGeometry();
+  move(screen.bottomRight() - QPoint(width(), height()) - FromCorner);
+}
+
 // ---- The question whether to save
 
 SaveQuestion::SaveQuestion(QWidget* above, Face& face, frmWanttoSave& form)

@@ -39,6 +39,9 @@ class StatusWindow : public FormDialog {
  public:
   StatusWindow(QWidget* above, Face& face, VelgroveComm& comm);
 
+ protected:
+  void appear() override;
+
  private:
   QLabel m_title, m_version, m_condition;
   QProgressBar m_progress;
