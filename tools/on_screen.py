@@ -221,8 +221,9 @@ class Booth:
 
     The desk runs from a copy, so that its shows, its list of recent files and its settings are its own."""
 
-    def __init__(self, screen, programs=PROGRAMS, shows=(DEMO,), box=True, before_box=()):
-        self.screen, self.programs, self.before_box = screen, programs, list(before_box)
+    def __init__(self, screen, programs=PROGRAMS, shows=(DEMO,), box=True, before_box=(), user=None):
+        """`before_box` is a command that runs the box; `user` is whom the desk belongs to, if not to its starter."""
+        self.screen, self.programs, self.before_box, self.user = screen, programs, list(before_box), user
         self.home = tempfile.TemporaryDirectory()
         self.folders = {name: self.path(path) for name, path in (
             ("HOME", "home"), ("XDG_CONFIG_HOME", "config"), ("XDG_DATA_HOME", "share"), ("XDG_RUNTIME_DIR", "run"))}
@@ -233,7 +234,7 @@ class Booth:
         for show in shows:
             shutil.copy(show, self.data)
         self.program = shutil.copy(os.path.join(programs, "velgrove"), self.path("bin"))
-        os.symlink(os.path.join(programs, "graphics"), self.path("bin/graphics"))
+        shutil.copytree(os.path.join(programs, "graphics"), self.path("bin/graphics"))
         self.box = self.desk = None
         self.log = self.path("complaints")
         self.frames_file, self._frames, self._read_to = self.path("frames"), [], 0
@@ -284,9 +285,15 @@ class Booth:
 
     def start(self, folder=None):
         """Starts the desk, in a folder of its own or that one."""
+        if self.user is not None:
+            for path, _, files in os.walk(self.home.name):
+                for name in [path, *(os.path.join(path, file) for file in files)]:
+                    os.chown(name, self.user, self.user)
         with open(self.log, "wb") as log:
-            self.desk = subprocess.Popen([self.program], env=self.screen.env(**self.folders), stdin=subprocess.DEVNULL,
-                                         stdout=log, stderr=log, cwd=folder or self.folders["HOME"])
+            self.desk = subprocess.Popen(
+                [self.program], env=self.screen.env(**self.folders), stdin=subprocess.DEVNULL, stdout=log, stderr=log,
+                cwd=folder or self.folders["HOME"], user=self.user, group=self.user,
+                extra_groups=[] if self.user is not None else None)
         return self
 
     def complaints(self):
@@ -324,6 +331,10 @@ class Booth:
 
     def next_rows(self):
         return self._rows("nextLit", "nextDim")
+
+    def resting_tools(self):
+        """The tools of the plot, left in the frame, that can't be pressed."""
+        return [box for box in self.screen.canvas.boxes("disabled", least=4) if box.right < self.screen.canvas.width // 25]
 
     def fading(self):
         """How many lists show a fade."""
