@@ -229,10 +229,6 @@ void OpenDialog::bindTabs() {
   });
 }
 
-void OpenDialog::tell(void (frmOpenProject::*handler)()) {
-  bindings().face().deliver([this, handler] { (m_form.*handler)(); });
-}
-
 /// While no file is marked, a key of movement marks the first or the last one.
 bool OpenDialog::chooseByKey(int key) {
   const bool first = key == Qt::Key_Down || key == Qt::Key_Up || key == Qt::Key_Home || key == Qt::Key_PageUp;
@@ -245,13 +241,13 @@ bool OpenDialog::chooseByKey(int key) {
 
 bool OpenDialog::eventFilter(QObject* watched, QEvent* event) {
   if (watched == &m_pattern && event->type() == QEvent::FocusIn) {
-    tell(&frmOpenProject::txtSearchSpec_GotFocus);
+    bindings().face().deliver([this] { m_form.txtSearchSpec_GotFocus(); });
     m_pattern.selectAll();
   }
   if (watched == &m_folders && event->type() == QEvent::FocusOut) {
     const auto why = static_cast<QFocusEvent*>(event)->reason();
     const bool leftTheList = why != Qt::ActiveWindowFocusReason && why != Qt::PopupFocusReason;
-    if (leftTheList && isVisible()) tell(&frmOpenProject::dirList_LostFocus);
+    if (leftTheList && isVisible()) bindings().face().deliver([this] { m_form.dirList_LostFocus(); });
   }
   if (watched == &m_files && event->type() == QEvent::KeyPress && m_files.selectedItems().isEmpty()) {
     return chooseByKey(static_cast<QKeyEvent*>(event)->key());

@@ -43,7 +43,6 @@ class OpenDialog : public FormDialog {
   void bindTabs();
   bool chooseByKey(int key);
   static void show(QListWidget& list, const Listing& listing, bool folders);
-  void tell(void (frmOpenProject::*handler)());
 
   frmOpenProject& m_form;
   QTabWidget m_tabs;

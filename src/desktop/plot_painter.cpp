@@ -221,7 +221,10 @@ void PlotPainter::drawBody(QPainter& painter, const Shape& shape, const QColor& 
   placing.scale(view.pixelsPerUnit, -view.pixelsPerUnit);
   placing.rotate(shape.angle);
   placing.scale(shape.scale, shape.scale);
-  painter.setPen(QPen(line, shape.colour == AtRest ? 1.5 : 2.2, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+  // Paper has many more pixels to a line than the screen.
+  const double onScreen = shape.colour == AtRest ? 1.5 : 2.2;
+  const double width = m_medium == Medium::Paper ? onScreen * view.pixelsPerUnit : onScreen;
+  painter.setPen(QPen(line, width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
   painter.setBrush(fill);
   painter.drawPath(placing.map(outline(shape.block)));
 }

@@ -67,6 +67,10 @@ TEST(Journey, GoRunsTheLightThroughTheRowsAndOntoThePlot) {
   EXPECT_EQ(rowColour(house, 2, 0.75), theme::colour("nextDim"));
   EXPECT_GT(pixelsOf(plot, "queue"), dark + 50);
 
+  QWidget& panel = named("ID_CueWindow");
+  EXPECT_EQ(colourAt(panel, {panel.width() / 5, 2}), theme::colour("stageLit"));
+  EXPECT_EQ(colourAt(panel, {panel.width() * 3 / 5, 2}), theme::colour("stageDim"));
+
   house.runTo(4000);
   EXPECT_EQ(rowColour(house, 1, 0.25), theme::colour("well"));
   EXPECT_EQ(rowColour(house, 2, 0.75), theme::colour("stageLit"));

@@ -129,6 +129,38 @@ TEST_F(OpenDesk, AToolShowsWhatTheDeskSaysAndNotWhatTheClickWouldMakeOfIt) {
   EXPECT_FALSE(named("band/ID_Save").isEnabled());
 }
 
+TEST_F(OpenDesk, PrintingCanBeCalledOff) {
+  screen.whenAsked([this] {
+    EXPECT_TRUE(named("printer").isVisible());
+    screen.key(Qt::Key_Escape);
+  });
+  screen.key(Qt::Key_F, Qt::AltModifier);
+  screen.key(Qt::Key_P);
+  EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+}
+
+TEST_F(OpenDesk, ThePlotOnPaperIsBlackOnWhite) {
+  house.runTo(500);
+  PlotPicture plot;
+  house.desk.frame.ActiveForm().FlpCAD1.copyTo(plot.drawing);
+  QImage paper(1000, 1000, QImage::Format_RGB32);
+  paper.fill(Qt::white);
+  QPainter painter(&paper);
+  PlotPainter(PlotPainter::Medium::Paper)
+      .paint(painter, plot, {.origin = {0, 1000}, .pixelsPerUnit = 1, .ratio = 1}, paper.rect());
+  int ink = 0;
+  int coloured = 0;
+  for (int y = 0; y < paper.height(); ++y) {
+    for (int x = 0; x < paper.width(); ++x) {
+      const QColor dot = paper.pixelColor(x, y);
+      ink += dot.lightness() < 128 ? 1 : 0;
+      coloured += dot.saturation() > 0 ? 1 : 0;
+    }
+  }
+  EXPECT_GT(ink, 5000);
+  EXPECT_EQ(coloured, 0);
+}
+
 TEST_F(OpenDesk, LockedFixturesTellItInABoxAndTakeNoHand) {
   screen.expectBox("Fixtures Locked!");
   auto* menus = house.frame().findChild<QMenuBar*>();
@@ -162,7 +194,30 @@ TEST_F(OpenDesk, WhatTheDeskShowsNeverComesBackAsAnAction) {
   EXPECT_EQ(named<QComboBox>("XYQueueList/QListCombo").currentText(), "AB");
 }
 
-// ---- Dialogs
+// ---- Boxes and dialogs
+
+TEST_F(OpenDesk, ABoxIsAnsweredByItsButtonsAndByEscapeWithTheMildestAnswer) {
+  int tries = 0;
+  const auto fails = [&](int times) {
+    tries = 0;
+    screen.onDesk([&] {
+      house.desk.machine.errors.run([&] {
+        if (++tries <= times) throw RunTimeError(Fault::Subscript, "no such row");
+      });
+    });
+  };
+  const QString text = "Application may close, Would you like to continue?";
+  screen.expectBox(text, "&Retry");
+  screen.expectBox(text, "&Ignore", [] {
+    EXPECT_EQ(qobject_cast<QPushButton*>(QApplication::focusWidget())->text(), "&Ignore");
+  });
+  fails(3);
+  EXPECT_EQ(tries, 2);
+  screen.expectBox(text, "", [this] { screen.key(Qt::Key_Escape); });
+  fails(1);
+  screen.expectBox(text, "&Abort");
+  EXPECT_THROW(fails(1), RunTimeError);
+}
 
 TEST_F(OpenDesk, AboutStandsBesideTheDeskAndGoesByEnter) {
   screen.key(Qt::Key_H, Qt::AltModifier);
@@ -204,6 +259,23 @@ TEST(OpenDialogOnScreen, ANewShowIsNamedOnItsOwnTab) {
   house.start();
   EXPECT_EQ(house.desk.show.ProjectName, "Hamlet");
   EXPECT_EQ(house.table("XYQueueList").model()->rowCount(), 1);
+}
+
+TEST(OpenDialogOnScreen, AChosenFolderIsWhereTheNewShowWillLie) {
+  DeskOnScreen house;
+  fs::create_directory(house.folder / "season");
+  house.screen.whenAsked([&] {
+    auto& tabs = *named("frmOpenProject/Tabs").findChild<QTabBar*>();
+    house.screen.click(tabs, tabs.tabRect(1).center());
+    house.screen.whenAsked([&] {
+      named<QLineEdit>("BrowseForDir/fileNameEdit").setText((house.folder / "season").c_str());
+      house.screen.key(Qt::Key_Return);
+    });
+    house.screen.click(named("frmOpenProject/cmdNewBrowse"));
+    EXPECT_EQ(named<QLineEdit>("frmOpenProject/Location").text(), (house.folder / "season/").c_str());
+    house.screen.key(Qt::Key_Escape);
+  });
+  house.start();
 }
 
 TEST(OpenDialogOnScreen, FoldersAreWalkedAndAShowOpenedByDoubleClicks) {

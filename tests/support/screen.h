@@ -169,6 +169,7 @@ class Screen {
     QWidget* const outer = std::exchange(m_looking, box);
     if (expected.before) expected.before();
     m_looking = outer;
+    if (box == nullptr || !box->isVisible()) return true;  // answered by a key
     QAbstractButton* wanted = nullptr;
     for (QAbstractButton* button : box->buttons())
       if (button->text() == expected.button) wanted = button;

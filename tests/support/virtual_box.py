@@ -7,7 +7,7 @@ import time
 
 from programs import program
 
-PATIENCE = 5.0  # seconds until something that must come counts as missing
+PATIENCE = 20.0  # seconds until something that must come counts as missing; a busy machine needs some
 
 
 def eventually(condition, patience=PATIENCE):
