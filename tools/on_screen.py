@@ -142,10 +142,11 @@ class Screen:
         need(lambda: "WINDOW" in self._output("xprop", "-root", "_NET_SUPPORTING_WM_CHECK"), "no window manager")
 
     def env(self, **more):
-        """The environment of a program on this screen, without what the user's own desktop says."""
+        """The environment of a program on this screen, without what the user's own desktop says, and without its bus."""
         own = {name: value for name, value in os.environ.items()
                if not name.startswith(("QT_", "WAYLAND_", "XDG_CURRENT", "DBUS_"))}
-        return own | {"DISPLAY": self.display, "XDG_SESSION_TYPE": "x11", "QT_QPA_PLATFORM": "xcb"} | more
+        return own | {"DISPLAY": self.display, "XDG_SESSION_TYPE": "x11", "QT_QPA_PLATFORM": "xcb",
+                      "DBUS_SESSION_BUS_ADDRESS": "disabled:"} | more
 
     def _output(self, *command):
         return subprocess.run(command, env=self.env(), capture_output=True, text=True, check=False).stdout
