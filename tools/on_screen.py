@@ -168,9 +168,24 @@ class Screen:
         return self.window(title)
 
     def wait_for_dialog(self, title, patience=PATIENCE):
-        """Waits until the dialog has come up and takes the keys."""
+        """Waits until the dialog has come up, takes the keys and has shown all that it shows."""
         need(lambda: self.dialog(title) in (self._output("xdotool", "getactivewindow").strip(),), f"no dialog {title!r}",
              patience)
+        shape = dict(line.split("=") for line in self._output(
+            "xdotool", "getwindowgeometry", "--shell", self.dialog(title)).split())
+        left, top, width, height = (int(shape[name]) for name in ("X", "Y", "WIDTH", "HEIGHT"))
+        self.wait_until_still(Box(left, top, left + width, top + height))
+
+    def wait_until_still(self, box, span=0.25):
+        """Waits until nothing has changed in a part of the screen for a while."""
+        pictures = [b"", time.monotonic()]
+
+        def still():
+            now = self.canvas.part(box)
+            if now != pictures[0]:
+                pictures[:] = [now, time.monotonic()]
+            return time.monotonic() - pictures[1] > span
+        need(still, "the picture doesn't come to rest")
 
     def wait_gone(self, title, patience=PATIENCE):
         need(lambda: not self.dialog(title), f"the dialog {title!r} stays", patience)
@@ -221,8 +236,9 @@ class Booth:
 
     The desk runs from a copy, so that its shows, its list of recent files and its settings are its own."""
 
-    def __init__(self, screen, programs=PROGRAMS, shows=(DEMO,), box=True, before_box=()):
-        self.screen, self.programs, self.before_box = screen, programs, list(before_box)
+    def __init__(self, screen, programs=PROGRAMS, shows=(DEMO,), box=True, before_box=(), user=None):
+        """`before_box` is a command that runs the box; `user` is whom the desk belongs to, if not to its starter."""
+        self.screen, self.programs, self.before_box, self.user = screen, programs, list(before_box), user
         self.home = tempfile.TemporaryDirectory()
         self.folders = {name: self.path(path) for name, path in (
             ("HOME", "home"), ("XDG_CONFIG_HOME", "config"), ("XDG_DATA_HOME", "share"), ("XDG_RUNTIME_DIR", "run"))}
@@ -233,7 +249,7 @@ class Booth:
         for show in shows:
             shutil.copy(show, self.data)
         self.program = shutil.copy(os.path.join(programs, "velgrove"), self.path("bin"))
-        os.symlink(os.path.join(programs, "graphics"), self.path("bin/graphics"))
+        shutil.copytree(os.path.join(programs, "graphics"), self.path("bin/graphics"))
         self.box = self.desk = None
         self.log = self.path("complaints")
         self.frames_file, self._frames, self._read_to = self.path("frames"), [], 0
@@ -284,9 +300,15 @@ class Booth:
 
     def start(self, folder=None):
         """Starts the desk, in a folder of its own or that one."""
+        if self.user is not None:
+            for path, _, files in os.walk(self.home.name):
+                for name in [path, *(os.path.join(path, file) for file in files)]:
+                    os.chown(name, self.user, self.user)
         with open(self.log, "wb") as log:
-            self.desk = subprocess.Popen([self.program], env=self.screen.env(**self.folders), stdin=subprocess.DEVNULL,
-                                         stdout=log, stderr=log, cwd=folder or self.folders["HOME"])
+            self.desk = subprocess.Popen(
+                [self.program], env=self.screen.env(**self.folders), stdin=subprocess.DEVNULL, stdout=log, stderr=log,
+                cwd=folder or self.folders["HOME"], user=self.user, group=self.user,
+                extra_groups=[] if self.user is not None else None)
         return self
 
     def complaints(self):
@@ -306,18 +328,24 @@ class Booth:
 
     def wait_for_show(self):
         self.screen.wait_for("^Velgrove - ")
-        need(lambda: len(self.go_buttons()) == 3, "no Go buttons of frame and lists")
+        need(lambda: len(self.screen.canvas.boxes("goReady", "goQuiet", least=50, gap=50)) == 3, "no Go buttons of frame and lists")
 
     # ---- What the operator sees: buttons and rows are found by their colours, XY first
 
     def go_buttons(self):
         """Go of the frame, of XY and of AB."""
-        return self.screen.canvas.boxes("goReady", "goQuiet", least=50, gap=50)
+        frame, *lists = sorted(self.screen.canvas.boxes("goReady", "goQuiet", least=50, gap=50), key=lambda box: box.top)
+        return [frame, *sorted(lists, key=lambda box: (round(box.left / 100), box.top))]
 
     def stop_button(self):
         """Stop of the frame, left of its Go."""
         go = self.go_buttons()[0]
         return go.left - (go.bottom - go.top), go.middle[1]
+
+    def advance_button(self):
+        """Q+ of the frame, the second button left of Stop, whose foot is red."""
+        stop = min(self.screen.canvas.boxes("keyRed", least=80), key=lambda box: box.top)
+        return stop.left - self.screen.canvas.height // 10, self.go_buttons()[0].middle[1]
 
     def stage_rows(self):
         return self._rows("stageLit", "stageDim")
@@ -325,13 +353,24 @@ class Booth:
     def next_rows(self):
         return self._rows("nextLit", "nextDim")
 
+    def resting_tools(self):
+        """The tools of the plot, left in the frame, that can't be pressed."""
+        return [box for box in self.screen.canvas.boxes("disabled", least=4) if box.right < self.screen.canvas.width // 25]
+
     def fading(self):
         """How many lists show a fade."""
         return len(self._rows("stageDim"))
 
     def _rows(self, *colours):
-        band = self.screen.canvas.height // 8
-        return [box for box in self.screen.canvas.boxes(*colours, least=100, gap=30) if box.top > band]
+        """A box for each row, whatever colours it has. The lists stand below each other or side by side."""
+        band, right_of_xy = self.screen.canvas.height // 8, self.go_buttons()[1].right + 20
+        rows = {}
+        for box in self.screen.canvas.boxes(*colours, least=100, gap=30):
+            if box.top > band:
+                place = (box.left > right_of_xy, round(box.middle[1] / 10))
+                known = rows.get(place, box)
+                rows[place] = Box(min(known.left, box.left), known.top, max(known.right, box.right), known.bottom)
+        return [rows[place] for place in sorted(rows)]
 
     def wait_for_fade(self, lists=1):
         need(lambda: self.fading() >= lists, f"no fade in {lists} lists")

@@ -1,69 +1,68 @@
 #!/usr/bin/env python3
-"""Takes the pictures of the documentation from the real desk, so that they stay true.
+"""Takes the pictures of the documentation: the demo show in the middle of a fade of both lists, in both layouts, and the
+open dialog.
 
     tools/screenshots.py [--programs build/release/bin] [--to docs]
-
-Needs a release build. The desk plays the demo show until both lists are in the middle of a fade."""
+"""
 
 import argparse
+import contextlib
 import os
 import subprocess
 import time
 
-from on_screen import PROGRAMS, ROOT, Booth, Screen
+from on_screen import PROGRAMS, ROOT, Booth, Screen, need
 
 SIZES = ((1280, 800), (1920, 1080))
+STORM = 7  # the cue before the picture
+MOVING_LEFT = 41  # a channel of its look
+INTO_FADE = 1.2  # seconds: both looks burn
 
 
 def small(path):
-    """Few colours are enough for a dark desk."""
-    subprocess.run(["convert", path, "-strip", "-colors", "250", "-define", "png:compression-level=9", path],
-                   check=True)
+    """Writes a picture anew with as few colours and bytes as its like needs."""
+    subprocess.run(["convert", path, "+dither", "-colors", "256", "-define", "png:compression-level=9", "-strip",
+                    f"PNG8:{path}"], check=True)
 
 
 def take(screen, folder, name):
-    path = os.path.join(folder, name + ".png")
+    path = os.path.join(folder, name)
     screen.picture(path)
     small(path)
-    print(path)
+    print(f"{os.path.relpath(path, ROOT)}: {os.path.getsize(path) // 1024} kB")
 
 
-def evening(booth, folder, size):
-    screen = booth.screen
-    booth.start()
-    booth.wait_for_open_dialog()
-    if size == SIZES[0]:
-        time.sleep(0.3)
-        take(screen, folder, "open-dialog")
+def desk_in_a_fade(booth):
+    """The storm goes over into the bear's hunt on the XY list, whose link starts the sky of the AB list."""
     booth.open_show()
-    frame, xy, ab = booth.go_buttons()
-    screen.click(frame.middle)  # the preset
-    booth.wait_for_fade()
-    booth.wait_fades_over()
-    screen.click(xy.middle)  # the court
-    booth.wait_for_fade()
-    booth.wait_fades_over()
-    xy, ab = booth.go_buttons()[1:]
-    screen.click(ab.middle)  # the storm in the sky, and the letter in front of it
-    screen.click(xy.middle)
+    screen = booth.screen
+    for _ in range(STORM):
+        screen.click(booth.advance_button())
+        time.sleep(0.3)
+    need(lambda: booth.frames()[-1][1][MOVING_LEFT - 1] == 255, "the storm isn't on stage")
+    screen.click(booth.go_buttons()[1].middle)
     booth.wait_for_fade(lists=2)
-    time.sleep(1.4)
-    take(screen, folder, f"desk-{size[0]}x{size[1]}")
+    time.sleep(INTO_FADE)
+    need(lambda: booth.fading() == 2, "the fades were over before the picture")
 
 
 def main():
-    options = argparse.ArgumentParser(description=__doc__.splitlines()[0])
-    options.add_argument("--programs", default=PROGRAMS)
-    options.add_argument("--to", default=os.path.join(ROOT, "docs"))
-    chosen = options.parse_args()
-    for size in SIZES:
-        screen = Screen(*size)
-        booth = Booth(screen, programs=chosen.programs)
-        try:
-            evening(booth, chosen.to, size)
-        finally:
-            booth.end()
-            screen.close()
+    parser = argparse.ArgumentParser(description=__doc__.split("\n", 1)[0])
+    parser.add_argument("--programs", default=PROGRAMS, help="where velgrove and its companions stand")
+    parser.add_argument("--to", default=os.path.join(ROOT, "docs"), help="where the pictures go")
+    options = parser.parse_args()
+    for width, height in SIZES:
+        with contextlib.ExitStack() as ends:
+            screen = Screen(width, height)
+            ends.callback(screen.close)
+            booth = Booth(screen, options.programs)
+            ends.callback(booth.end)
+            booth.start()
+            booth.wait_for_open_dialog()
+            if (width, height) == SIZES[0]:
+                take(screen, options.to, "open-dialog.png")
+            desk_in_a_fade(booth)
+            take(screen, options.to, f"desk-{width}x{height}.png")
 
 
 if __name__ == "__main__":
