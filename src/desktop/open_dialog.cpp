@@ -139,7 +139,7 @@ std::shared_ptr<int> OpenDialog::bindList(const ListSource& source,
     bool copied = false;
   };
   const auto state = std::make_shared<State>();
-  const auto index = std::make_shared<int>(-1);
+  auto index = std::make_shared<int>(-1);
   bindings().add({.copy =
                       [this, source, state, index] {
                         if (!m_form.Window.Visible) return false;
