@@ -11,7 +11,6 @@ namespace {
 
 struct Choice {
   BoxAnswer answer;
-  QMessageBox::ButtonRole role;
   const char* caption;
 };
 
@@ -19,13 +18,11 @@ struct Choice {
 std::vector<Choice> choices(BoxButtons buttons) {
   switch (buttons) {
     case BoxButtons::YesNo:
-      return {{BoxAnswer::Yes, QMessageBox::YesRole, "&Yes"}, {BoxAnswer::No, QMessageBox::NoRole, "&No"}};
+      return {{BoxAnswer::Yes, "&Yes"}, {BoxAnswer::No, "&No"}};
     case BoxButtons::AbortRetryIgnore:
-      return {{BoxAnswer::Abort, QMessageBox::DestructiveRole, "&Abort"},
-              {BoxAnswer::Retry, QMessageBox::AcceptRole, "&Retry"},
-              {BoxAnswer::Ignore, QMessageBox::RejectRole, "&Ignore"}};
+      return {{BoxAnswer::Abort, "&Abort"}, {BoxAnswer::Retry, "&Retry"}, {BoxAnswer::Ignore, "&Ignore"}};
     default:
-      return {{BoxAnswer::Ok, QMessageBox::AcceptRole, "OK"}};
+      return {{BoxAnswer::Ok, "OK"}};
   }
 }
 
@@ -57,16 +54,18 @@ void showMessageBox(QWidget* above, const Box& box, bool waitedFor, std::functio
   shown->setWindowModality(waitedFor ? Qt::ApplicationModal : Qt::NonModal);
 
   const auto all = choices(box.buttons);
+  QPushButton* first = nullptr;
   QPushButton* last = nullptr;
   for (const Choice& choice : all) {
-    last = shown->addButton(QString(choice.caption), choice.role);
-    last->setProperty("role", "dialog");
+    last =
+        shown->addButton(QString(choice.caption), QMessageBox::ActionRole);  // the one that keeps our order
+    if (first == nullptr) first = last;
+    theme::setState(last, "role", "dialog");
     last->setProperty("answer", static_cast<int>(choice.answer));
   }
   shown->setEscapeButton(last);
   // Aborting ends the desk: it is never a key press away.
-  shown->setDefaultButton(
-      box.buttons == BoxButtons::YesNo ? qobject_cast<QPushButton*>(shown->buttons().constFirst()) : last);
+  shown->setDefaultButton(box.buttons == BoxButtons::YesNo ? first : last);
   const BoxAnswer byClosing = all.back().answer;
   QObject::connect(shown, &QMessageBox::finished, shown, [shown, byClosing, answered = std::move(answered)] {
     const QAbstractButton* clicked = shown->clickedButton();

@@ -115,6 +115,16 @@ TEST_F(OpenDesk, AScrollBarIsntWrittenWhileTheHandHoldsIt) {
   EXPECT_EQ(control.value(), 1000);
 }
 
+TEST_F(OpenDesk, AnOpenComboShowsAllItsItems) {
+  auto& combo = named<QComboBox>("XYQueueList/QListCombo");
+  screen.click(combo);
+  const QAbstractItemView& list = *combo.view();
+  const QRect last = list.visualRect(list.model()->index(combo.count() - 1, 0));
+  EXPECT_TRUE(list.viewport()->rect().contains(last)) << last.bottom() << " " << list.viewport()->height();
+  screen.key(Qt::Key_Escape);
+  EXPECT_EQ(house.xy().QListCombo.listIndex(), 0);
+}
+
 // ---- Tools
 
 TEST_F(OpenDesk, AToolShowsWhatTheDeskSaysAndNotWhatTheClickWouldMakeOfIt) {
@@ -207,7 +217,16 @@ TEST_F(OpenDesk, ABoxIsAnsweredByItsButtonsAndByEscapeWithTheMildestAnswer) {
     });
   };
   const QString text = "Application may close, Would you like to continue?";
-  screen.expectBox(text, "&Retry");
+  screen.expectBox(text, "&Retry", [] {
+    const auto at = [](const char* caption) {
+      for (auto* button : QApplication::activeModalWidget()->findChildren<QPushButton*>())
+        if (button->text() == caption) return button->geometry();
+      return QRect();
+    };
+    EXPECT_LT(at("&Abort").right(), at("&Retry").left());
+    EXPECT_LT(at("&Retry").right(), at("&Ignore").left());
+    EXPECT_GE(at("&Ignore").width(), 76);
+  });
   screen.expectBox(text, "&Ignore", [] {
     EXPECT_EQ(qobject_cast<QPushButton*>(QApplication::focusWidget())->text(), "&Ignore");
   });
