@@ -46,7 +46,7 @@ SplashWindow::SplashWindow(QWidget* above, Face& face, frmSplash& form)
   m_travel.setInterval(TravelInterval);
   connect(&m_travel, &QTimer::timeout, this, [this] {
     ++m_step;
-    update(0, height() - 20, width(), 20);
+    update(0, height() - 24, width(), 24);
   });
 }
 
