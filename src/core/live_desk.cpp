@@ -27,11 +27,17 @@ void raisePriority() {
   (void)setpriority(PRIO_PROCESS, 0, Raised);
 }
 
+/// A desk without a toolkit's loop has no face.
+std::unique_ptr<Face> faceOn(Desk& lock, const std::optional<Face::Loop>& loop) {
+  if (!loop.has_value()) return nullptr;
+  return std::make_unique<Face>(lock, loop.value());
+}
+
 }  // namespace
 
 LiveDesk::LiveDesk(Options options)
     : m_options(std::move(options)),
-      m_face(m_options.loop ? std::make_unique<Face>(m_lock, *m_options.loop) : nullptr),
+      m_face(faceOn(m_lock, m_options.loop)),
       m_desk(m_clock, boxes(), wiring()) {
   Machine& machine = m_desk.machine;
   machine.Sleep = [this](Milliseconds time) { sleep(time); };
@@ -139,7 +145,7 @@ LightingDesk::Wiring LiveDesk::wiring() {
 }
 
 /// The face sees it at its next pull.
-void LiveDesk::statusChanged() {
+void LiveDesk::statusChanged() const {
   if (m_options.statusChanged) m_options.statusChanged(m_desk.windows.Comm);
 }
 

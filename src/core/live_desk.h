@@ -59,7 +59,7 @@ class LiveDesk {
   [[nodiscard]] MessageBoxes boxes();
   [[nodiscard]] std::string portByHand() const;
   [[nodiscard]] bool onFace() const { return m_face != nullptr && m_face->here(); }
-  void statusChanged();
+  void statusChanged() const;
   void sleep(Milliseconds time);
   void waitUntil(const std::function<bool()>& condition);
   void aside(const std::function<void()>& work);
