@@ -35,6 +35,7 @@ class TextBox {
   bool Enabled = true;
   Event Change;
   Event GotFocus;
+  std::function<void(int keyCode)> KeyUp;  ///< a key came up; the face tells of Enter, 13
   unsigned Focuses = 0;     ///< how often it was asked to take the focus; the face looks at the counts
   unsigned Selections = 0;  ///< how often its whole text was to be selected
 
@@ -136,8 +137,8 @@ class Slider {
   int m_value;
 };
 
-/// A spinner: two arrows that step a value within a range. With a buddy it reads the buddy's text first,
-/// writes the new value into it, and then raises Change.
+/// A spinner: two arrows that step a value within a range. With a buddy it reads the buddy's text first (one
+/// that is no number leaves the value), writes the new value into it, and then raises Change.
 class UpDown {
  public:
   UpDown(int min, int max, int value) : m_min(min), m_max(max), m_value(value) {}
@@ -157,11 +158,19 @@ class UpDown {
 
  private:
   void step(int by, const Event& click) {
-    if (Buddy != nullptr) m_value = std::clamp(toInteger<std::int32_t>(Buddy->text()), m_min, m_max);
+    readBuddy();
     const int before = std::exchange(m_value, std::clamp(m_value + by, m_min, m_max));
     if (Buddy != nullptr) Buddy->setText(std::to_string(m_value));
     if (m_value != before) raise(Change);
     raise(click);
+  }
+
+  void readBuddy() {
+    if (Buddy == nullptr) return;
+    try {
+      m_value = std::clamp(toInteger<std::int32_t>(Buddy->text()), m_min, m_max);
+    } catch (const RunTimeError&) {  // NOLINT(bugprone-empty-catch): the spinner goes on from its own value
+    }
   }
 
   int m_min;

@@ -26,6 +26,9 @@ const ChannelBytes* stageCue(const QueueList* player, const PlayerTraits& traits
 Windows::Windows(ShowState& show, Machine& machine, Wiring wiring)
     : Comm(show, machine, withTriggerGo(wiring.interface, [this] { goByTrigger(); })),
       Effects(show, machine),
+      Loop(
+          show, machine, [this]() -> QueueList& { return abPlayer(); },
+          [this]() -> QueueList& { return xyPlayer(); }),
       m_show(show),
       m_machine(machine),
       m_wiring(std::move(wiring)),
@@ -64,7 +67,22 @@ std::unique_ptr<QueueList> Windows::makePlayer(const PlayerTraits& traits) {
           .SimultaneousStart = [this](const std::string& list,
                                       const std::string& number) { m_links.SimultaneousStart(list, number); },
           .showCuePanel = m_wiring.showCuePanel,
-          .showStatus = m_wiring.showStatus});
+          .showStatus = m_wiring.showStatus,
+          .linkTargets = [this](const std::string& list) { return linkTargets(list); },
+          .configureLoop = [this] { Loop.ShowModal(); }});
+}
+
+/// A list needs two rows to be worth a link; of the effects one will do.
+std::vector<std::string> Windows::linkTargets(const std::string& list) const {
+  const auto texts = [](const ListView& rows, int count) {
+    std::vector<std::string> targets;
+    for (int row = 1; row <= count; ++row) targets.push_back(rows.text(row));
+    return targets;
+  };
+  if (list == "EF") return texts(Effects.ListViewEffects, m_show.EffectListNext - 1);
+  if (list != "AB" && list != "XY") return {};
+  const ListView& rows = (list == "AB" ? abPlayer() : xyPlayer()).ListView2;
+  return rows.count() < 2 ? std::vector<std::string>() : texts(rows, rows.count());
 }
 
 template <class Window>
@@ -145,6 +163,8 @@ std::vector<OpenForm> Windows::openForms() {
   for (auto* player : {&ABQ, &XYQ})
     if (*player != nullptr)
       open.push_back({.form = &(*player)->Window, .unload = [this, player] { unloadPlayer(*player); }});
+  note(Loop.Window, [this] { Loop.Unload(); });
+  note(ConfirmPaste.Window, [this] { ConfirmPaste.Unload(); });
   note(Effects.Window, [this] {
     Effects.ChaseTimer.setEnabled(false);
     Effects.Window.Visible = Effects.Window.Loaded = false;

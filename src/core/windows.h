@@ -9,6 +9,8 @@
 #include "dmx/velgrove_comm.h"
 #include "playback/cue_links.h"
 #include "playback/effects_queue.h"
+#include "playback/frm_confirm_paste.h"
+#include "playback/frm_loop.h"
 #include "playback/queue_list.h"
 #include "plot/document.h"
 
@@ -49,6 +51,8 @@ class Windows {
 
   VelgroveComm Comm;
   EffectsQueue Effects;
+  frmLoop Loop;
+  frmConfirmPaste ConfirmPaste;
   std::unique_ptr<QueueList> ABQ;
   std::unique_ptr<QueueList> XYQ;
   std::vector<std::unique_ptr<frmDocument>> Documents;
@@ -76,6 +80,7 @@ class Windows {
   void unloadPlayer(std::unique_ptr<QueueList>& player);
   [[nodiscard]] std::unique_ptr<QueueList> makePlayer(const PlayerTraits& traits);
   [[nodiscard]] std::shared_ptr<clsView> currentView() const;
+  [[nodiscard]] std::vector<std::string> linkTargets(const std::string& list) const;
   [[nodiscard]] frmDocument::Wiring documentWiring() const;
   void goByTrigger();
   void startEffect(const std::string& number);

@@ -29,6 +29,10 @@ struct PlayerTraits {
   bool MinimisedSkipsRedraw;   ///< advancing the stage cue of a minimised window doesn't redraw
   bool ResetClearsLevels;      ///< resetting the stage cue first zeroes the levels of both players
   bool ResetAttachesPointer;   ///< and moves the pointer to the stage row
+  bool RecordTakesDefaults;    ///< Record first writes the default times into the editors
+  bool RecordTakesOutput;      ///< Record takes the merged output of a fixture, not its own level
+  bool AutoNameLags;           ///< a cue without a name of its own is called after the cue before it
+  bool LoopSetsPlayer;         ///< the loop dialog is this player's, whoever was addressed last
   LoopTimes LoopTimesRow;      ///< whose times a pass of a loop runs on
   bool BlindCallSetsMode;      ///< showing a look blind also switches Blind on
   std::array<const char*, 4> LinkLists;  ///< choices of the link's list

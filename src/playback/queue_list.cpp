@@ -18,6 +18,7 @@ QueueList::QueueList(const PlayerTraits& traits, ShowState& show, Machine& machi
       m_wiring(std::move(wiring)) {
   Window.Caption = traits.Caption;
   setUpButtons();
+  tieEditors();
 }
 
 void QueueList::setUpButtons() {
@@ -26,7 +27,7 @@ void QueueList::setUpButtons() {
     button.Caption = caption;
     button.ToolTip = tip;
     button.BackColour = colour;
-    if (click != nullptr) button.Click = [this, click] { (this->*click)(); };
+    button.Click = [this, click] { (this->*click)(); };
   };
   set(cmdGoForward, "&Go", "Run Cue", Grey, &QueueList::cmdGoForward_Click);
   set(cmdStop, "&Stop", "Stop Cue", Grey, &QueueList::cmdStop_Click);
@@ -34,15 +35,19 @@ void QueueList::setUpButtons() {
   set(cmdDecrementStageCue, "", "Decrement Stage Cue", Magenta, &QueueList::cmdDecrementStageCue_Click);
   set(cmdMakeStageCue, "Stage Cue", "Make Stage Cue", Red, &QueueList::cmdMakeStageCue_Click);
   set(cmdMakeNextCue, "Next Cue", "Make Next Cue", Green, &QueueList::cmdMakeNextCue_Click);
-  set(cmdRecord, "&Record", "Record Cue", Red, nullptr);
-  set(cmdUpdate, "&Update", "Update Cue", Yellow, nullptr);
-  set(cmdInsertCue, "Insert", "Insert Cue", Magenta, nullptr);
-  set(cmdDeleteCue, "Delete", "Delete Cue", Magenta, nullptr);
-  set(cmdCopy, "Copy", "Copy Cue", Magenta, nullptr);
-  set(cmdPaste, "Paste", "Paste Cue", Magenta, nullptr);
-  set(cmdLoop, "Loop", "Loop", Magenta, nullptr);
+  set(cmdRecord, "&Record", "Record Cue", Red, &QueueList::cmdRecord_Click);
+  set(cmdUpdate, "&Update", "Update Cue", Yellow, &QueueList::cmdUpdate_Click);
+  set(cmdInsertCue, "Insert", "Insert Cue", Magenta, &QueueList::cmdInsertCue_Click);
+  set(cmdDeleteCue, "Delete", "Delete Cue", Magenta, &QueueList::cmdDeleteCue_Click);
+  set(cmdCopy, "Copy", "Copy Cue", Magenta, &QueueList::cmdCopy_Click);
+  set(cmdPaste, "Paste", "Paste Cue", Magenta, &QueueList::cmdPaste_Click);
+  set(cmdLoop, "Loop", "Loop", Magenta, &QueueList::cmdLoop_Click);
   set(cmdLiveView, "Live", "", Magenta, &QueueList::cmdLiveView_Click);
   set(cmdBlindView, "Blind", "", Magenta, &QueueList::cmdBlindView_Click);
+}
+
+std::shared_ptr<clsQueueData> QueueList::dataInProject() const {
+  return m_show.Projects.item(m_show.CurrentProjectIndex)->colQueueData().item(m_show.CurrentPlayer);
 }
 
 colQueueEntries& QueueList::entries() {
@@ -80,14 +85,12 @@ void QueueList::Form_Load() {
         State = QueuePlayerState{};
         CueNum.setText("0.00");
         CueDesc.setText("Blackout");
-        CueUp.setText(std::to_string(m_show.DefaultUp));
-        CueDown.setText(std::to_string(m_show.DefaultDown));
-        CueDelay.setText(std::to_string(m_show.DefaultDelay));
+        writeDefaultTimes();
+        enableCueButtons(true);
       },
       [&] {
         m_show.CurrentPlayer = m_traits.Player;
-        State.QueueData =
-            m_show.Projects.item(m_show.CurrentProjectIndex)->colQueueData().item(m_show.CurrentPlayer);
+        State.QueueData = dataInProject();
       },
       [&] { addBlackout(); }, [&] { FillList(); },
       [&] {
@@ -121,17 +124,6 @@ bool QueueList::Form_QueryUnload(bool askedBySystem) {
   if (askedBySystem) return false;
   Window.Visible = false;
   return true;
-}
-
-void QueueList::ResetCombos() {
-  m_errors.run([&] {
-    QListCombo.clear();
-    for (const char* list : m_traits.LinkLists) QListCombo.add(list);
-    QListCombo.setListIndex(0);
-    QListNumberCombo.clear();
-    QListNumberCombo.add("None");
-    QListNumberCombo.setListIndex(0);
-  });
 }
 
 }  // namespace velgrove

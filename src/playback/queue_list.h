@@ -3,6 +3,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "controls/form.h"
 #include "controls/list_view.h"
@@ -26,6 +27,10 @@ struct PlayerWiring {
   std::function<void(const std::string&)> showCuePanel;
   /// Writes into the frame's status line.
   std::function<void(const std::string&)> showStatus;
+  /// What a link to list "AB", "XY" or "EF" can name: the texts of its rows. None while there is too little.
+  std::function<std::vector<std::string>(const std::string& list)> linkTargets;
+  /// Asks for the loop of the player that is being addressed, and waits for the answer.
+  std::function<void()> configureLoop;
 };
 
 /// A cue player: the window of one cue list with its marks, modes, crossfades, Go and Stop. `ABQueueList` and
@@ -59,7 +64,11 @@ class QueueList {
   TextBox CueDesc;
   ComboBox QListCombo;
   ComboBox QListNumberCombo;
+  // The value of this spinner means nothing but its direction, and those of the times aren't looked at.
   UpDown UpDownCueNum{0, 999, 999};
+  UpDown UpDownCueUp{0, 10, 0};
+  UpDown UpDownCueDown{0, 10, 0};
+  UpDown UpDownCueDelay{0, 10, 0};
   Button cmdGoForward;
   Button cmdStop;
   Button cmdAdvanceStageCue;
@@ -104,7 +113,29 @@ class QueueList {
   void ShowFixtureLevelsForSelectedCue(int row, const std::string& mode);
 
   // Loops
+  void cmdLoop_Click();
   [[nodiscard]] bool ProcessLoop();
+
+  // Editing: list rows and cues at once, since a row's text is how its cue is found
+  void cmdRecord_Click();
+  void cmdUpdate_Click();
+  void cmdInsertCue_Click();
+  void cmdDeleteCue_Click();
+  void cmdCopy_Click();
+  void cmdPaste_Click();
+
+  // Editors
+  /// `keyCode` 13 is Enter: the pointer goes to the first row with the number that was typed, and to the last
+  /// row when there is none.
+  void CueNum_KeyUp(int keyCode);
+  void UpDownCueNum_Change();
+  void UpDownCueUp_UpClick();
+  void UpDownCueUp_DownClick();
+  void UpDownCueDown_UpClick();
+  void UpDownCueDown_DownClick();
+  void UpDownCueDelay_UpClick();
+  void UpDownCueDelay_DownClick();
+  void QListCombo_Click();
 
   // Marks and modes
   void cmdAdvanceStageCue_Click();
@@ -153,7 +184,13 @@ class QueueList {
   /// What it means that the mouse button goes up.
   enum class Release { Click, Refused, NextDropped, StageDropped };
 
+  /// Columns of the list.
+  enum CueColumn : std::size_t { NumberCell, DownCell, DelayCell, UpCell, DescCell, ListCell, TargetCell };
+
+  static constexpr int FewestRowsToStep = 3;
+
   void setUpButtons();
+  void tieEditors();
   void addBlackout();
   void rowPass();
   void writeCells(int row, const clsQueueEntry& entry);
@@ -177,7 +214,32 @@ class QueueList {
   void showOnStage(int row, bool yields);
   void showBlind(int row);
   void takeLoopStep();
+  void findLoopRows();
+  void markLoopRows();
+  void showStagePanel(int row);
+  void showNextPanel(int row);
 
+  [[nodiscard]] ChannelBytes levelsOnPlot();
+  [[nodiscard]] ChannelBytes outputOnPlot();
+  void takeEditors(clsQueueEntry& cue) const;
+  [[nodiscard]] std::shared_ptr<clsQueueEntry> cueOfEditors(float number) const;
+  void nameCue(clsQueueEntry& cue);
+  void addLastCue(const std::shared_ptr<clsQueueEntry>& cue);
+  void addRow(int position, const std::string& number);
+  void writeEditedCells(int row);
+  [[nodiscard]] bool insertFirst();
+  [[nodiscard]] bool insertBehindPointer();
+  void landOnInserted();
+  void closeRanks();
+  void enableCueButtons(bool enabled);
+  void writeDefaultTimes();
+  void stepUp(int by);
+  void stepDownAndUp(int by);
+  void stepDelay(int by);
+  void offerTargets(const std::vector<std::string>& targets);
+
+  /// The list that is being addressed, as the open show holds it.
+  [[nodiscard]] std::shared_ptr<clsQueueData> dataInProject() const;
   /// The list of cues; Fault::ObjectMissing when the show has none for this player.
   [[nodiscard]] colQueueEntries& entries();
   /// The cue of a row, by its number and this player's mark; Fault::ObjectMissing when there is none.

@@ -1,7 +1,5 @@
-// How the cues of a player become levels: the two looks of a crossfade, a look shown at once, and loop
-// passes.
+// How the cues of a player become levels: the two looks of a crossfade, and a look shown at once.
 
-#include "playback/crossfade.h"
 #include "playback/queue_list.h"
 
 namespace velgrove {
@@ -58,44 +56,6 @@ void QueueList::showBlind(int row) {
     m_show.BlindLevels[at] = entry->Values[at];
     m_wiring.redrawLevel(fixture);
   });
-}
-
-/// Asked at each fade end: starts the next fade of an armed loop and says whether it did. A pass runs on the
-/// times of the row before the marks move.
-bool QueueList::ProcessLoop() {
-  bool goesOn = false;
-  if (State.LoopCount > 0) {
-    m_errors.steps(
-        [&] {
-          const bool ofStage = m_traits.LoopTimesRow == PlayerTraits::LoopTimes::OfStageRow;
-          takeTimes(*searchRow(ofStage ? State.StageCue : State.NextCue - 1));
-        },
-        [&] { buildTimeline(State, m_machine.timeGetTime()); }, [&] { takeLoopStep(); });
-    UpdateListView();
-    goesOn = State.LoopCount > 0;
-  }
-  updateMarkHeaders();
-  return goesOn;
-}
-
-void QueueList::takeLoopStep() {
-  const auto fadeTo = [&](int row) {
-    State.NextCue = narrow<std::int16_t>(row);
-    SetupCrossFade();
-    q_timer.setEnabled(true);
-  };
-  ++State.StageCue;
-  if (State.StageCue < State.LoopLastRow) {
-    fadeTo(State.StageCue + 1);
-  } else if (State.StageCue == State.LoopLastRow) {
-    if (--State.LoopCount != 0)
-      fadeTo(State.LoopStartRow);
-    else
-      State.NextCue = narrow<std::int16_t>(State.StageCue + 1);
-  } else {
-    State.StageCue = State.LoopStartRow;
-    fadeTo(State.StageCue + 1);
-  }
 }
 
 }  // namespace velgrove

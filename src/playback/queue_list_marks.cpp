@@ -4,12 +4,6 @@
 
 namespace velgrove {
 
-namespace {
-
-constexpr int FewestRowsToStep = 3;
-
-}  // namespace
-
 void QueueList::cmdAdvanceStageCue_Click() {
   if (!cmdAdvanceStageCue.Enabled || State.CueCount < FewestRowsToStep) return;
   m_errors.steps(

@@ -108,8 +108,7 @@ void QueueList::clickRow(int row) {
         ListView2.setIcon(r, LoopIcon);
     }
     ListView2.setIcon(row, PointerIcon);
-    for (Button* button : {&cmdDeleteCue, &cmdUpdate, &cmdCopy, &cmdPaste, &cmdMakeNextCue, &cmdMakeStageCue})
-      button->Enabled = true;
+    enableCueButtons(true);
     State.PointerCue = narrow<std::int16_t>(row);
     selectchange();
     UpdateCueInfo();

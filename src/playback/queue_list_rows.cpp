@@ -3,12 +3,6 @@
 #include "playback/queue_list.h"
 
 namespace velgrove {
-namespace {
-
-enum CueColumn : std::size_t { NumberCell, DownCell, DelayCell, UpCell, DescCell, ListCell, TargetCell };
-
-}  // namespace
-
 void QueueList::FillList() {
   m_errors.steps(
       [&] {
@@ -79,27 +73,34 @@ void QueueList::UpdateHeader(const std::string& panel, int row) {
   m_errors.run([&] {
     if ((row == -1 && panel != "Next") || (row == 0 && panel != "Stage")) return;
     if (State.PointerCue >= 1 && State.StageCue >= 1) UpdateCueInfo();
-    if (panel == "Stage") {
-      if (m_traits.HeaderEndsRepaint) State.ListRepaintDone = true;
-      if (row == 0) return;
-      const auto& cells = ListView2.row(row).Texts;
-      lblStageNum.Caption = cells[NumberCell];
-      lblStageDown2.Caption = cells[DownCell];
-      lblStageDelay2.Caption = cells[DelayCell];
-      lblStageUp2.Caption = cells[UpCell];
-      StageDescText.Caption = cells[DescCell];
-      m_wiring.showCuePanel("Queue # " + lblStageNum.Caption + " " + StageDescText.Caption);
-    } else if (panel == "Next") {
-      if (m_traits.HeaderEndsRepaint) State.ListRepaintDone = true;
-      const ListView::Row none{.Texts = {"N/A", "N/A", "N/A", "N/A", "N/A"}};
-      const auto& cells = (State.NextCue == -1 ? none : ListView2.row(row)).Texts;
-      lblNextNum.Caption = cells[NumberCell];
-      lblNextDown.Caption = cells[DownCell];
-      lblNextDelay.Caption = cells[DelayCell];
-      lblNextUp.Caption = cells[UpCell];
-      NextDescText.Caption = cells[DescCell];
-    }
+    if (panel != "Stage" && panel != "Next") return;
+    if (m_traits.HeaderEndsRepaint) State.ListRepaintDone = true;
+    if (panel == "Stage")
+      showStagePanel(row);
+    else
+      showNextPanel(row);
   });
+}
+
+void QueueList::showStagePanel(int row) {
+  if (row == 0) return;
+  const auto& cells = ListView2.row(row).Texts;
+  lblStageNum.Caption = cells[NumberCell];
+  lblStageDown2.Caption = cells[DownCell];
+  lblStageDelay2.Caption = cells[DelayCell];
+  lblStageUp2.Caption = cells[UpCell];
+  StageDescText.Caption = cells[DescCell];
+  m_wiring.showCuePanel("Queue # " + lblStageNum.Caption + " " + StageDescText.Caption);
+}
+
+void QueueList::showNextPanel(int row) {
+  const ListView::Row none{.Texts = {"N/A", "N/A", "N/A", "N/A", "N/A"}};
+  const auto& cells = (State.NextCue == -1 ? none : ListView2.row(row)).Texts;
+  lblNextNum.Caption = cells[NumberCell];
+  lblNextDown.Caption = cells[DownCell];
+  lblNextDelay.Caption = cells[DelayCell];
+  lblNextUp.Caption = cells[UpCell];
+  NextDescText.Caption = cells[DescCell];
 }
 
 void QueueList::updateMarkHeaders() {

@@ -49,7 +49,8 @@ TEST(Widgets, ASpinnerReadsItsBuddyStepsWithinItsRangeAndRaisesChange) {
   EXPECT_EQ(text.text(), "100");
   EXPECT_EQ(changes, 2);
   text.setText("x");
-  EXPECT_THROW(spinner.down(), RunTimeError);
+  spinner.down();
+  EXPECT_EQ(text.text(), "99") << "text that is no number isn't stepped: the spinner goes on by itself";
 }
 
 TEST(Widgets, OnlyTheHandClicksAComboAndOnlyAnEnabledButton) {
