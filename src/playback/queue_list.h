@@ -189,6 +189,9 @@ class QueueList {
 
   static constexpr int FewestRowsToStep = 3;
 
+  /// Marks can stand beside the list, at 0 and -1: such a row is none and isn't looked up.
+  [[nodiscard]] static bool isRow(int row) { return row >= 1; }
+
   void setUpButtons();
   void tieEditors();
   void addBlackout();
@@ -211,6 +214,7 @@ class QueueList {
   void endFade();
   void startTimer(bool reverse);
   void takeTimes(const clsQueueEntry& entry);
+  void keepTimes();
   void showOnStage(int row, bool yields);
   void showBlind(int row);
   void takeLoopStep();

@@ -86,9 +86,14 @@ void QueueList::jumpToStageCue() {
 
 /// Moves the pointer and its icon to a row; all other icons stay.
 void QueueList::movePointer(int row) {
-  m_errors.steps([&] { ListView2.setIcon(State.PointerCue, 0); },
-                 [&] { ListView2.setIcon(row, PointerIcon); },
-                 [&] { State.PointerCue = narrow<std::int16_t>(row); });
+  m_errors.steps(
+      [&] {
+        if (isRow(State.PointerCue)) ListView2.setIcon(State.PointerCue, 0);
+      },
+      [&] {
+        if (isRow(row)) ListView2.setIcon(row, PointerIcon);
+      },
+      [&] { State.PointerCue = narrow<std::int16_t>(row); });
 }
 
 void QueueList::cmdMakeStageCue_Click() {
