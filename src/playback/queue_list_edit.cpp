@@ -243,7 +243,7 @@ void QueueList::closeRanks() {
     return;
   }
   for (int row = 1; row <= ListView2.count(); ++row) ListView2.setIcon(row, 0);
-  ListView2.setIcon(State.StageCue, PointerIcon);
+  if (isRow(State.StageCue)) ListView2.setIcon(State.StageCue, PointerIcon);
   State.PointerCue = State.StageCue;
   UpdateHeader("stage", State.StageCue);
   UpdateHeader("next", State.NextCue);

@@ -54,7 +54,8 @@ bool QueueList::ProcessLoop() {
     m_errors.steps(
         [&] {
           const bool ofStage = m_traits.LoopTimesRow == PlayerTraits::LoopTimes::OfStageRow;
-          takeTimes(*searchRow(ofStage ? State.StageCue : State.NextCue - 1));
+          const int row = ofStage ? State.StageCue : State.NextCue - 1;
+          if (isRow(row)) takeTimes(*searchRow(row));
         },
         [&] { buildTimeline(State, m_machine.timeGetTime()); }, [&] { takeLoopStep(); });
     UpdateListView();
