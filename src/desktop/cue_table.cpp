@@ -129,7 +129,7 @@ void CueRows::setRowHeight(int pixels) {
 QVariant CueRows::headerData(int section, Qt::Orientation orientation, int role) const {
   if (orientation != Qt::Horizontal) return {};
   if (role == Qt::DisplayRole)
-    return QString::fromStdString(m_columns[static_cast<std::size_t>(section)].Header);
+    return QString::fromStdString(m_columns[static_cast<std::size_t>(section)].Header).trimmed();
   if (role == Qt::TextAlignmentRole) return alignment(section).toInt();
   return {};
 }

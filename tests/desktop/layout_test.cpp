@@ -155,14 +155,14 @@ TEST(Layout, TabWalksThroughACueWindowInTheOrderOfTheHand) {
     way.push_back(QApplication::focusWidget()->objectName());
     house.screen.key(Qt::Key_Tab);
   }
-  const QStringList wanted{"ListView2",
-                           "CueNum",
-                           "CueDown",
-                           "CueDelay",
-                           "CueUp",
-                           "CueDesc",
-                           "QListCombo",
-                           "QListNumberCombo",
+  const QStringList wanted{"ListView1",
+                           "CueNum1",
+                           "CueDown1",
+                           "CueDelay1",
+                           "CueUp1",
+                           "CueDesc1",
+                           "QListCombo1",
+                           "QListNumberCombo1",
                            "cmdRecord",
                            "cmdUpdate",
                            "cmdInsertCue",
@@ -187,7 +187,7 @@ TEST(Layout, TabWalksThroughACueWindowInTheOrderOfTheHand) {
 TEST(Layout, EnterInAFieldOfACueWindowIsNoGo) {
   DeskOnScreen house;
   house.open();
-  house.screen.click(named("XYQueueList/CueDesc"));
+  house.screen.click(named("XYQueueList/CueDesc1"));
   house.screen.key(Qt::Key_Return);
   EXPECT_FALSE(house.xy().State.Fading);
 }
