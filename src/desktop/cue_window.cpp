@@ -231,18 +231,26 @@ std::vector<std::vector<QPushButton*>> CueWindow::buttonRows() {
   }
 }
 
-/// "Dwn 5  Dly 1  Up 8"
-QHBoxLayout* CueWindow::timesOf(StatusLine& line) {
-  auto* times = new QHBoxLayout;
-  times->setSpacing(3);
-  const int twoDigits = widthOf("00");
-  for (const auto& [caption, value] :
-       {std::pair(&line.downCaption, &line.down), std::pair(&line.delayCaption, &line.delay),
-        std::pair(&line.upCaption, &line.up)}) {
-    value->setMinimumWidth(twoDigits);  // the lines stand below each other
-    times->addWidget(caption);
-    times->addWidget(value);
-    times->addSpacing(2);
+/// "Dwn 5  Dly 1  Up 8" for each line, below each other.
+QGridLayout* CueWindow::timesOf(std::initializer_list<StatusLine*> lines) {
+  constexpr int Each = 3;  // columns: caption, time, and what keeps it from the next
+  constexpr int Apart = 2;
+  auto* times = new QGridLayout;
+  times->setHorizontalSpacing(3);
+  times->setVerticalSpacing(0);
+  int row = 0;
+  for (StatusLine* line : lines) {
+    int column = 0;
+    for (const auto& [caption, value] :
+         {std::pair(&line->downCaption, &line->down), std::pair(&line->delayCaption, &line->delay),
+          std::pair(&line->upCaption, &line->up)}) {
+      times->addWidget(caption, row, column);
+      times->addWidget(value, row, column + 1);
+      times->setColumnMinimumWidth(column + 1, widthOf("00"));
+      times->setColumnMinimumWidth(column + 2, Apart);
+      column += Each;
+    }
+    times->setRowStretch(row++, 1);
   }
   return times;
 }
@@ -257,15 +265,14 @@ void CueWindow::layOutCompactStatus() {
     line->number.setMinimumWidth(widestStatusNumber());
     line->number.setFixedHeight(theme::sized(27, 46));
     line->number.setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    QHBoxLayout* times = timesOf(*line);
     button->setFixedSize(26, 24);
     grid->addWidget(&line->caption, row, 0);
     grid->addWidget(&line->number, row, 1);
     grid->addWidget(&line->desc, row, 2);
-    grid->addLayout(times, row, 3);
     grid->addWidget(button, row, 4);
     ++row;
   }
+  grid->addLayout(timesOf({&m_stage, &m_next}), 0, 3, 2, 1);
   grid->setColumnStretch(2, 1);
 
   auto* fading = new QHBoxLayout(&m_fadingGroup);
@@ -287,8 +294,8 @@ void CueWindow::layOutRoomyStatus() {
     line->number.setMinimumWidth(widestStatusNumber());
     line->number.setFixedHeight(theme::sized(27, 46));
     line->number.setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-    QHBoxLayout* times = timesOf(*line);
-    times->addStretch(1);
+    QGridLayout* times = timesOf({line});
+    times->setColumnStretch(times->columnCount(), 1);
     auto* words = new QVBoxLayout;
     words->setSpacing(2);
     words->addWidget(&line->desc);

@@ -6,6 +6,7 @@
 #include <QPushButton>
 #include <QWidget>
 #include <functional>
+#include <initializer_list>
 #include <vector>
 
 #include "desktop/binding.h"
@@ -62,7 +63,7 @@ class CueWindow : public QWidget {
   void dressButtons();
   void dressEditors(const QString& suffix);
   void bindControls();
-  [[nodiscard]] static QHBoxLayout* timesOf(StatusLine& line);
+  [[nodiscard]] static QGridLayout* timesOf(std::initializer_list<StatusLine*> lines);
   void layOutCompactStatus();
   void layOutRoomyStatus();
   void layOut();

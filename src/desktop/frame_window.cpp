@@ -160,8 +160,9 @@ void FrameWindow::addPlayer(const CueWindow::Names& names, std::unique_ptr<Queue
   m_children->add(window, place);
 }
 
-QPoint FrameWindow::ground() const {
-  return m_children->viewport()->mapToGlobal(QPoint(0, 0));
+QRect FrameWindow::ground() const {
+  const QWidget& ground = *m_children->viewport();
+  return {ground.mapToGlobal(QPoint(0, 0)), ground.size()};
 }
 
 std::vector<QRect> FrameWindow::lists() const {

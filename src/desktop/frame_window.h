@@ -33,7 +33,7 @@ class FrameWindow : public QMainWindow {
 
   // Where dialogs find room, in the screen's pixels:
 
-  [[nodiscard]] QPoint ground() const;  ///< the corner from which the places of child windows count
+  [[nodiscard]] QRect ground() const;  ///< of the child windows; their places count from its corner
   [[nodiscard]] std::vector<QRect> lists() const;  ///< the windows of the players that can be seen
 
  protected:

@@ -68,7 +68,7 @@ LoopDialog::LoopDialog(FrameWindow& frame, Face& face, frmLoop& form)
   // Tied last: the fields have their texts when the first one is marked.
   bindings().mirror([&form] { return std::pair(form.Window.Visible, placeOf(form.Window).topLeft()); },
                     [this](const std::pair<bool, QPoint>& look) {
-                      if (look.first) open(look.second);
+                      if (look.first) openAt(look.second);
                     });
 }
 
@@ -115,8 +115,8 @@ void LoopDialog::layOut() {
 // ---- Its place
 
 /// `wanted` counts from the corner of the frame's ground.
-void LoopDialog::open(QPoint wanted) {
-  standClear(m_frame.ground() + wanted);
+void LoopDialog::openAt(QPoint wanted) {
+  standClear(m_frame.ground().topLeft() + wanted);
   m_start.field.setFocus();
   m_start.field.selectAll();
 }
@@ -124,7 +124,7 @@ void LoopDialog::open(QPoint wanted) {
 /// Goes where it is wanted, or beside the nearest list, so that it covers none: the numbers of the cues are
 /// what is asked for here.
 void LoopDialog::standClear(QPoint wanted) {
-  const QRect room = m_frame.screen()->availableGeometry();
+  const QRect room = m_frame.ground() & m_frame.screen()->availableGeometry();
   const auto lists = m_frame.lists();
   const QSize size = frameGeometry().size();
   std::vector<QPoint> corners{wanted};

@@ -40,7 +40,7 @@ class LoopDialog : public FormDialog {
 
   void tie(const Tie& tie);
   void layOut();
-  void open(QPoint wanted);
+  void openAt(QPoint wanted);
   void standClear(QPoint wanted);
 
   FrameWindow& m_frame;

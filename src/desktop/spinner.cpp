@@ -39,7 +39,8 @@ bool Spinner::eventFilter(QObject* /*watched*/, QEvent* event) {
     case QEvent::KeyPress:
       return stepByKey(*static_cast<QKeyEvent*>(event));
     case QEvent::Wheel:
-      stepByWheel(static_cast<QWheelEvent*>(event)->angleDelta().y());
+      if (!isEnabled()) return false;
+      wheelEvent(static_cast<QWheelEvent*>(event));
       return true;
     default:
       return false;
@@ -62,7 +63,9 @@ bool Spinner::stepByKey(const QKeyEvent& key) {
 }
 
 /// Fine wheels and touch pads turn by less than a notch.
-void Spinner::stepByWheel(int angle) {
+void Spinner::wheelEvent(QWheelEvent* event) {
+  event->accept();
+  const int angle = event->angleDelta().y();
   if ((angle > 0) != (m_turned > 0)) m_turned = 0;
   m_turned += angle;
   while (m_turned >= QWheelEvent::DefaultDeltasPerStep) {

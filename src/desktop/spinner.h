@@ -29,6 +29,7 @@ class Spinner : public QWidget {
   void mousePressEvent(QMouseEvent* event) override;
   void mouseMoveEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
+  void wheelEvent(QWheelEvent* event) override;
   void leaveEvent(QEvent* event) override;
 
  private:
@@ -37,13 +38,12 @@ class Spinner : public QWidget {
   [[nodiscard]] Arrow arrowAt(QPointF point) const;
   void place();
   void step(bool up);
-  void stepByWheel(int angle);
   [[nodiscard]] bool stepByKey(const QKeyEvent& key);
   void repeat();
   void letGo();
 
   Field& m_field;
-  QTimer m_repeat;
+  QTimer m_repeat{this};
   Arrow m_under = Arrow::None;  ///< the mouse
   Arrow m_held = Arrow::None;
   int m_turned = 0;  ///< of the wheel, in eighths of a degree, short of a notch
