@@ -39,8 +39,9 @@ ChildWindow::ChildWindow(QWidget* content, Face& face, FindForm find, std::funct
 }
 
 void ChildWindow::show(const Look& look) {
+  const bool newToForm = !isVisible() || m_shown.identity != look.identity;
   obey(look);
-  noteGeometry();
+  if (newToForm) noteGeometry();
 }
 
 void ChildWindow::obey(const Look& look) {
