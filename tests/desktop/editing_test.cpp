@@ -250,9 +250,10 @@ TEST_F(Looping, WhateverIsDroppedOnTheDialogIsToldInABox) {
     cueSheet.setText("cue sheet");
     QWidget& field = named("frmLoop/txtLastCue");
     const QPoint place = field.mapTo(&dialog, field.rect().center());
-    QDragEnterEvent enter(place, Qt::MoveAction | Qt::CopyAction, &cueSheet, Qt::LeftButton, Qt::NoModifier);
+    QDragEnterEvent enter(place, Qt::MoveAction | Qt::CopyAction, &cueSheet, Qt::LeftButton,
+                          Qt::ShiftModifier);
     QApplication::sendEvent(dialog.windowHandle(), &enter);
-    QDropEvent drop(place, Qt::MoveAction | Qt::CopyAction, &cueSheet, Qt::LeftButton, Qt::NoModifier);
+    QDropEvent drop(place, Qt::MoveAction | Qt::CopyAction, &cueSheet, Qt::LeftButton, Qt::ShiftModifier);
     QApplication::sendEvent(dialog.windowHandle(), &drop);
     EXPECT_EQ(drop.dropAction(), Qt::CopyAction);
     screen.settle();
