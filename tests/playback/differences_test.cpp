@@ -36,18 +36,6 @@ std::string actionColours(const QueueList& player) {
          (player.cmdStop.Enabled ? "" : " off");
 }
 
-void armLoop(ScriptedDesk& desk, QueueList& player, const char* start, const char* last, const char* count) {
-  desk.house.onWait = [&] {
-    frmLoop& form = desk.house.desk.windows.Loop;
-    form.txtStartCue.setText(start);
-    form.txtLastCue.setText(last);
-    form.txtLoopCount.setText(count);
-    form.Command1.click();
-  };
-  player.cmdLoop.click();
-  desk.house.onWait = nullptr;
-}
-
 const std::vector<Difference>& differences() {
   static const std::vector<Difference> All = {
       {.name = "the caption",
@@ -114,8 +102,8 @@ const std::vector<Difference>& differences() {
       {.name = "the loop's icons when the pointer goes to the stage row",
        .steps =
            [](ScriptedDesk& desk, QueueList& player) {
-             desk.show.CurrentPlayer = player.Window.Caption == AB.Caption ? 1 : 2;
-             armLoop(desk, player, "2.00", "4.00", "2");
+             address(desk, player);
+             loop(desk, player, "2.00", "4.00", "2");
              player.AttachPointerToStageCue();
              return icons(player);
            },
@@ -182,8 +170,8 @@ const std::vector<Difference>& differences() {
       {.name = "the times of a loop's fade after it went back to its start",
        .steps =
            [](ScriptedDesk& desk, QueueList& player) {
-             desk.show.CurrentPlayer = player.Window.Caption == AB.Caption ? 1 : 2;
-             armLoop(desk, player, "2.00", "3.00", "2");
+             address(desk, player);
+             loop(desk, player, "2.00", "3.00", "2");
              player.cmdGoForward.click();
              desk.runTo(7100);  // 3>4 on row 3's time, 4>3 on row 3's as well, and then?
              return marks(player) + ", " + shown({player.State.UpSpan});
@@ -194,7 +182,7 @@ const std::vector<Difference>& differences() {
        .steps =
            [](ScriptedDesk& desk, QueueList& player) {
              desk.show.CurrentPlayer = 1;
-             armLoop(desk, player, "1.00", "2.00", "3");
+             loop(desk, player, "1.00", "2.00", "3");
              const auto& windows = desk.house.desk.windows;
              return shown({windows.ABQ->State.LoopCount, windows.XYQ->State.LoopCount});
            },

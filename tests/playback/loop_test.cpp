@@ -6,22 +6,6 @@
 namespace velgrove::test {
 namespace {
 
-/// Presses Loop and answers the dialog. The player is the one that is being addressed, as after its first
-/// edit.
-void loop(ScriptedDesk& desk, QueueList& player, const std::string& start, const std::string& last,
-          const std::string& count) {
-  desk.show.CurrentPlayer = &player == &desk.ab() ? 1 : 2;
-  frmLoop& form = desk.house.desk.windows.Loop;
-  desk.house.onWait = [&] {
-    form.txtStartCue.setText(start);
-    form.txtLastCue.setText(last);
-    form.txtLoopCount.setText(count);
-    form.Command1.click();
-  };
-  player.cmdLoop.click();
-  desk.house.onWait = nullptr;
-}
-
 /// Opens the dialog and closes it by its close box, when it has been looked at.
 void lookAtLoop(ScriptedDesk& desk, QueueList& player, const std::function<void(frmLoop&)>& look) {
   frmLoop& form = desk.house.desk.windows.Loop;
@@ -78,6 +62,7 @@ TEST(Loop, WalksItsRowsSoManyTimesAndStopsOnTheLast) {
     ScriptedDesk desk(rowsOfOneSecond(6));
     for (QueueList* player : {&desk.ab(), &desk.xy()}) {
       SCOPED_TRACE(player->Window.Caption + " " + c.start + " to " + c.last);
+      address(desk, *player);
       loop(desk, *player, c.start, c.last, c.count);
       const std::string fades = walk(desk, *player);
       if (c.fades == nullptr) {
