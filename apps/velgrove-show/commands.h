@@ -21,6 +21,7 @@ struct RunOptions {
 
 int printShow(const std::string& file, bool asJson);
 int makeShow(const std::string& jsonFile, const std::string& showFile);
+/// These two end by ScriptError where the script names what isn't there.
 int rehearse(const RunOptions& options);
 int play(const RunOptions& options);
 

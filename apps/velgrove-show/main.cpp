@@ -71,6 +71,9 @@ int run(int argc, char** argv) {
   try {
     app.parse(argc, argv);
     arguments.run.script = scriptOf(arguments.scriptFile);
+    if (*print) return printShow(arguments.run.show, arguments.asJson);
+    if (*make) return makeShow(arguments.json, arguments.out);
+    return *rehearsal ? rehearse(arguments.run) : play(arguments.run);
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? 0 : WrongUsage;
   } catch (const ScriptError& error) {
@@ -78,11 +81,6 @@ int run(int argc, char** argv) {
     complain((typed ? "standard input" : arguments.scriptFile) + ": " + error.what());
     return WrongUsage;
   }
-
-  if (*print) return printShow(arguments.run.show, arguments.asJson);
-  if (*make) return makeShow(arguments.json, arguments.out);
-  if (*rehearsal) return rehearse(arguments.run);
-  return play(arguments.run);
 }
 
 }  // namespace

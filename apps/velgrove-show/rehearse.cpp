@@ -81,7 +81,8 @@ class Rehearsal {
       .desk = m_house.desk,
       .input = [this](int channel, int level) { m_house.box.setInput(channel, level); },
       .trigger = [this](int count) { m_house.box.addTriggers(count); },
-      .note = [this](const std::string& what) { say(std::to_string(now()) + " note: " + what); }};
+      .note = [this](const std::string& what) { say(std::to_string(now()) + " note: " + what); },
+      .onWait = m_house.onWait};
   std::int64_t m_lastBusy = 0;
 };
 
