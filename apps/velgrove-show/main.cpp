@@ -65,6 +65,10 @@ int run(int argc, char** argv) {
   CLI::App* const rehearsal =
       runCommand(app, "rehearse",
                  "the whole desk on a clock moved by hand: one line for each frame on the wire", arguments);
+  rehearsal
+      ->add_option("--save", arguments.run.save,
+                   "write the show as it stands at the end; the version before stays as OUT.kel.bak")
+      ->type_name("OUT.kel");
   rehearsal->add_flag("--changes", arguments.run.changesOnly, "leave out a frame equal to the one before");
   runCommand(app, "play", "the desk on the real clock, with the interface that is attached", arguments);
 

@@ -25,12 +25,18 @@ class Rehearsal {
   int run() {
     if (!m_house.start(m_options.show)) return 1;
     perform();
-    return printedAll() ? 0 : 1;
+    const bool printed = printedAll();
+    return saved() && printed ? 0 : 1;
   }
 
  private:
   [[nodiscard]] std::int64_t now() const {
     return std::chrono::duration_cast<Milliseconds>(m_house.clock.now()).count();
+  }
+
+  [[nodiscard]] bool saved() const {
+    const ShowState& show = m_house.desk.show;
+    return !m_options.save || saveShow(*show.Projects.item(show.CurrentProjectIndex), *m_options.save);
   }
 
   BoxAnswer answer(const Box& box) {

@@ -123,6 +123,7 @@ class Usage(InAFolder):
                           ["rehearse"], ["rehearse", path, "-", "more"], ["rehearse", path, "--until"],
                           ["rehearse", path, "--until", "-1"], ["rehearse", path, "--until", "soon"],
                           ["rehearse", path, "--until", "1.5"], ["rehearse", path, "--until", "2147483648"],
+                          ["rehearse", path, "--save"], ["play", path, "--save", "out.kel"],
                           ["rehearse", path, self.path("missing")], ["rehearse", path, self.folder],
                           ["play"], ["play", path, "--changes"]):
             done = show_program(*arguments)
@@ -139,6 +140,7 @@ class Usage(InAFolder):
                      "none|fixtures|subs", "Exit code"):
             self.assertIn(word, done.output)
         self.assertIn("--until", show_program("play", "--help").output)
+        self.assertIn("--save OUT.kel", show_program("rehearse", "--help").output)
 
 
 class BadScripts(InAFolder):
