@@ -187,7 +187,7 @@ class QueueList {
   /// Columns of the list.
   enum CueColumn : std::size_t { NumberCell, DownCell, DelayCell, UpCell, DescCell, ListCell, TargetCell };
 
-  static constexpr int FewestRowsToStep = 3;
+  static constexpr int FewestRows = 3;
 
   /// Marks can stand beside the list, at 0 and -1: such a row is none and isn't looked up.
   [[nodiscard]] static bool isRow(int row) { return row >= 1; }

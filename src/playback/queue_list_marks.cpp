@@ -5,7 +5,7 @@
 namespace velgrove {
 
 void QueueList::cmdAdvanceStageCue_Click() {
-  if (!cmdAdvanceStageCue.Enabled || State.CueCount < FewestRowsToStep) return;
+  if (!cmdAdvanceStageCue.Enabled || State.CueCount < FewestRows) return;
   m_errors.steps(
       [&] {
         if (State.StageCue == State.CueCount) {  // round the end, past Blackout
@@ -31,7 +31,7 @@ void QueueList::cmdAdvanceStageCue_Click() {
 }
 
 void QueueList::cmdDecrementStageCue_Click() {
-  if (!cmdDecrementStageCue.Enabled || State.CueCount < FewestRowsToStep) return;
+  if (!cmdDecrementStageCue.Enabled || State.CueCount < FewestRows) return;
   m_errors.steps(
       [&] {
         cmdAdvanceStageCue.Enabled = true;
@@ -51,7 +51,7 @@ void QueueList::ResetStageCue() {
     m_show.XYLevels.fill(0);
     m_show.ABLevels.fill(0);
   }
-  if (State.CueCount < FewestRowsToStep) return;
+  if (State.CueCount < FewestRows) return;
   m_errors.steps(
       [&] {
         cmdAdvanceStageCue.Enabled = true;

@@ -73,21 +73,20 @@ const std::vector<Difference>& differences() {
            },
        .ab = "still",
        .xy = "fading"},
-      {.name = "the colours of Go and Stop after a Go and after its end",
+      {.name = "the colours of Go and Stop after a Go, after its end, and after the end of a resume",
        .steps =
            [](ScriptedDesk& desk, QueueList& player) {
-             player.cmdStop.click();
-             player.cmdGoForward.click();  // a resume, which colours in both
-             desk.runTo(1100);
-             player.cmdStop.click();
-             player.State.Paused = false;
              player.cmdGoForward.click();
              std::string seen = actionColours(player);
-             desk.runTo(8000);
+             desk.runTo(1100);
+             seen += ", " + actionColours(player);
+             player.cmdStop.click();
+             player.cmdGoForward.click();  // a resume, which colours in both
+             desk.runTo(9000);
              return seen + ", " + actionColours(player);
            },
-       .ab = "green grey off, green grey off",
-       .xy = "grey green, green grey off"},
+       .ab = "grey grey, grey grey, grey green",
+       .xy = "grey green, green grey off, green grey off"},
       {.name = "whose fade end gives the faders back",
        .steps =
            [](ScriptedDesk& desk, QueueList& player) {
@@ -181,13 +180,15 @@ const std::vector<Difference>& differences() {
       {.name = "whom the loop dialog asks for",
        .steps =
            [](ScriptedDesk& desk, QueueList& player) {
+             const auto& windows = desk.house.desk.windows;
              desk.show.CurrentPlayer = 1;
              loop(desk, player, "1.00", "2.00", "3");
-             const auto& windows = desk.house.desk.windows;
+             desk.show.CurrentPlayer = 2;
+             loop(desk, player, "1.00", "2.00", "4");
              return shown({windows.ABQ->State.LoopCount, windows.XYQ->State.LoopCount});
            },
-       .ab = "3 0",
-       .xy = "0 3"},
+       .ab = "3 4",
+       .xy = "0 4"},
       {.name = "whether showing a look blind switches Blind on",
        .steps =
            [](ScriptedDesk& desk, QueueList& player) {
@@ -199,13 +200,16 @@ const std::vector<Difference>& differences() {
       {.name = "whom a changed cue yields to",
        .steps =
            [](ScriptedDesk& desk, QueueList& player) {
-             desk.show.XYLevels.fill(20);
-             desk.show.ABLevels.fill(5);
-             player.ShowFixtureLevelsForSelectedCue(2, "changecue");  // channel 1 at 10
-             return std::to_string(player.levels()[0]);
+             const auto changed = [&](std::int16_t ab, std::int16_t xy) {
+               desk.show.ABLevels.fill(ab);
+               desk.show.XYLevels.fill(xy);
+               player.ShowFixtureLevelsForSelectedCue(2, "changecue");  // channel 1 at 10
+               return static_cast<int>(player.levels()[0]);
+             };
+             return shown({changed(5, 20), changed(20, 5)});
            },
-       .ab = "0",
-       .xy = "10"},
+       .ab = "0 10",
+       .xy = "10 0"},
       {.name = "the lists that a link can name, and the rows of the second one",
        .steps =
            [](ScriptedDesk& desk, QueueList& player) {
