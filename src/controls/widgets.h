@@ -97,8 +97,9 @@ class ComboBox {
     return m_index < 0 ? "" : m_items[static_cast<std::size_t>(m_index)];
   }
 
-  /// The operator's choice.
+  /// The operator's choice; one that isn't offered any more is none.
   void choose(int index) {
+    if (index < -1 || index >= static_cast<int>(m_items.size())) return;
     setListIndex(index);
     raise(Click);
   }

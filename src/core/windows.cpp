@@ -61,6 +61,8 @@ std::unique_ptr<QueueList> Windows::makePlayer(const PlayerTraits& traits) {
           .GetCurrentView = [this] { return currentView(); },
           .redrawLevel =
               [this](clsFixture& fixture) {
+                if (ActiveDocument == nullptr)
+                  throw RunTimeError(Fault::ObjectMissing, "no document is open");
                 ActiveDocument->DeleteTextOnShape(fixture);
                 ActiveDocument->DrawTextOnShape(fixture);
               },
@@ -111,6 +113,7 @@ void Windows::unloadPlayers() {
 
 void Windows::unloadPlayer(std::unique_ptr<QueueList>& player) {
   player->q_timer.setEnabled(false);
+  player->Window.Visible = player->Window.Loaded = false;
   retire(std::move(player));
 }
 

@@ -34,17 +34,23 @@ void frmLoop::ShowModal() {
 
 void frmLoop::Form_Load() {
   Window.Loaded = true;
-  m_machine.errors.run([&] {
-    const QueueList& edited = player();
-    const auto number = [&edited](float stored, int row) {
-      return stored != 0 ? formatCueNumber(stored) : edited.ListView2.text(row);
-    };
-    txtStartCue.setText(number(edited.State.LoopStartCue, 2));
-    txtLastCue.setText(number(edited.State.LoopLastCue, 3));
-    txtLoopCount.setText(edited.State.LoopCount != 0 ? formatWhole(edited.State.LoopCount) : "1");
-    Window.Left = edited.Window.Left - LeftOfPlayer;
-    Window.Top = edited.Window.Top + edited.Window.Height + BelowPlayer;
-  });
+  txtStartCue.setText("1.0");
+  txtLastCue.setText("2.0");
+  txtLoopCount.setText("");
+  const auto number = [this](float stored, int row) {
+    return stored != 0 ? formatCueNumber(stored) : player().ListView2.text(row);
+  };
+  m_machine.errors.steps([&] { txtStartCue.setText(number(player().State.LoopStartCue, 2)); },
+                         [&] { txtLastCue.setText(number(player().State.LoopLastCue, 3)); },
+                         [&] {
+                           const int count = player().State.LoopCount;
+                           txtLoopCount.setText(count != 0 ? formatWhole(count) : "1");
+                         },
+                         [&] {
+                           const Form& edited = player().Window;
+                           Window.Left = edited.Left - LeftOfPlayer;
+                           Window.Top = edited.Top + edited.Height + BelowPlayer;
+                         });
 }
 
 void frmLoop::Command1_Click() {

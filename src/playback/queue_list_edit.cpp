@@ -63,7 +63,6 @@ std::shared_ptr<clsQueueEntry> QueueList::cueOfEditors(float number) const {
 
 void QueueList::cmdRecord_Click() {
   std::shared_ptr<clsQueueEntry> cue;
-  std::string nameOfLast;
   m_errors.steps(
       [&] {
         if (m_traits.RecordTakesDefaults) writeDefaultTimes();
@@ -138,10 +137,10 @@ void QueueList::cmdUpdate_Click() {
     writeEditedCells(State.PointerCue);
     repaintRows();
     updateMarkHeaders();
-    clsQueueEntry& cue = *entryByKey(toCueNumber(number));
-    takeEditors(cue);
-    cue.EntryQueueList = m_traits.Mark;
-    cue.Values = m_show.BlindOn ? m_show.BlindLevels : levelsOnPlot();
+    const auto cue = entryByKey(toCueNumber(number));
+    takeEditors(*cue);
+    cue->EntryQueueList = m_traits.Mark;
+    cue->Values = m_show.BlindOn ? m_show.BlindLevels : levelsOnPlot();
     updated = true;
   });
   if (!updated) return;
@@ -262,6 +261,7 @@ void QueueList::cmdCopy_Click() {
   m_errors.steps(
       [&] {
         const auto cue = searchRow(State.PointerCue);
+        if (cue == nullptr) throw RunTimeError(Fault::ObjectMissing, "no cue is selected");
         const float number = toCueNumber(CueNum.text());
         takeEditors(*cue);
         cue->EntryNum = number;
@@ -287,8 +287,9 @@ void QueueList::cmdPaste_Click() {
         CueDesc.setText(State.CopiedDesc);
       },
       [&] {
-        forEachFixture(
-            [&](clsFixture& fixture) { fixture.Level = State.CopiedLevels[channelIndex(fixture.Channel)]; });
+        forEachFixture([&](clsFixture& fixture) {
+          if (isPatched(fixture)) fixture.Level = State.CopiedLevels[channelIndex(fixture.Channel)];
+        });
       },
       [&] { cmdUpdate_Click(); });
   m_show.ProjectDirty = true;

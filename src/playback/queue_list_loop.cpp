@@ -16,8 +16,9 @@ void QueueList::cmdLoop_Click() {
                           .title = "Loop Function not Ready"});
     return;
   }
-  m_errors.steps([&] { m_wiring.configureLoop(); }, [&] { State.LoopSkipAdvance = true; },
-                 [&] { findLoopRows(); }, [&] { markLoopRows(); },
+  m_errors.run([&] { m_wiring.configureLoop(); });
+  if (!Window.Loaded) return;  // the show was closed under the dialog
+  m_errors.steps([&] { State.LoopSkipAdvance = true; }, [&] { findLoopRows(); }, [&] { markLoopRows(); },
                  [&] {
                    State.StageCue = State.LoopStartRow;
                    State.NextCue = narrow<std::int16_t>(State.StageCue + 1);
@@ -54,8 +55,7 @@ bool QueueList::ProcessLoop() {
     m_errors.steps(
         [&] {
           const bool ofStage = m_traits.LoopTimesRow == PlayerTraits::LoopTimes::OfStageRow;
-          const int row = ofStage ? State.StageCue : State.NextCue - 1;
-          if (isRow(row)) takeTimes(*searchRow(row));
+          takeTimes(entryOfRow(ofStage ? State.StageCue : State.NextCue - 1).get());
         },
         [&] { buildTimeline(State, m_machine.timeGetTime()); }, [&] { takeLoopStep(); });
     UpdateListView();

@@ -1,5 +1,7 @@
 // Marks and modes of a player: which cue is on stage, which comes next, and what Live and Blind show.
 
+#include <algorithm>
+
 #include "playback/queue_list.h"
 
 namespace velgrove {
@@ -38,7 +40,7 @@ void QueueList::cmdDecrementStageCue_Click() {
         if (State.StageCue == 1) {
           cmdDecrementStageCue.Enabled = false;
         } else {
-          --State.StageCue;
+          State.StageCue = std::max<std::int16_t>(State.StageCue - 1, 1);  // back from beside the list, too
           State.NextCue = narrow<std::int16_t>(State.StageCue + 1);
           cmdGoForward.Enabled = true;
         }
