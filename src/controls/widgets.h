@@ -96,7 +96,8 @@ class ComboBox {
     if (index < -1 || index >= static_cast<int>(m_items.size()))
       throw RunTimeError(Fault::Subscript, "no item " + std::to_string(index) + " to choose");
     m_index = index;
-    if (std::exchange(m_ownText, "") != "") ++m_revision;
+    if (!m_ownText.empty()) ++m_revision;
+    m_ownText.clear();
   }
   [[nodiscard]] std::string text() const {
     return m_index < 0 ? m_ownText : m_items[static_cast<std::size_t>(m_index)];

@@ -36,7 +36,7 @@ struct Desk : ScriptedDesk {
   std::string walk(int interval, int ticks) {
     std::string seen;
     for (int tick = 1; tick <= ticks; ++tick) {
-      runTo(interval * tick);
+      runTo(std::int64_t{interval} * tick);
       for (const int channel : lit()) seen += std::to_string(channel);
       seen += '.';
     }
@@ -147,6 +147,17 @@ TEST(EffectsList, IsLostWithItsWindowAndTheNextOneBeginsAsTheFirstDid) {
   EXPECT_THAT(desk.lit(), ElementsAre(5));
   desk.tool("ID_Effects");
   EXPECT_EQ(desk.effects.ListViewEffects.count(), 1) << "showing a window that is loaded leaves its list";
+}
+
+TEST(EffectsList, GoesWithTheDeskAndNoTouchBringsItBack) {
+  Desk desk;
+  desk.run("1", "9", "110", "1");
+  desk.show.ProjectDirty = false;
+  desk.expectBox("exiting frmMain unload");
+  desk.tool("mnuFileExit");
+  EXPECT_FALSE(desk.effects.ChaseTimer.enabled());
+  desk.effects.load();
+  EXPECT_FALSE(desk.effects.Window.Loaded);
 }
 
 // ---- What starts a chase
