@@ -22,6 +22,11 @@ inline void raise(const Event& event) {
   if (event) event();
 }
 
+/// Takes a new value; whether it really is one.
+inline bool takeNew(int& value, int now) {
+  return std::exchange(value, now) != now;
+}
+
 struct Label {
   std::string Caption;
   Colour ForeColour = 0;
@@ -148,7 +153,7 @@ class Slider {
   }
 
  private:
-  bool take(int value) { return std::exchange(m_value, std::clamp(value, m_min, m_max)) != m_value; }
+  bool take(int value) { return takeNew(m_value, std::clamp(value, m_min, m_max)); }
 
   int m_min;
   int m_max;
@@ -169,7 +174,7 @@ class UpDown {
   [[nodiscard]] int value() const { return m_value; }
   void setMax(int max) { m_max = max; }
   void setValue(int value) {
-    if (std::exchange(m_value, std::clamp(value, m_min, m_max)) != m_value) raise(Change);
+    if (takeNew(m_value, std::clamp(value, m_min, m_max))) raise(Change);
   }
   void up() { step(1, UpClick); }
   void down() { step(-1, DownClick); }
@@ -177,9 +182,10 @@ class UpDown {
  private:
   void step(int by, const Event& click) {
     readBuddy();
-    const int before = std::exchange(m_value, std::clamp(m_value + by, m_min, m_max));
-    if (Buddy != nullptr) Buddy->setText(std::to_string(m_value));
-    if (m_value != before) raise(Change);
+    if (takeNew(m_value, std::clamp(m_value + by, m_min, m_max))) {
+      if (Buddy != nullptr) Buddy->setText(std::to_string(m_value));
+      raise(Change);
+    }
     raise(click);
   }
 

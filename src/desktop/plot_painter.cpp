@@ -157,7 +157,8 @@ void PlotPainter::paint(QPainter& painter, const PlotPicture& plot, const View& 
 
 /// Bodies and texts are kept for one scale only: a zoom draws them anew.
 void PlotPainter::forgetOtherScales(const View& view) {
-  if (std::exchange(m_keptAt, view.pixelsPerUnit * view.ratio) != m_keptAt) m_kept.clear();
+  const double at = view.pixelsPerUnit * view.ratio;
+  if (std::exchange(m_keptAt, at) != at) m_kept.clear();
 }
 
 bool PlotPainter::isSeen(const Shape& shape, const View& view, const QRectF& area) {

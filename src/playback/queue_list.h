@@ -187,7 +187,10 @@ class QueueList {
   /// Columns of the list.
   enum CueColumn : std::size_t { NumberCell, DownCell, DelayCell, UpCell, DescCell, ListCell, TargetCell };
 
-  static constexpr int FewestRowsToStep = 3;
+  static constexpr int FewestRows = 3;
+
+  /// Marks can stand beside the list, at 0 and -1: such a row is none and isn't looked up.
+  [[nodiscard]] static bool isRow(int row) { return row >= 1; }
 
   void setUpButtons();
   void tieEditors();
@@ -211,6 +214,7 @@ class QueueList {
   void endFade();
   void startTimer(bool reverse);
   void takeTimes(const clsQueueEntry& entry);
+  void keepTimes();
   void showOnStage(int row, bool yields);
   void showBlind(int row);
   void takeLoopStep();

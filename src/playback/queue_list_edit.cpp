@@ -133,22 +133,17 @@ void QueueList::writeEditedCells(int row) {
 void QueueList::cmdUpdate_Click() {
   const std::string number = CueNum.text();  // as typed: the panels write the row's own over it
   bool updated = false;
-  m_errors.steps(
-      [&] {
-        if (number != ListView2.text(State.PointerCue)) State.PointerCue = State.StageCue;
-      },
-      [&] {
-        writeEditedCells(State.PointerCue);
-        repaintRows();
-        updateMarkHeaders();
-      },
-      [&] {
-        clsQueueEntry& cue = *entryByKey(toCueNumber(number));
-        takeEditors(cue);
-        cue.EntryQueueList = m_traits.Mark;
-        cue.Values = m_show.BlindOn ? m_show.BlindLevels : levelsOnPlot();
-        updated = true;
-      });
+  m_errors.run([&] {
+    if (number != ListView2.text(State.PointerCue)) State.PointerCue = State.StageCue;
+    writeEditedCells(State.PointerCue);
+    repaintRows();
+    updateMarkHeaders();
+    clsQueueEntry& cue = *entryByKey(toCueNumber(number));
+    takeEditors(cue);
+    cue.EntryQueueList = m_traits.Mark;
+    cue.Values = m_show.BlindOn ? m_show.BlindLevels : levelsOnPlot();
+    updated = true;
+  });
   if (!updated) return;
   m_show.ProjectDirty = true;
   const bool onStage = !m_show.BlindOn && !m_show.LiveOn;
@@ -248,7 +243,7 @@ void QueueList::closeRanks() {
     return;
   }
   for (int row = 1; row <= ListView2.count(); ++row) ListView2.setIcon(row, 0);
-  ListView2.setIcon(State.StageCue, PointerIcon);
+  if (isRow(State.StageCue)) ListView2.setIcon(State.StageCue, PointerIcon);
   State.PointerCue = State.StageCue;
   UpdateHeader("stage", State.StageCue);
   UpdateHeader("next", State.NextCue);
@@ -277,7 +272,7 @@ void QueueList::cmdCopy_Click() {
       },
       [&] {
         forEachFixture([&](const clsFixture& fixture) {
-          State.CopiedLevels[channelIndex(fixture.Channel)] = fixture.Level;
+          if (isPatched(fixture)) State.CopiedLevels[channelIndex(fixture.Channel)] = fixture.Level;
         });
       });
 }

@@ -17,16 +17,19 @@ void QueueList::cmdGoForward_Click() {
   if (!cmdGoForward.Enabled) return;
 
   if (m_traits.GoColoursButtons) SetActionButtons(false, true);
-  m_errors.steps([&] { takeTimes(*searchRow(State.StageCue)); },
-                 [&] {
-                   const auto next = searchRow(State.NextCue);
-                   State.MasterGoList = next->QueueListMasterGo;
-                   State.MasterGoNumber = next->QueueNumberMasterGo.value_or("");
-                 },
-                 [&] {
-                   if (State.FadeUp == 0 && State.FadeDown == 0)
-                     ShowFixtureLevelsForSelectedCue(State.NextCue, "live");
-                 });
+  m_errors.steps(
+      [&] {
+        // A stage on no row (a loop was cleared, or a link went to row 1) leaves the times of the last fade.
+        if (isRow(State.StageCue)) takeTimes(*searchRow(State.StageCue));
+      },
+      [&] {
+        const auto next = searchRow(State.NextCue);
+        State.MasterGoList = next->QueueListMasterGo;
+        State.MasterGoNumber = next->QueueNumberMasterGo.value_or("");
+      },
+      [&] {
+        if (State.FadeUp == 0 && State.FadeDown == 0) ShowFixtureLevelsForSelectedCue(State.NextCue, "live");
+      });
   m_show.XYEndsManualClear = true;
   m_show.ABEndsManualClear = true;
   // Copies: the link can come back to this list and take the next cue's link there.
@@ -53,6 +56,14 @@ void QueueList::takeTimes(const clsQueueEntry& entry) {
   State.FadeDelay = entry.Delay;
 }
 
+/// The times of the fade that was stopped, in milliseconds, for a stage that stands on no row.
+void QueueList::keepTimes() {
+  State.FadeUp = State.UpSpan;
+  State.FadeDown = State.DownSpan;
+  State.FadeDelay =
+      narrow<std::int32_t>(std::int64_t{State.UpStartTime} - State.DownEndTime + State.DownSpan);
+}
+
 void QueueList::cmdStop_Click() {
   State.RestAtStop = restOfFade();
   SetActionButtons(true, false);
@@ -75,6 +86,7 @@ void QueueList::cmdForward_Click() {
   const std::int32_t now = m_machine.timeGetTime();
   m_errors.steps(
       [&] {
+        if (!isRow(State.StageCue)) return keepTimes();
         takeTimes(*searchRow(State.StageCue));
         constexpr double MsPerSecond = 1000;
         State.FadeUp *= MsPerSecond;

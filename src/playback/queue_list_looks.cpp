@@ -5,12 +5,15 @@
 namespace velgrove {
 
 /// Resolves both looks over the fixtures of the current view, once for a whole fade. A cue that isn't found
-/// leaves its look dark.
+/// leaves its look dark, and so does a mark that stands on no row.
 void QueueList::SetupCrossFade() {
   std::shared_ptr<clsQueueEntry> stage;
   std::shared_ptr<clsQueueEntry> next;
-  m_errors.steps([&] { stage = entryByKey(numberOfRow(State.StageCue)); },
-                 [&] { next = entryByKey(numberOfRow(State.NextCue)); });
+  m_errors.steps(
+      [&] {
+        if (isRow(State.StageCue)) stage = entryByKey(numberOfRow(State.StageCue));
+      },
+      [&] { next = entryByKey(numberOfRow(State.NextCue)); });
   State.NextLookLevel = 0;
   State.CurrentLookLevel = 0;
   State.CurrentLook.fill(0);
@@ -31,7 +34,7 @@ void QueueList::ShowFixtureLevelsForSelectedCue(int row, const std::string& mode
 /// A look that comes at once. A cue that isn't found leaves the stage dark.
 void QueueList::showOnStage(int row, bool yields) {
   std::shared_ptr<clsQueueEntry> entry;
-  m_errors.run([&] { entry = searchRow(row); });
+  if (isRow(row)) m_errors.run([&] { entry = searchRow(row); });
   levels().fill(0);
   if (entry == nullptr) return;
   const auto& others = m_show.*m_traits.OtherLevels;

@@ -11,7 +11,7 @@ namespace velgrove {
 /// leaves the stage on row 0, and the next fade end or stage button brings the marks back.
 void QueueList::cmdLoop_Click() {
   if (m_traits.LoopSetsPlayer) m_show.CurrentPlayer = m_traits.Player;
-  if (State.CueCount < FewestRowsToStep) {
+  if (ListView2.count() < FewestRows) {
     m_machine.boxes.show({.text = "There must be more Queues to loop in order to use this function.",
                           .title = "Loop Function not Ready"});
     return;
@@ -54,7 +54,8 @@ bool QueueList::ProcessLoop() {
     m_errors.steps(
         [&] {
           const bool ofStage = m_traits.LoopTimesRow == PlayerTraits::LoopTimes::OfStageRow;
-          takeTimes(*searchRow(ofStage ? State.StageCue : State.NextCue - 1));
+          const int row = ofStage ? State.StageCue : State.NextCue - 1;
+          if (isRow(row)) takeTimes(*searchRow(row));
         },
         [&] { buildTimeline(State, m_machine.timeGetTime()); }, [&] { takeLoopStep(); });
     UpdateListView();

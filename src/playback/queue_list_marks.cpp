@@ -5,7 +5,7 @@
 namespace velgrove {
 
 void QueueList::cmdAdvanceStageCue_Click() {
-  if (!cmdAdvanceStageCue.Enabled || State.CueCount < FewestRowsToStep) return;
+  if (!cmdAdvanceStageCue.Enabled || State.CueCount < FewestRows) return;
   m_errors.steps(
       [&] {
         if (State.StageCue == State.CueCount) {  // round the end, past Blackout
@@ -31,7 +31,7 @@ void QueueList::cmdAdvanceStageCue_Click() {
 }
 
 void QueueList::cmdDecrementStageCue_Click() {
-  if (!cmdDecrementStageCue.Enabled || State.CueCount < FewestRowsToStep) return;
+  if (!cmdDecrementStageCue.Enabled || State.CueCount < FewestRows) return;
   m_errors.steps(
       [&] {
         cmdAdvanceStageCue.Enabled = true;
@@ -51,7 +51,7 @@ void QueueList::ResetStageCue() {
     m_show.XYLevels.fill(0);
     m_show.ABLevels.fill(0);
   }
-  if (State.CueCount < FewestRowsToStep) return;
+  if (State.CueCount < FewestRows) return;
   m_errors.steps(
       [&] {
         cmdAdvanceStageCue.Enabled = true;
@@ -86,9 +86,14 @@ void QueueList::jumpToStageCue() {
 
 /// Moves the pointer and its icon to a row; all other icons stay.
 void QueueList::movePointer(int row) {
-  m_errors.steps([&] { ListView2.setIcon(State.PointerCue, 0); },
-                 [&] { ListView2.setIcon(row, PointerIcon); },
-                 [&] { State.PointerCue = narrow<std::int16_t>(row); });
+  m_errors.steps(
+      [&] {
+        if (isRow(State.PointerCue)) ListView2.setIcon(State.PointerCue, 0);
+      },
+      [&] {
+        if (isRow(row)) ListView2.setIcon(row, PointerIcon);
+      },
+      [&] { State.PointerCue = narrow<std::int16_t>(row); });
 }
 
 void QueueList::cmdMakeStageCue_Click() {

@@ -134,8 +134,10 @@ void QueueList::AttachPointerToStageCue() {
           if (!m_traits.AttachKeepsLoopMarks || ListView2.row(row).SmallIcon == PointerIcon)
             ListView2.setIcon(row, 0);
       },
-      [&] { ListView2.setIcon(State.StageCue, PointerIcon); }, [&] { State.PointerCue = State.StageCue; },
-      [&] { repaintRows(); });
+      [&] {
+        if (isRow(State.StageCue)) ListView2.setIcon(State.StageCue, PointerIcon);
+      },
+      [&] { State.PointerCue = State.StageCue; }, [&] { repaintRows(); });
 }
 
 }  // namespace velgrove

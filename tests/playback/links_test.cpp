@@ -89,35 +89,5 @@ TEST(Trigger, EachByteIsAGoOfXY) {
   EXPECT_FALSE(desk.show.GoFromInput);
 }
 
-TEST(Loop, WalksItsRowsAndStopsOnTheLast) {
-  ShowMaker maker;
-  for (int n = 1; n <= 4; ++n)
-    maker.xy.push_back({.number = static_cast<float>(n), .up = 1, .down = 1, .look = {{1, 10 * n}}});
-  maker.ab = maker.xy;
-  ScriptedDesk desk(maker);
-  for (QueueList* player : {&desk.ab(), &desk.xy()}) {
-    auto& state = player->State;
-    state.LoopStartRow = 2;
-    state.LoopLastRow = 4;
-    state.LoopCount = 2;
-    state.LoopSkipAdvance = true;
-    state.StageCue = 2;
-    state.NextCue = 3;
-    std::string walk;
-    const auto start = std::chrono::duration_cast<Milliseconds>(desk.house.clock.now()).count();
-    player->cmdGoForward.click();
-    for (int ms = 30; state.Fading && ms < 20000; ms += 30) {
-      const auto from = state.StageCue;
-      const auto to = state.NextCue;
-      desk.runTo(start + ms);
-      if (state.StageCue != from) walk += std::to_string(from) + ">" + std::to_string(to) + " ";
-    }
-    EXPECT_EQ(walk, "2>3 3>4 4>2 2>3 3>4 ") << player->Window.Caption;
-    EXPECT_EQ(state.StageCue, 4);
-    EXPECT_EQ(state.NextCue, 5);
-    EXPECT_FALSE(state.LoopSkipAdvance);
-  }
-}
-
 }  // namespace
 }  // namespace velgrove::test

@@ -70,4 +70,23 @@ inline void click(QueueList& player, int row) {
   player.ListView2_MouseUp(row);
 }
 
+/// Presses a player's Loop button and answers the dialog, which asks for the list that is being addressed.
+inline void loop(ScriptedDesk& desk, QueueList& player, const std::string& start, const std::string& last,
+                 const std::string& count) {
+  frmLoop& form = desk.house.desk.windows.Loop;
+  desk.house.onWait = [&] {
+    form.txtStartCue.setText(start);
+    form.txtLastCue.setText(last);
+    form.txtLoopCount.setText(count);
+    form.Command1.click();
+  };
+  player.cmdLoop.click();
+  desk.house.onWait = nullptr;
+}
+
+/// Makes a player's list the one that is being addressed.
+inline void address(ScriptedDesk& desk, const QueueList& player) {
+  desk.show.CurrentPlayer = &player == &desk.ab() ? 1 : 2;
+}
+
 }  // namespace velgrove::test
