@@ -168,10 +168,7 @@ std::vector<OpenForm> Windows::openForms() {
       open.push_back({.form = &(*player)->Window, .unload = [this, player] { unloadPlayer(*player); }});
   note(Loop.Window, [this] { Loop.Unload(); });
   note(ConfirmPaste.Window, [this] { ConfirmPaste.Unload(); });
-  note(Effects.Window, [this] {
-    Effects.ChaseTimer.setEnabled(false);
-    Effects.Window.Visible = Effects.Window.Loaded = false;
-  });
+  note(Effects.Window, [this] { Effects.Unload(); });
   return open;
 }
 
@@ -180,6 +177,7 @@ void Windows::endRepaints() const {
 }
 
 void Windows::startEffect(const std::string& number) {
+  Effects.load();
   if (m_show.GoFromInput) Effects.Window.WindowState = WindowState::Minimised;
   Effects.doEffect(number);
 }

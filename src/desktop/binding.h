@@ -2,6 +2,7 @@
 
 #include <QAbstractButton>
 #include <QComboBox>
+#include <QGroupBox>
 #include <QLabel>
 #include <functional>
 #include <memory>
@@ -63,6 +64,8 @@ class Bindings {
   /// and not while an input method composes.
   void bind(Field* field, const Find<TextBox>& find);
   void bind(QComboBox* combo, const Find<ComboBox>& find);
+  /// Caption and state; a disabled group takes the hand from all that stands in it.
+  void bind(QGroupBox* group, const Find<Frame>& find);
 
  private:
   Face& m_face;

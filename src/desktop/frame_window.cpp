@@ -6,6 +6,7 @@
 #include <QScrollArea>
 #include <QVBoxLayout>
 
+#include "desktop/effects_window.h"
 #include "desktop/theme.h"
 
 namespace velgrove {
@@ -72,6 +73,7 @@ void FrameWindow::build() {
 
   addPlayer("XYQueueList", &Windows::XYQ, ChildArea::Place::UpperList);
   addPlayer("ABQueueList", &Windows::ABQ, ChildArea::Place::LowerList);
+  addEffects();
   connect(m_children, &QMdiArea::subWindowActivated, this, &FrameWindow::onActivated);
 }
 
@@ -168,6 +170,15 @@ void FrameWindow::addPlayer(const QString& name, std::unique_ptr<QueueList> Wind
       });
   window->hide();
   m_children->add(window, place);
+}
+
+void FrameWindow::addEffects() {
+  EffectsQueue& effects = m_desk.windows.Effects;
+  auto* window = new ChildWindow(
+      new EffectsWindow(m_face, effects), m_face, [&effects] { return &effects.Window; },
+      [&effects] { effects.Unload(); });
+  window->hide();
+  m_children->add(window, ChildArea::Place::Floating);
 }
 
 // ---- Documents come and go

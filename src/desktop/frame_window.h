@@ -57,6 +57,7 @@ class FrameWindow : public QMainWindow {
   void bindFrame();
   void bindRequests();
   void addPlayer(const QString& name, std::unique_ptr<QueueList> Windows::*player, ChildArea::Place place);
+  void addEffects();
   void showDocuments(const std::vector<unsigned>& identities);
   void addDocument(unsigned identity);
   [[nodiscard]] frmDocument* documentOf(unsigned identity) const;

@@ -103,6 +103,7 @@ TEST(Layout, NothingIsCutOffInTheFrameOrItsDialogs) {
       house.desk.About.Form_Load();
     });
     for (int cue = 0; cue < 11; ++cue) house.screen.click(named("band/ID_QPlus"));
+    house.screen.click(named("band/ID_Effects"));
     for (const char* window : {"frmMain", "VelgroveComm", "frmAbout"}) expectNothingCutOff(named(window));
     house.runTo(500);
     house.screen.whenAsked([&] {

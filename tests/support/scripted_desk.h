@@ -36,6 +36,7 @@ class ScriptedDesk {
   ShowState& show = house.desk.show;
   Frame last{};
   int frames = 0;
+  BoxAnswer toQuestions = BoxAnswer::Yes;
 
   void expectBox(std::string text) { m_expected.push_back(std::move(text)); }
   void expectSystemError() { expectBox("Application may close, Would you like to continue?"); }
@@ -56,7 +57,7 @@ class ScriptedDesk {
     else
       m_expected.pop_front();
     if (box.buttons == BoxButtons::AbortRetryIgnore) return BoxAnswer::Ignore;
-    return box.buttons == BoxButtons::YesNo ? BoxAnswer::Yes : BoxAnswer::Ok;
+    return box.buttons == BoxButtons::YesNo ? toQuestions : BoxAnswer::Ok;
   }
 
   std::string m_file;
