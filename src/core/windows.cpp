@@ -113,7 +113,7 @@ void Windows::unloadPlayers() {
 
 void Windows::unloadPlayer(std::unique_ptr<QueueList>& player) {
   player->q_timer.setEnabled(false);
-  player->Window.Visible = player->Window.Loaded = false;
+  player->Window.Unload();
   retire(std::move(player));
 }
 
@@ -156,7 +156,7 @@ std::vector<OpenForm> Windows::openForms() {
   const auto note = [&open](Form& form, std::function<void()> unload) {
     if (form.Loaded || form.Visible) open.push_back({.form = &form, .unload = std::move(unload)});
   };
-  note(Comm.Window, [this] { Comm.Window.Visible = Comm.Window.Loaded = false; });
+  note(Comm.Window, [this] { Comm.Window.Unload(); });
   for (const auto& document : Documents)
     open.push_back({.form = &document->Window, .unload = [this, form = document.get()] {
                       DocumentForm = form;

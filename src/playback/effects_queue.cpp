@@ -67,7 +67,7 @@ void EffectsQueue::Form_Load() {
 }
 
 void EffectsQueue::Unload() {
-  Window.Visible = Window.Loaded = false;
+  Window.Unload();
   Window.WindowState = WindowState::Normal;
   setDesign();
 }

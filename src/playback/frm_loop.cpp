@@ -27,9 +27,7 @@ QueueList& frmLoop::player() const {
 
 void frmLoop::ShowModal() {
   Form_Load();
-  Window.Modal = true;
-  Window.Show();
-  m_machine.waitUntil([this] { return !Window.Visible; });
+  m_machine.showModal(Window);
 }
 
 void frmLoop::Form_Load() {
@@ -84,7 +82,7 @@ void frmLoop::Form_OLEDragDrop() {
 }
 
 void frmLoop::Unload() {
-  Window.Visible = Window.Loaded = false;
+  Window.Unload();
 }
 
 }  // namespace velgrove
