@@ -47,9 +47,19 @@ const char* stateOf(const QString& role, Colour back) {
   return "";
 }
 
+/// A button that goes dark under the focus gives it back to where its window begins: the next button in the
+/// way of the focus may be one that nobody meant to press.
+void leave(const QAbstractButton& button) {
+  if (!button.hasFocus()) return;
+  const QWidget* above = button.parentWidget();
+  while (above != nullptr && above->focusProxy() == nullptr) above = above->parentWidget();
+  if (above != nullptr) above->focusProxy()->setFocus();
+}
+
 void show(QAbstractButton& button, const ButtonLook& look) {
   if (!look.caption.empty()) button.setText(text(look.caption));
   if (!look.tip.empty()) button.setToolTip(text(look.tip));
+  if (!look.enabled) leave(button);
   button.setEnabled(look.enabled);
   const QString role = button.property("role").toString();
   if (role == "key") theme::setState(&button, "key", theme::keyOf(look.back));
@@ -170,6 +180,22 @@ void Bindings::bind(Field* field, const Find<TextBox>& find) {
     m_face.deliver([find, underway, typed = shown->text] {
       --*underway;
       if (TextBox* control = find()) control->setText(typed);
+    });
+  });
+  QObject::connect(field, &Field::enterCameUp, field, [this, find] {
+    m_face.deliver([find] {
+      constexpr int EnterKey = 13;
+      const TextBox* control = find();
+      if (control != nullptr && control->KeyUp) control->KeyUp(EnterKey);
+    });
+  });
+}
+
+void Bindings::bind(Spinner* spinner, const Find<UpDown>& find) {
+  QObject::connect(spinner, &Spinner::stepped, spinner, [this, find](bool up) {
+    m_face.deliver([find, up] {
+      UpDown* control = find();
+      if (control != nullptr) up ? control->up() : control->down();
     });
   });
 }

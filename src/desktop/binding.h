@@ -12,6 +12,7 @@
 #include "controls/face.h"
 #include "controls/widgets.h"
 #include "desktop/field.h"
+#include "desktop/spinner.h"
 
 namespace velgrove {
 
@@ -61,8 +62,10 @@ class Bindings {
   /// Caption, tip and state; a click goes to the control.
   void bind(QAbstractButton* button, const Find<Button>& find);
   /// The text both ways. What the hand types goes to the control; the desk's text comes with the caret kept,
-  /// and not while an input method composes.
+  /// and not while an input method composes. An Enter that comes up is told behind the text.
   void bind(Field* field, const Find<TextBox>& find);
+  /// Its steps go to the control; it has nothing to show.
+  void bind(Spinner* spinner, const Find<UpDown>& find);
   void bind(QComboBox* combo, const Find<ComboBox>& find);
   /// Caption and state; a disabled group takes the hand from all that stands in it.
   void bind(QGroupBox* group, const Find<Frame>& find);

@@ -5,6 +5,8 @@
 #include <QScopedValueRollback>
 #include <QWindowStateChangeEvent>
 
+#include "desktop/twips.h"
+
 namespace velgrove {
 namespace {
 
@@ -30,12 +32,18 @@ ChildWindow::ChildWindow(QWidget* content, Face& face, FindForm find, std::funct
                 .visible = form->Visible,
                 .enabled = form->Enabled,
                 .state = form->WindowState,
+                .place = placeOf(*form),
                 .fronts = form->Fronts};
       },
       [this](const Look& look) { show(look); });
 }
 
 void ChildWindow::show(const Look& look) {
+  obey(look);
+  noteGeometry();
+}
+
+void ChildWindow::obey(const Look& look) {
   const QScopedValueRollback writing(m_writing, true);
   const Look before = std::exchange(m_shown, look);
   setWindowTitle(QString::fromStdString(look.caption));
@@ -62,6 +70,26 @@ void ChildWindow::show(const Look& look) {
     raise();
     if (mdiArea() != nullptr) mdiArea()->setActiveSubWindow(this);
   }
+}
+
+/// The form knows where its window stands, as long as it's neither minimised nor fills the frame.
+void ChildWindow::noteGeometry() {
+  if (m_writing || !isVisible() || isMinimized() || isMaximized() || !m_look->known) return;
+  if (m_look->value.place == geometry()) return;
+  m_look->value.place = geometry();
+  m_bindings.face().deliver([this, place = geometry()] {
+    if (Form* form = m_find()) setPlace(*form, place);
+  });
+}
+
+void ChildWindow::moveEvent(QMoveEvent* event) {
+  QMdiSubWindow::moveEvent(event);
+  noteGeometry();
+}
+
+void ChildWindow::resizeEvent(QResizeEvent* event) {
+  QMdiSubWindow::resizeEvent(event);
+  noteGeometry();
 }
 
 void ChildWindow::closeEvent(QCloseEvent* event) {

@@ -26,6 +26,8 @@ class ChildWindow : public QMdiSubWindow {
   void changeEvent(QEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
+  void moveEvent(QMoveEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
 
  private:
   struct Look {
@@ -34,11 +36,14 @@ class ChildWindow : public QMdiSubWindow {
     bool visible = false;
     bool enabled = true;
     WindowState state = WindowState::Normal;
+    QRect place;
     unsigned fronts = 0;
     friend bool operator==(const Look&, const Look&) = default;
   };
 
   void show(const Look& look);
+  void obey(const Look& look);
+  void noteGeometry();
 
   FindForm m_find;
   std::function<void()> m_close;

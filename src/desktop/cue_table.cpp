@@ -129,7 +129,7 @@ void CueRows::setRowHeight(int pixels) {
 QVariant CueRows::headerData(int section, Qt::Orientation orientation, int role) const {
   if (orientation != Qt::Horizontal) return {};
   if (role == Qt::DisplayRole)
-    return QString::fromStdString(m_columns[static_cast<std::size_t>(section)].Header);
+    return QString::fromStdString(m_columns[static_cast<std::size_t>(section)].Header).trimmed();
   if (role == Qt::TextAlignmentRole) return alignment(section).toInt();
   return {};
 }
@@ -363,9 +363,10 @@ void CueTable::drawMarks(QPainter& painter, const QRect& row, int icon, const Ro
   if (icon == QueueList::PointerIcon || icon == QueueList::LoopIcon) {
     const bool loop = icon == QueueList::LoopIcon;
     constexpr int Size = 16;
-    painter.drawPixmap(4, middle - Size / 2,
-                       theme::picture(loop ? "mark_loop" : "mark_pointer", Size,
-                                      loop ? theme::colour("keyYellow") : ink, devicePixelRatioF()));
+    painter.drawPixmap(
+        4, middle - Size / 2,
+        theme::picture(loop ? "mark_loop" : "mark_pointer", Size,
+                       loop && mark == Mark::None ? theme::colour("keyYellow") : ink, devicePixelRatioF()));
   }
   if (mark == Mark::None) return;
   drawLetterMark(painter, QRect(22, middle - 9, 18, 18), mark == Mark::Next, ink, ofRow(paint.left));

@@ -1,8 +1,6 @@
 #include "desktop/cue_window.h"
 
 #include <QEvent>
-#include <QGridLayout>
-#include <QHBoxLayout>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <array>
@@ -20,9 +18,18 @@ void setType(QLabel& label, const char* type) {
   label.setProperty("type", type);
 }
 
+// The longest texts that stand in the window's numbers and times.
+constexpr const char* WidestNumber = "000.00";
+constexpr const char* WidestTime = "-32768";
+
+/// What a text takes, in the type of the fields.
+int widthOf(const char* text) {
+  return QFontMetrics(theme::font(theme::sized(14, 16))).horizontalAdvance(text);
+}
+
 /// Room for every number of a cue, as large as it is written.
-int widestNumber() {
-  return QFontMetrics(theme::font(theme::sized(25, 42), true)).horizontalAdvance("000.00") + 2;
+int widestStatusNumber() {
+  return QFontMetrics(theme::font(theme::sized(25, 42), true)).horizontalAdvance(WidestNumber) + 2;
 }
 
 void discard(QLayout* layout) {
@@ -37,9 +44,9 @@ void discard(QLayout* layout) {
 
 }  // namespace
 
-CueWindow::CueWindow(const QString& name, Face& face, FindPlayer find)
+CueWindow::CueWindow(const Names& names, Face& face, FindPlayer find)
     : m_find(std::move(find)), m_bindings(face) {
-  setObjectName(name);
+  setObjectName(names.window);
   nameStatusLine(m_stage, "STAGE:", "stage",
                  {{&m_stage.number, "lblStageNum"},
                   {&m_stage.desc, "StageDescText"},
@@ -53,9 +60,9 @@ CueWindow::CueWindow(const QString& name, Face& face, FindPlayer find)
                   {&m_next.delay, "lblNextDelay"},
                   {&m_next.up, "lblNextUp"}});
   dressButtons();
-  dressFields();
-  m_table.setObjectName("ListView2");
-  m_table.setAccessibleName(name.startsWith("AB") ? "AB cues" : "XY cues");
+  dressEditors(names.editorSuffix);
+  m_table.setObjectName(names.list);
+  m_table.setAccessibleName(names.spoken);
   bindControls();
   setFocusOrder();
   setFocusProxy(&m_table);
@@ -109,26 +116,43 @@ void CueWindow::dressButtons() {
   m_stepDown.setIcon(theme::icon("arrow_down"));
 }
 
-void CueWindow::dressFields() {
+void CueWindow::dressEditors(const QString& suffix) {
   struct Dress {
-    QWidget* field;
+    QWidget* widget;
     const char* name;
     const char* spoken;
   };
-  const std::array dresses{
-      Dress{&m_number, "CueNum", "Cue number"},
-      Dress{&m_down, "CueDown", "Down, seconds"},
-      Dress{&m_delay, "CueDelay", "Delay, seconds"},
-      Dress{&m_up, "CueUp", "Up, seconds"},
+  const std::array fields{
+      Dress{&m_number.field, "CueNum", "Cue number"},
+      Dress{&m_down.field, "CueDown", "Down, seconds"},
+      Dress{&m_delay.field, "CueDelay", "Delay, seconds"},
+      Dress{&m_up.field, "CueUp", "Up, seconds"},
       Dress{&m_desc, "CueDesc", "Description"},
       Dress{&m_linkList, "QListCombo", "List to start"},
       Dress{&m_linkNumber, "QListNumberCombo", "Cue to start"},
   };
-  for (const Dress& dress : dresses) {
-    dress.field->setObjectName(dress.name);
-    dress.field->setAccessibleName(dress.spoken);
-    dress.field->setToolTip(dress.spoken);
+  for (const Dress& dress : fields) {
+    dress.widget->setObjectName(dress.name + suffix);
+    dress.widget->setAccessibleName(dress.spoken);
+    dress.widget->setToolTip(dress.spoken);
   }
+  const std::array spinners{
+      Dress{&m_number.spinner, "UpDownCueNum", "Walk through the cues"},
+      Dress{&m_down.spinner, "UpDownCueDown", "Step Down and Up"},
+      Dress{&m_delay.spinner, "UpDownCueDelay", "Step Delay"},
+      Dress{&m_up.spinner, "UpDownCueUp", "Step Up"},
+  };
+  for (const Dress& dress : spinners) {
+    dress.widget->setObjectName(dress.name);
+    dress.widget->setAccessibleName(dress.spoken);
+    dress.widget->setToolTip(dress.spoken);
+  }
+  for (const auto& [editor, caption] : {std::pair(&m_number, "#"), std::pair(&m_down, "Dwn"),
+                                        std::pair(&m_delay, "Dly"), std::pair(&m_up, "Up")})
+    editor->caption.setText(caption);
+  for (QLabel* caption :
+       {&m_number.caption, &m_down.caption, &m_delay.caption, &m_up.caption, &m_descCaption})
+    setType(*caption, "caption");
 }
 
 void CueWindow::bindControls() {
@@ -167,10 +191,14 @@ void CueWindow::bindControls() {
   tieButton(m_loop, &QueueList::cmdLoop);
   tieButton(m_live, &QueueList::cmdLiveView);
   tieButton(m_blind, &QueueList::cmdBlindView);
-  tie(&m_number, &QueueList::CueNum);
-  tie(&m_down, &QueueList::CueDown);
-  tie(&m_delay, &QueueList::CueDelay);
-  tie(&m_up, &QueueList::CueUp);
+  tie(&m_number.field, &QueueList::CueNum);
+  tie(&m_number.spinner, &QueueList::UpDownCueNum);
+  tie(&m_down.field, &QueueList::CueDown);
+  tie(&m_down.spinner, &QueueList::UpDownCueDown);
+  tie(&m_delay.field, &QueueList::CueDelay);
+  tie(&m_delay.spinner, &QueueList::UpDownCueDelay);
+  tie(&m_up.field, &QueueList::CueUp);
+  tie(&m_up.spinner, &QueueList::UpDownCueUp);
   tie(&m_desc, &QueueList::CueDesc);
   tie(&m_linkList, &QueueList::QListCombo);
   tie(&m_linkNumber, &QueueList::QListNumberCombo);
@@ -203,16 +231,26 @@ std::vector<std::vector<QPushButton*>> CueWindow::buttonRows() {
   }
 }
 
-/// "Dwn 5  Dly 1  Up 8"
-QHBoxLayout* CueWindow::timesOf(StatusLine& line) {
-  auto* times = new QHBoxLayout;
-  times->setSpacing(3);
-  for (const auto& [caption, value] :
-       {std::pair(&line.downCaption, &line.down), std::pair(&line.delayCaption, &line.delay),
-        std::pair(&line.upCaption, &line.up)}) {
-    times->addWidget(caption);
-    times->addWidget(value);
-    times->addSpacing(5);
+/// "Dwn 5  Dly 1  Up 8" for each line, below each other.
+QGridLayout* CueWindow::timesOf(std::initializer_list<StatusLine*> lines) {
+  constexpr int Each = 3;  // columns: caption, time, and what keeps it from the next
+  constexpr int Apart = 2;
+  auto* times = new QGridLayout;
+  times->setHorizontalSpacing(3);
+  times->setVerticalSpacing(0);
+  int row = 0;
+  for (StatusLine* line : lines) {
+    int column = 0;
+    for (const auto& [caption, value] :
+         {std::pair(&line->downCaption, &line->down), std::pair(&line->delayCaption, &line->delay),
+          std::pair(&line->upCaption, &line->up)}) {
+      times->addWidget(caption, row, column);
+      times->addWidget(value, row, column + 1);
+      times->setColumnMinimumWidth(column + 1, widthOf("00"));
+      times->setColumnMinimumWidth(column + 2, Apart);
+      column += Each;
+    }
+    times->setRowStretch(row++, 1);
   }
   return times;
 }
@@ -224,18 +262,17 @@ void CueWindow::layOutCompactStatus() {
   grid->setVerticalSpacing(0);
   int row = 0;
   for (const auto& [line, button] : {std::pair(&m_stage, &m_stepUp), std::pair(&m_next, &m_stepDown)}) {
-    line->number.setMinimumWidth(widestNumber());
+    line->number.setMinimumWidth(widestStatusNumber());
     line->number.setFixedHeight(theme::sized(27, 46));
     line->number.setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    QHBoxLayout* times = timesOf(*line);
     button->setFixedSize(26, 24);
     grid->addWidget(&line->caption, row, 0);
     grid->addWidget(&line->number, row, 1);
     grid->addWidget(&line->desc, row, 2);
-    grid->addLayout(times, row, 3);
     grid->addWidget(button, row, 4);
     ++row;
   }
+  grid->addLayout(timesOf({&m_stage, &m_next}), 0, 3, 2, 1);
   grid->setColumnStretch(2, 1);
 
   auto* fading = new QHBoxLayout(&m_fadingGroup);
@@ -254,11 +291,11 @@ void CueWindow::layOutRoomyStatus() {
   grid->setVerticalSpacing(0);
   int row = 0;
   for (const auto& [line, button] : {std::pair(&m_stage, &m_stepUp), std::pair(&m_next, &m_stepDown)}) {
-    line->number.setMinimumWidth(widestNumber());
+    line->number.setMinimumWidth(widestStatusNumber());
     line->number.setFixedHeight(theme::sized(27, 46));
     line->number.setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-    QHBoxLayout* times = timesOf(*line);
-    times->addStretch(1);
+    QGridLayout* times = timesOf({line});
+    times->setColumnStretch(times->columnCount(), 1);
     auto* words = new QVBoxLayout;
     words->setSpacing(2);
     words->addWidget(&line->desc);
@@ -284,14 +321,39 @@ void CueWindow::layOutRoomyStatus() {
   fading->addWidget(&m_stop);
 }
 
-QBoxLayout* CueWindow::editorRow() {
-  m_number.setFixedWidth(theme::sized(76, 84));
-  for (Field* time : {&m_down, &m_delay, &m_up}) time->setFixedWidth(theme::sized(48, 56));
-  for (QComboBox* combo : {&m_linkList, &m_linkNumber}) combo->setMinimumWidth(theme::sized(62, 130));
+/// The editors in the order of the list's columns, their captions above them.
+QGridLayout* CueWindow::editorRow() {
+  auto* row = new QGridLayout;
+  row->setHorizontalSpacing(4);
+  row->setVerticalSpacing(theme::sized(0, 2));
+  int column = 0;
+  const auto add = [&](QLabel& caption, Field& field) {
+    caption.setIndent(theme::sized(6, 7));  // above the text of the field
+    row->addWidget(&caption, 0, column, Qt::AlignBottom);
+    row->addWidget(&field, 1, column++);
+  };
+  for (Editor* editor : {&m_number, &m_down, &m_delay, &m_up}) {
+    const char* widest = editor == &m_number ? WidestNumber : WidestTime;
+    editor->field.setFixedWidth(editor->field.widthAround(widthOf(widest)));
+    add(editor->caption, editor->field);
+  }
+  row->setColumnStretch(column, 1);
+  m_desc.setMinimumWidth(80);
+  add(m_descCaption, m_desc);
+  return row;
+}
+
+/// The buttons stand in the groups in which the hand looks for them, and fill their row.
+QHBoxLayout* CueWindow::rowOf(const std::vector<QPushButton*>& buttons) {
   auto* row = new QHBoxLayout;
-  row->setSpacing(4);
-  for (Field* field : {&m_number, &m_down, &m_delay, &m_up}) row->addWidget(field);
-  row->addWidget(&m_desc, 1);
+  row->setSpacing(theme::sized(4, 6));
+  const bool oneRow = m_shape == 0;
+  for (QPushButton* button : buttons) {
+    const bool beginsGroup =
+        button == &m_insert || button == &m_copyCue || button == &m_stageCue || button == &m_live;
+    if (beginsGroup && button != buttons.front() && theme::density() == Density::Compact) row->addSpacing(6);
+    row->addWidget(button, oneRow ? button->sizeHint().width() : 1);
+  }
   return row;
 }
 
@@ -303,6 +365,9 @@ void CueWindow::layOut() {
   m_linkGroup.setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);  // its combos are never squeezed
   roomy ? layOutRoomyStatus() : layOutCompactStatus();
 
+  constexpr int ArrowAndPadding = 36;
+  m_linkList.setMinimumWidth(theme::sized(62, 130));
+  m_linkNumber.setMinimumWidth(std::max(theme::sized(62, 130), widthOf(WidestNumber) + ArrowAndPadding));
   auto* links = new QHBoxLayout(&m_linkGroup);
   links->setContentsMargins(6, roomy ? 6 : 4, 6, roomy ? 6 : 4);
   links->setSpacing(6);
@@ -319,39 +384,33 @@ void CueWindow::layOut() {
   all->addLayout(top);
   m_table.setMinimumHeight(theme::sized(80, 102));  // its header and two rows: stage and next
   all->addWidget(&m_table, 1);
-  QBoxLayout* editors = editorRow();
-  all->addLayout(editors);
+  QGridLayout* editors = editorRow();
   if (roomy) {
+    all->addLayout(editors);
     auto* linkRow = new QHBoxLayout;
     linkRow->addWidget(&m_linkGroup);
     linkRow->addStretch(1);
     all->addLayout(linkRow);
   } else {
-    editors->addSpacing(4);
-    editors->addWidget(&m_linkGroup);
-  }
-  for (const auto& buttons : buttonRows()) {
+    constexpr int FootOfGroup = 5;  // so that fields and combos stand in one line
+    editors->setContentsMargins(0, 0, 0, FootOfGroup);
     auto* row = new QHBoxLayout;
-    row->setSpacing(theme::sized(4, 6));
-    for (QPushButton* button : buttons) {
-      // The buttons stand in the groups in which the hand looks for them.
-      const bool beginsGroup =
-          button == &m_insert || button == &m_copyCue || button == &m_stageCue || button == &m_live;
-      if (beginsGroup && button != buttons.front() && !roomy) row->addSpacing(6);
-      row->addWidget(button, m_shape == 0 ? 0 : 1);
-    }
-    if (m_shape == 0) row->addStretch(1);
+    row->setSpacing(8);
+    row->addLayout(editors, 1);
+    row->addWidget(&m_linkGroup, 0, Qt::AlignBottom);
     all->addLayout(row);
   }
+  for (const auto& buttons : buttonRows()) all->addLayout(rowOf(buttons));
 }
 
 /// Tab goes in the order in which the widgets come into their window. Changing it later would leave the
 /// window itself, whose focus is the list's, in the middle of the way.
 void CueWindow::setFocusOrder() {
-  const std::vector<QWidget*> order{&m_table,    &m_number,     &m_down,     &m_delay,   &m_up,     &m_desc,
-                                    &m_linkList, &m_linkNumber, &m_record,   &m_update,  &m_insert, &m_delete,
-                                    &m_copyCue,  &m_paste,      &m_stageCue, &m_nextCue, &m_loop,   &m_live,
-                                    &m_blind,    &m_stepUp,     &m_stepDown, &m_stop,    &m_go};
+  const std::vector<QWidget*> order{&m_table,    &m_number.field, &m_down.field, &m_delay.field, &m_up.field,
+                                    &m_desc,     &m_linkList,     &m_linkNumber, &m_record,      &m_update,
+                                    &m_insert,   &m_delete,       &m_copyCue,    &m_paste,       &m_stageCue,
+                                    &m_nextCue,  &m_loop,         &m_live,       &m_blind,       &m_stepUp,
+                                    &m_stepDown, &m_stop,         &m_go};
   for (QGroupBox* group : {&m_statusGroup, &m_fadingGroup, &m_linkGroup}) group->setParent(this);
   for (QWidget* widget : order) widget->setParent(this);
 }

@@ -1,10 +1,12 @@
 #pragma once
 
-#include <QBoxLayout>
+#include <QGridLayout>
 #include <QGroupBox>
+#include <QHBoxLayout>
 #include <QPushButton>
 #include <QWidget>
 #include <functional>
+#include <initializer_list>
 #include <vector>
 
 #include "desktop/binding.h"
@@ -20,8 +22,15 @@ class CueWindow : public QWidget {
  public:
   using FindPlayer = std::function<QueueList*()>;
 
-  /// `name` is the window's own, "ABQueueList" or "XYQueueList".
-  CueWindow(const QString& name, Face& face, FindPlayer find);
+  /// What the windows of the two players and their widgets are called.
+  struct Names {
+    QString window;
+    QString list;
+    QString editorSuffix;  ///< of fields and combos
+    QString spoken;        ///< the list, by assistive tools
+  };
+
+  CueWindow(const Names& names, Face& face, FindPlayer find);
 
  protected:
   void changeEvent(QEvent* event) override;
@@ -42,19 +51,27 @@ class CueWindow : public QWidget {
     QLabel upCaption{"Up"};
   };
 
+  /// A field with what stands above it, and the arrows that step it.
+  struct Editor {
+    QLabel caption;
+    Field field;
+    Spinner spinner{field};
+  };
+
   static void nameStatusLine(StatusLine& line, const char* caption, const char* tone,
                              const std::vector<std::pair<QLabel*, const char*>>& names);
   void dressButtons();
-  void dressFields();
+  void dressEditors(const QString& suffix);
   void bindControls();
-  [[nodiscard]] static QHBoxLayout* timesOf(StatusLine& line);
+  [[nodiscard]] static QGridLayout* timesOf(std::initializer_list<StatusLine*> lines);
   void layOutCompactStatus();
   void layOutRoomyStatus();
   void layOut();
   [[nodiscard]] int shapeNow() const;
   void setFocusOrder();
   [[nodiscard]] std::vector<std::vector<QPushButton*>> buttonRows();
-  [[nodiscard]] QBoxLayout* editorRow();
+  [[nodiscard]] QGridLayout* editorRow();
+  [[nodiscard]] QHBoxLayout* rowOf(const std::vector<QPushButton*>& buttons);
 
   FindPlayer m_find;
   // The groups go after what stands in them.
@@ -66,7 +83,9 @@ class CueWindow : public QWidget {
   QPushButton m_stepUp, m_stepDown, m_go, m_stop;
   QPushButton m_record, m_update, m_insert, m_delete, m_copyCue, m_paste;
   QPushButton m_stageCue, m_nextCue, m_loop, m_live, m_blind;
-  Field m_number, m_down, m_delay, m_up, m_desc;
+  Editor m_number, m_down, m_delay, m_up;
+  QLabel m_descCaption{"Desc"};
+  Field m_desc;
   QComboBox m_linkList, m_linkNumber;
   CueTable m_table;
   int m_shape = -1;     ///< the arrangement in use

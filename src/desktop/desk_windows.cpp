@@ -13,6 +13,8 @@ DeskWindows::DeskWindows(LightingDesk& desk, Face& face)
       m_open(&m_frame, face, desk.OpenProject),
       m_question(&m_frame, face, desk.WanttoSave),
       m_about(&m_frame, face, desk.About),
+      m_loop(m_frame, face, desk.windows.Loop),
+      m_pasteQuestion(&m_frame, face, desk.windows.ConfirmPaste),
       m_dialogs(face, &m_frame) {
   desk.machine.Dialogs = m_dialogs.dialogs();
 }

@@ -4,6 +4,7 @@
 
 #include "core/lighting_desk.h"
 #include "desktop/frame_window.h"
+#include "desktop/loop_dialog.h"
 #include "desktop/open_dialog.h"
 #include "desktop/platform_dialogs.h"
 #include "desktop/small_dialogs.h"
@@ -27,6 +28,8 @@ class DeskWindows {
   OpenDialog m_open;
   SaveQuestion m_question;
   AboutWindow m_about;
+  LoopDialog m_loop;
+  PasteQuestion m_pasteQuestion;
   PlatformDialogs m_dialogs;
 };
 

@@ -8,21 +8,9 @@
 
 #include "desktop/effects_window.h"
 #include "desktop/theme.h"
+#include "desktop/twips.h"
 
 namespace velgrove {
-namespace {
-
-constexpr float TwipsPerPixel = 15;
-
-int pixels(float twips) {
-  return qRound(twips / TwipsPerPixel);
-}
-float twips(int pixels) {
-  return static_cast<float>(pixels) * TwipsPerPixel;
-}
-
-}  // namespace
-
 FrameWindow::FrameWindow(LightingDesk& desk, Face& face)
     : m_desk(desk), m_face(face), m_bindings(face), m_tools(desk, m_bindings) {
   setObjectName("frmMain");
@@ -71,8 +59,10 @@ void FrameWindow::build() {
   setCentralWidget(all);
   setStatusBar(new StatusLine(m_desk, m_bindings));
 
-  addPlayer("XYQueueList", &Windows::XYQ, ChildArea::Place::UpperList);
-  addPlayer("ABQueueList", &Windows::ABQ, ChildArea::Place::LowerList);
+  addPlayer({.window = "XYQueueList", .list = "ListView1", .editorSuffix = "1", .spoken = "XY cues"},
+            &Windows::XYQ, ChildArea::Place::UpperList);
+  addPlayer({.window = "ABQueueList", .list = "ListView2", .editorSuffix = "", .spoken = "AB cues"},
+            &Windows::ABQ, ChildArea::Place::LowerList);
   addEffects();
   connect(m_children, &QMdiArea::subWindowActivated, this, &FrameWindow::onActivated);
 }
@@ -156,11 +146,11 @@ QWidget* FrameWindow::makeSubPane() {
   return pane;
 }
 
-void FrameWindow::addPlayer(const QString& name, std::unique_ptr<QueueList> Windows::*player,
+void FrameWindow::addPlayer(const CueWindow::Names& names, std::unique_ptr<QueueList> Windows::*player,
                             ChildArea::Place place) {
   const auto find = [this, player] { return (m_desk.windows.*player).get(); };
   auto* window = new ChildWindow(
-      new CueWindow(name, m_face, find), m_face,
+      new CueWindow(names, m_face, find), m_face,
       [find]() -> Form* {
         QueueList* found = find();
         return found == nullptr ? nullptr : &found->Window;
@@ -179,6 +169,18 @@ void FrameWindow::addEffects() {
       [&effects] { effects.Unload(); });
   window->hide();
   m_children->add(window, ChildArea::Place::Floating);
+}
+
+QRect FrameWindow::ground() const {
+  const QWidget& ground = *m_children->viewport();
+  return {ground.mapToGlobal(QPoint(0, 0)), ground.size()};
+}
+
+std::vector<QRect> FrameWindow::lists() const {
+  std::vector<QRect> places;
+  for (const CueWindow* list : m_children->findChildren<CueWindow*>())
+    if (list->isVisible()) places.emplace_back(list->mapToGlobal(QPoint(0, 0)), list->size());
+  return places;
 }
 
 // ---- Documents come and go
@@ -256,7 +258,7 @@ void FrameWindow::bindFrame() {
         return {.caption = form.Caption,
                 .visible = form.Visible,
                 .state = form.WindowState,
-                .place = QRect(pixels(form.Left), pixels(form.Top), pixels(form.Width), pixels(form.Height))};
+                .place = placeOf(form)};
       },
       [this](const Look& look) { show(look); });
   m_bindings.mirror(
@@ -321,10 +323,7 @@ void FrameWindow::noteGeometry() {
   m_face.deliver([this, state, place] {
     Form& form = m_desk.frame.Window;
     form.WindowState = state;
-    form.Left = twips(place.left());
-    form.Top = twips(place.top());
-    form.Width = twips(place.width());
-    form.Height = twips(place.height());
+    setPlace(form, place);
   });
 }
 

@@ -31,6 +31,11 @@ class FrameWindow : public QMainWindow {
   FrameWindow(const FrameWindow&) = delete;
   FrameWindow& operator=(const FrameWindow&) = delete;
 
+  // Where dialogs find room, in the screen's pixels:
+
+  [[nodiscard]] QRect ground() const;  ///< of the child windows; their places count from its corner
+  [[nodiscard]] std::vector<QRect> lists() const;  ///< the windows of the players that can be seen
+
  protected:
   void closeEvent(QCloseEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
@@ -56,7 +61,8 @@ class FrameWindow : public QMainWindow {
   [[nodiscard]] static QWidget* makeSubPane();
   void bindFrame();
   void bindRequests();
-  void addPlayer(const QString& name, std::unique_ptr<QueueList> Windows::*player, ChildArea::Place place);
+  void addPlayer(const CueWindow::Names& names, std::unique_ptr<QueueList> Windows::*player,
+                 ChildArea::Place place);
   void addEffects();
   void showDocuments(const std::vector<unsigned>& identities);
   void addDocument(unsigned identity);

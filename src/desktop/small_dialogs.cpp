@@ -154,6 +154,33 @@ void SaveQuestion::appear() {
   m_save.setFocus();
 }
 
+// ---- The warning before a paste
+
+PasteQuestion::PasteQuestion(QWidget* above, Face& face, frmConfirmPaste& form)
+    : FormDialog("frmConfirmPaste", above, face, form.Window, [&form] { form.Unload(); }) {
+  auto* column = new QVBoxLayout(this);
+  column->setContentsMargins(20, 20, 20, 16);
+  column->setSpacing(8);
+  m_question.setObjectName("Question");
+  m_warning.setObjectName("Warning");
+  m_warning.setProperty("tone", "quiet");
+  column->addWidget(&m_question);
+  column->addWidget(&m_warning);
+  column->addSpacing(12);
+  auto* row = new QHBoxLayout;
+  row->addStretch(1);
+  for (auto [button, name] : {std::pair(&m_yes, "Yes"), std::pair(&m_no, "No")}) {
+    dress(*button, name);
+    row->addWidget(button);
+  }
+  m_no.setDefault(true);
+  column->addLayout(row);
+  bindings().bind(&m_question, [&form] { return &form.Question; });
+  bindings().bind(&m_warning, [&form] { return &form.Warning; });
+  bindings().bind(&m_yes, [&form] { return &form.Yes; });
+  bindings().bind(&m_no, [&form] { return &form.No; });
+}
+
 // ---- About
 
 AboutWindow::AboutWindow(QWidget* above, Face& face, frmAbout& form)

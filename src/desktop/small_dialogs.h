@@ -9,6 +9,7 @@
 #include "core/plain_windows.h"
 #include "desktop/form_dialog.h"
 #include "dmx/velgrove_comm.h"
+#include "playback/frm_confirm_paste.h"
 
 namespace velgrove {
 
@@ -60,6 +61,18 @@ class SaveQuestion : public FormDialog {
  private:
   QLabel m_words;
   QPushButton m_save, m_dontSave, m_cancel;
+};
+
+/// A warning before a paste, frmConfirmPaste.
+class PasteQuestion : public FormDialog {
+  Q_OBJECT
+
+ public:
+  PasteQuestion(QWidget* above, Face& face, frmConfirmPaste& form);
+
+ private:
+  QLabel m_question, m_warning;
+  QPushButton m_yes, m_no;
 };
 
 class AboutWindow : public FormDialog {

@@ -49,8 +49,24 @@ const Tokens& tokens() {
   return all;
 }
 
+/// "@name/30" is the colour at 30 per cent.
+QString withThinColours(QString sheet) {
+  static const QRegularExpression thin(R"(@(\w+)/(\d+))");
+  for (auto found = thin.match(sheet); found.hasMatch(); found = thin.match(sheet)) {
+    const QColor whole = colour(found.captured(1).toUtf8());
+    sheet.replace(found.capturedStart(), found.capturedLength(),
+                  QString("rgba(%1, %2, %3, %4%)")
+                      .arg(whole.red())
+                      .arg(whole.green())
+                      .arg(whole.blue())
+                      .arg(found.captured(2)));
+  }
+  return sheet;
+}
+
 /// Longest names first, so that "@text" doesn't eat the head of "@text2".
 QString withColours(QString sheet) {
+  sheet = withThinColours(std::move(sheet));
   std::vector<std::string> names;
   for (const auto& [name, colour] : tokens()) names.push_back(name);
   std::ranges::sort(names, std::greater<>(), &std::string::size);

@@ -122,7 +122,7 @@ TEST(Journey, TheArrowKeysWalkThroughTheCues) {
   DeskOnScreen house;
   house.open();
   CueTable& table = house.table("XYQueueList");
-  const auto& desc = named<QLineEdit>("XYQueueList/CueDesc");
+  const auto& desc = named<QLineEdit>("XYQueueList/CueDesc1");
   house.screen.click(*table.viewport(), house.inRow(table, 2));
   EXPECT_EQ(desc.text(), "House to half, preset");
   house.screen.key(Qt::Key_Down);

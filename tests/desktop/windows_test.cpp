@@ -116,7 +116,7 @@ TEST_F(OpenDesk, AScrollBarIsntWrittenWhileTheHandHoldsIt) {
 }
 
 TEST_F(OpenDesk, AnOpenComboShowsAllItsItems) {
-  auto& combo = named<QComboBox>("XYQueueList/QListCombo");
+  auto& combo = named<QComboBox>("XYQueueList/QListCombo1");
   screen.click(combo);
   const QAbstractItemView& list = *combo.view();
   const QRect last = list.visualRect(list.model()->index(combo.count() - 1, 0));
@@ -201,7 +201,7 @@ TEST_F(OpenDesk, WhatTheDeskShowsNeverComesBackAsAnAction) {
   house.runTo(8000);
   screen.onDesk([this] { house.ab().Window.Restore(); });
   EXPECT_EQ(actions, 0);
-  EXPECT_EQ(named<QComboBox>("XYQueueList/QListCombo").currentText(), "AB");
+  EXPECT_EQ(named<QComboBox>("XYQueueList/QListCombo1").currentText(), "AB");
 }
 
 // ---- Boxes and dialogs

@@ -22,7 +22,7 @@ inline std::string cues(const QueueList& player) {
   for (const auto& cue : player.State.QueueData->colQueueEntries()) numbers.push_back(cue->EntryNum);
   std::ranges::sort(numbers);
   std::string all;
-  for (const float number : numbers) all += (all.empty() ? "" : " ") + formatFixed2(number);
+  for (const float number : numbers) all.append(all.empty() ? "" : " ").append(formatFixed2(number));
   return all;
 }
 

@@ -71,7 +71,9 @@ class DeskOnScreen {
   QueueList& ab() { return desk.windows.abPlayer(); }
   QueueList& xy() { return desk.windows.xyPlayer(); }
   QWidget& frame() { return named("frmMain"); }
-  CueTable& table(const QString& player) { return named<CueTable>(player + "/ListView2"); }
+  CueTable& table(const QString& player) {
+    return named<CueTable>(player + (player.startsWith("XY") ? "/ListView1" : "/ListView2"));
+  }
   /// A place in a row of a list, at a share of its width, above the words.
   QPoint inRow(CueTable& table, int row, double share = 0.5) {
     const QRect cell = table.visualRect(table.model()->index(row - 1, 0));

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QImage>
 #include <QTest>
+#include <QWheelEvent>
 #include <QWidget>
 #include <ostream>
 #include <stdexcept>
@@ -54,6 +55,15 @@ inline void mouse(QTest::MouseAction action, QWidget& widget, QPoint at,
       << widget.objectName().toStdString() << " can't be seen there";
   QTest::mouseEvent(action, window->windowHandle(), action == QTest::MouseMove ? Qt::NoButton : button, {},
                     place);
+}
+
+/// Turns the wheel over a widget by eighths of a degree, 120 a notch, away from the operator.
+inline void wheel(const QWidget& widget, int angle) {
+  QWidget* window = widget.window();
+  const QPoint place = widget.mapTo(window, widget.rect().center());
+  QWheelEvent turn(place, window->mapToGlobal(place), {}, {0, angle}, Qt::NoButton, Qt::NoModifier,
+                   Qt::NoScrollPhase, false);
+  QApplication::sendEvent(window->windowHandle(), &turn);
 }
 
 inline void key(Qt::Key key, Qt::KeyboardModifiers with = Qt::NoModifier) {

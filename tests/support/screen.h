@@ -96,6 +96,10 @@ class Screen {
     hand::mouse(QTest::MouseRelease, widget, at);
     settle();
   }
+  void wheel(const QWidget& widget, int angle) {
+    hand::wheel(widget, angle);
+    settle();
+  }
   void key(Qt::Key key, Qt::KeyboardModifiers with = Qt::NoModifier) {
     hand::key(key, with);
     settle();
