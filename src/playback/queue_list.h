@@ -211,6 +211,7 @@ class QueueList {
   void returnToStageCue(const std::string& panel);
   void jumpToStageCue();
   void movePointer(int row);
+  void goToRow(int row);
   void endFade();
   void startTimer(bool reverse);
   void takeTimes(const clsQueueEntry* entry);

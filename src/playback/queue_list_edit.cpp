@@ -156,19 +156,17 @@ void QueueList::cmdUpdate_Click() {
 void QueueList::cmdInsertCue_Click() {
   CueDesc.setText(NewDescription);
   writeDefaultTimes();
-  bool inserted = false;
-  m_errors.run([&] {
-    if (State.CueCount <= 1)
-      inserted = insertFirst();
-    else if (State.PointerCue == State.CueCount)
-      inserted = (cmdRecord_Click(), true);
-    else
-      inserted = insertBehindPointer();
-  });
+  const bool recorded = State.CueCount > 1 && State.PointerCue == State.CueCount;
+  bool inserted = recorded;
+  if (recorded)
+    cmdRecord_Click();
+  else
+    m_errors.run([&] { inserted = State.CueCount <= 1 ? insertFirst() : insertBehindPointer(); });
   if (!inserted) return;
   m_errors.run([&] { ListView2.sort(CompareValues); });
   m_show.ProjectDirty = true;
   AttachPointerToStageCue();
+  if (!recorded) UpdateCueInfo();
 }
 
 /// The first cue of a list, or its Blackout when even that has gone.

@@ -41,8 +41,7 @@ void QueueList::CueNum_KeyUp(int keyCode) {
     const float wanted = toCueNumber(CueNum.text());
     int row = 1;
     while (row < ListView2.count() && numberOfRow(row) != wanted) ++row;
-    movePointer(row);
-    selectchange();
+    goToRow(row);
   });
 }
 
@@ -54,11 +53,15 @@ void QueueList::UpDownCueNum_Change() {
   m_errors.run([&] {
     const int from = ListView2.findItem(CueNum.text());
     if (from == 0) throw RunTimeError(Fault::ObjectMissing, "no row " + CueNum.text());
-    const int row = down ? std::min(from + 1, ListView2.count()) : std::max(from - 1, 1);
-    CueNum.setText(ListView2.text(row));
-    movePointer(row);
-    selectchange();
+    goToRow(down ? std::min(from + 1, ListView2.count()) : std::max(from - 1, 1));
   });
+}
+
+/// The editors follow, so that an update never writes one cue's times into another.
+void QueueList::goToRow(int row) {
+  movePointer(row);
+  selectchange();
+  UpdateCueInfo();
 }
 
 void QueueList::stepUp(int by) {

@@ -109,6 +109,7 @@ void QueueList::updateMarkHeaders() {
 }
 
 void QueueList::UpdateCueInfo() {
+  if (!isRow(State.PointerCue)) return;
   m_errors.run([&] {
     const auto& cells = ListView2.row(State.PointerCue).Texts;
     CueNum.setText(cells[NumberCell]);

@@ -30,6 +30,7 @@ TEST(Insert, FillsThePartitionBehindACueToItsNinthTenthAndThenWarns) {
   EXPECT_EQ(icons(player), "000000000010");
   EXPECT_EQ(desk.level(1), 77) << "and the light is as it was";
   EXPECT_EQ(cells(player, 11), "0 0 0 Queue Description None None");
+  EXPECT_EQ(player.CueNum.text(), "1.90") << "with its texts in the editors";
   EXPECT_EQ(cue(player, 1.9F).Values, ChannelBytes{});
 
   desk.show.ProjectDirty = false;
@@ -423,6 +424,7 @@ TEST(Editors, EnterInTheNumberGoesToItsRowOrToTheLast) {
     return player.State.PointerCue;
   };
   EXPECT_EQ(enter("2"), 3);
+  EXPECT_EQ(player.CueNum.text() + " " + player.CueDesc.text(), "2.00 Cue 2.000000");
   EXPECT_EQ(icons(player), "0010");
   EXPECT_EQ(player.ListView2.selected(), 3);
   EXPECT_EQ(enter("7.5"), 4);
@@ -438,7 +440,7 @@ TEST(Editors, TheNumbersSpinnerWalksTheListByItsDirection) {
   QueueList& player = desk.xy();
   player.UpDownCueNum.down();
   player.UpDownCueNum.down();
-  EXPECT_EQ(player.CueNum.text(), "2.00");
+  EXPECT_EQ(player.CueNum.text() + " " + player.CueDesc.text(), "2.00 Cue 2.000000");
   player.UpDownCueNum.down();
   EXPECT_EQ(player.State.PointerCue, 3) << "not past the last";
   player.UpDownCueNum.up();
