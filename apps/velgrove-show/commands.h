@@ -17,15 +17,19 @@ struct RunOptions {
   std::optional<std::int64_t>
       until;  ///< ms, inclusive; without it one second after the last command and fade
   bool changesOnly = false;
+  std::optional<std::string> save;  ///< path for the show as it stands at the end
 };
 
 int printShow(const std::string& file, bool asJson);
 int makeShow(const std::string& jsonFile, const std::string& showFile);
+/// These two end by ScriptError where the script names what isn't there.
 int rehearse(const RunOptions& options);
 int play(const RunOptions& options);
 
 /// A show that is whole; false, with a message for each fault, for any other file.
 bool isWholeShow(const std::string& file);
+/// Puts a show into a file as the desk does; false, with a message, when it isn't there.
+bool saveShow(clsProject& project, const std::string& file);
 
 /// Whether a fade runs in either player.
 [[nodiscard]] bool isFading(const LightingDesk& desk);

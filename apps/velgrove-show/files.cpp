@@ -26,6 +26,16 @@ ShowRead readWithMessages(const std::string& file) {
   return read;
 }
 
+/// Puts the name of a file before what is wrong with its content.
+template <class Work>
+std::string naming(const std::string& file, Work&& work) {
+  try {
+    return std::forward<Work>(work)();
+  } catch (const RunTimeError& error) {
+    throw RunTimeError(error.fault(), file + ": " + error.what());
+  }
+}
+
 }  // namespace
 
 bool isWholeShow(const std::string& file) {
@@ -44,18 +54,22 @@ int printShow(const std::string& file, bool asJson) {
 int makeShow(const std::string& jsonFile, const std::string& showFile) {
   try {
     const std::string json = readFile(jsonFile);
-    std::string bytes;
-    try {
-      bytes = writeShow(*showFromJson(json));
-    } catch (const RunTimeError& error) {
-      complain(jsonFile + ": " + error.what());
-      return 1;
-    }
+    const std::string bytes = naming(jsonFile, [&] { return writeShow(*showFromJson(json)); });
     writeFileSafely(showFile, bytes, Backup::None);
     return 0;
   } catch (const RunTimeError& error) {
     complain(error.what());
     return 1;
+  }
+}
+
+bool saveShow(clsProject& project, const std::string& file) {
+  try {
+    writeFileSafely(file, naming(file, [&] { return writeShow(project); }), Backup::Keep);
+    return true;
+  } catch (const RunTimeError& error) {
+    complain(error.what());
+    return false;
   }
 }
 

@@ -65,12 +65,19 @@ int run(int argc, char** argv) {
   CLI::App* const rehearsal =
       runCommand(app, "rehearse",
                  "the whole desk on a clock moved by hand: one line for each frame on the wire", arguments);
+  rehearsal
+      ->add_option("--save", arguments.run.save,
+                   "write the show as it stands at the end; the version before stays as OUT.kel.bak")
+      ->type_name("OUT.kel");
   rehearsal->add_flag("--changes", arguments.run.changesOnly, "leave out a frame equal to the one before");
   runCommand(app, "play", "the desk on the real clock, with the interface that is attached", arguments);
 
   try {
     app.parse(argc, argv);
     arguments.run.script = scriptOf(arguments.scriptFile);
+    if (*print) return printShow(arguments.run.show, arguments.asJson);
+    if (*make) return makeShow(arguments.json, arguments.out);
+    return *rehearsal ? rehearse(arguments.run) : play(arguments.run);
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? 0 : WrongUsage;
   } catch (const ScriptError& error) {
@@ -78,11 +85,6 @@ int run(int argc, char** argv) {
     complain((typed ? "standard input" : arguments.scriptFile) + ": " + error.what());
     return WrongUsage;
   }
-
-  if (*print) return printShow(arguments.run.show, arguments.asJson);
-  if (*make) return makeShow(arguments.json, arguments.out);
-  if (*rehearsal) return rehearse(arguments.run);
-  return play(arguments.run);
 }
 
 }  // namespace

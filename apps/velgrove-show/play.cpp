@@ -41,10 +41,13 @@ class Performance {
     while (!m_house.started() && !isOver(20ms)) continue;
     bool ready = false;
     if (m_house.started()) m_house.act([&](LightingDesk& desk) { ready = isReady(desk); });
-    if (ready) perform();
-    m_house.close();
-    tellBlocks();
-    m_console.write();
+    try {
+      if (ready) perform();
+    } catch (const ScriptError&) {
+      finish();
+      throw;
+    }
+    finish();
     if (m_boxes.tooMany()) complain(BoxLog::TooMany);
     return (ready || m_interrupted) && !m_boxes.tooMany() ? 0 : 1;
   }
@@ -52,6 +55,12 @@ class Performance {
  private:
   [[nodiscard]] std::int64_t now() const {
     return std::chrono::duration_cast<Milliseconds>(m_house.now() - m_house.startTime()).count();
+  }
+
+  void finish() {
+    m_house.close();
+    tellBlocks();
+    m_console.write();
   }
 
   static bool isReady(const LightingDesk& desk) {
@@ -104,7 +113,8 @@ class Performance {
     Operator performer{.desk = desk,
                        .input = [&](int, int) { note("input is the box's own on a real line"); },
                        .trigger = [&](int) { note("trigger is the box's own on a real line"); },
-                       .note = note};
+                       .note = note,
+                       .onWait = m_house.onWait};
     step.act(performer);
   }
 
@@ -145,6 +155,8 @@ int play(const RunOptions& options) {
       return 1;
     }
     return Performance(options, port).run();
+  } catch (const ScriptError&) {
+    throw;
   } catch (const std::exception& error) {
     complain(error.what());
     return 1;

@@ -25,12 +25,18 @@ class Rehearsal {
   int run() {
     if (!m_house.start(m_options.show)) return 1;
     perform();
-    return printedAll() ? 0 : 1;
+    const bool printed = printedAll();
+    return saved() && printed ? 0 : 1;
   }
 
  private:
   [[nodiscard]] std::int64_t now() const {
     return std::chrono::duration_cast<Milliseconds>(m_house.clock.now()).count();
+  }
+
+  [[nodiscard]] bool saved() const {
+    const ShowState& show = m_house.desk.show;
+    return !m_options.save || saveShow(*show.Projects.item(show.CurrentProjectIndex), *m_options.save);
   }
 
   BoxAnswer answer(const Box& box) {
@@ -81,7 +87,8 @@ class Rehearsal {
       .desk = m_house.desk,
       .input = [this](int channel, int level) { m_house.box.setInput(channel, level); },
       .trigger = [this](int count) { m_house.box.addTriggers(count); },
-      .note = [this](const std::string& what) { say(std::to_string(now()) + " note: " + what); }};
+      .note = [this](const std::string& what) { say(std::to_string(now()) + " note: " + what); },
+      .onWait = m_house.onWait};
   std::int64_t m_lastBusy = 0;
 };
 

@@ -17,6 +17,7 @@ struct Operator {
   std::function<void(int channel, int level)> input;  ///< what the box reports from then on
   std::function<void(int count)> trigger;        ///< so many trigger bytes in the answer to the next poll
   std::function<void(const std::string&)> note;  ///< tells what was passed over
+  std::function<void()>& onWait;                 ///< what is done while a handler of the action waits
 };
 
 /// The last instant of the fades' clock, which counts milliseconds in 32 bits.
@@ -25,10 +26,11 @@ inline constexpr std::int64_t LatestInstant = INT32_MAX;
 /// One line of a script: an action of the operator at a time.
 struct ScriptStep {
   std::int64_t ms = 0;
-  std::function<void(Operator&)> act;
+  std::function<void(Operator&)> act;  ///< ends by ScriptError where the script can't go on
 };
 
-/// A line that can't be understood: its number and what is wrong with it.
+/// A line that can't be understood, or names what isn't there when its time comes: its number and what is
+/// wrong with it.
 struct ScriptError : std::runtime_error {
   using std::runtime_error::runtime_error;
 };

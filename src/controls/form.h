@@ -28,6 +28,8 @@ struct Form {
     Visible = true;
     SetFocus();
   }
+  /// Gone from the screen; the next load begins anew.
+  void Unload() { Visible = Loaded = false; }
   void Restore() {
     if (WindowState == velgrove::WindowState::Minimised) WindowState = velgrove::WindowState::Normal;
   }

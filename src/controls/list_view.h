@@ -30,6 +30,7 @@ class ListView {
   enum class Pointer { Arrow = 1, Forbidden = 12 };
 
   std::vector<Column> Columns;
+  std::string ToolTip;
   Pointer MousePointer = Pointer::Arrow;  ///< shown while the mouse is over the list
 
   [[nodiscard]] int count() const { return static_cast<int>(m_rows.size()); }

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "controls/error_pattern.h"
+#include "controls/form.h"
 #include "controls/timer.h"
 
 namespace velgrove {
@@ -42,6 +43,12 @@ struct Machine {
   std::function<void()> DoEvents;
   /// The one way to wait: other handlers run until the condition holds.
   std::function<void(const std::function<bool()>&)> waitUntil;
+  /// Shows a form that takes the operator's hand, and waits until it's gone.
+  void showModal(Form& form) const {
+    form.Modal = true;
+    form.Show();
+    waitUntil([&form] { return !form.Visible; });
+  }
   /// Does work that may wait for the disk, with the desk given back, and passes on its error. The work
   /// touches nothing of the desk.
   std::function<void(const std::function<void()>&)> aside = [](const auto& work) { work(); };

@@ -100,6 +100,12 @@ std::string formatSingle(float value) {
   return {text, end};
 }
 
+std::string formatPlain(double value) {
+  char text[400];
+  const auto [end, error] = std::to_chars(std::begin(text), std::end(text), value, std::chars_format::fixed);
+  return {text, end};
+}
+
 float tenthAbove(float number) {
   return static_cast<float>(std::round((static_cast<double>(number) + 0.1) * 100.0) / 100.0);
 }

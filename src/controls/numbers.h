@@ -56,6 +56,9 @@ template <class To>
 /// The shortest text that reads back as the same 32-bit float: "1200.5".
 [[nodiscard]] std::string formatSingle(float value);
 
+/// The shortest text of a number in plain decimals: "50", "0.3", never "5e+01".
+[[nodiscard]] std::string formatPlain(double value);
+
 /// A tenth above a cue number, in two decimals and then as a 32-bit float: plain float sums would lose every
 /// other tenth (1.20 + 0.1 lies above 1.30).
 [[nodiscard]] float tenthAbove(float number);

@@ -30,9 +30,4 @@ class TabStrip {
   int m_selected = 1;
 };
 
-/// Holds the controls of a part of a window, which come and go together.
-struct Frame {
-  bool Visible = false;
-};
-
 }  // namespace velgrove

@@ -54,6 +54,8 @@ void Timer::setEnabled(bool enabled) {
 }
 
 void Timer::setInterval(int milliseconds) {
+  if (milliseconds < 0)
+    throw RunTimeError(Fault::Overflow, "a timer can't tick every " + std::to_string(milliseconds) + " ms");
   m_interval = milliseconds;
   beginGrid();
 }

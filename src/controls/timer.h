@@ -75,7 +75,7 @@ class Timer {
   [[nodiscard]] bool enabled() const { return m_enabled; }
   void setEnabled(bool enabled);  ///< True on True changes nothing
   [[nodiscard]] int interval() const { return m_interval; }
-  void setInterval(int milliseconds);
+  void setInterval(int milliseconds);  ///< Fault::Overflow below 0, and the interval stays
 
  private:
   friend class TimerSet;

@@ -32,6 +32,14 @@ struct Label {
   Colour ForeColour = 0;
 };
 
+/// Holds the controls of a part of a window, which come and go together. While it is disabled the hand
+/// reaches none of them.
+struct Frame {
+  std::string Caption;
+  bool Visible = true;
+  bool Enabled = true;
+};
+
 /// A text field. A text set from code raises Change as the operator's typing does, when it really changes.
 class TextBox {
  public:
@@ -79,32 +87,43 @@ class ComboBox {
   void clear() {
     if (!m_items.empty()) ++m_revision;
     m_items.clear();
-    m_index = -1;
+    setListIndex(-1);
   }
   void add(std::string item) {
     m_items.push_back(std::move(item));
     ++m_revision;
   }
   [[nodiscard]] const std::vector<std::string>& items() const { return m_items; }
-  [[nodiscard]] unsigned revision() const { return m_revision; }  ///< moves when the items change
-  [[nodiscard]] int listIndex() const { return m_index; }         ///< from 0; -1 when nothing is chosen
+  /// Moves when the items or the text of its own change.
+  [[nodiscard]] unsigned revision() const { return m_revision; }
+  [[nodiscard]] int listIndex() const { return m_index; }  ///< from 0; -1 when nothing is chosen
   void setListIndex(int index) {
     if (index < -1 || index >= static_cast<int>(m_items.size()))
       throw RunTimeError(Fault::Subscript, "no item " + std::to_string(index) + " to choose");
     m_index = index;
+    if (!m_ownText.empty()) ++m_revision;
+    m_ownText.clear();
   }
   [[nodiscard]] std::string text() const {
-    return m_index < 0 ? "" : m_items[static_cast<std::size_t>(m_index)];
+    return m_index < 0 ? m_ownText : m_items[static_cast<std::size_t>(m_index)];
+  }
+  /// Shows a text that is none of the items, until one is chosen.
+  void setText(std::string text) {
+    m_index = -1;
+    m_ownText = std::move(text);
+    ++m_revision;
   }
 
-  /// The operator's choice.
+  /// The operator's choice; one that isn't offered any more is none.
   void choose(int index) {
+    if (index < -1 || index >= static_cast<int>(m_items.size())) return;
     setListIndex(index);
     raise(Click);
   }
 
  private:
   std::vector<std::string> m_items;
+  std::string m_ownText;  ///< shown while nothing is chosen
   int m_index = -1;
   unsigned m_revision = 0;
 };

@@ -112,6 +112,7 @@ void frmMain::showPlayer(QueueList& (Windows::*player)() const) {
 }
 
 void frmMain::showEffects() {
+  m_windows.Effects.load();
   m_windows.Effects.Window.Show();
   m_windows.Effects.Window.Restore();
 }

@@ -104,7 +104,7 @@ void frmOpenProject::Show(OpenTab tab) {
 
 void frmOpenProject::Unload() {
   Timer1.setEnabled(false);
-  Window.Visible = Window.Loaded = false;
+  Window.Unload();
 }
 
 // ---- The frames

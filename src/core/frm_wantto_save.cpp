@@ -9,9 +9,7 @@ frmWanttoSave::frmWanttoSave(ShowState& show, Machine& machine, Wiring wiring)
 
 void frmWanttoSave::ShowModal() {
   Form_Load();
-  Window.Modal = true;
-  Window.Show();
-  m_machine.waitUntil([this] { return !Window.Visible; });
+  m_machine.showModal(Window);
 }
 
 void frmWanttoSave::Form_Load() {
@@ -46,7 +44,7 @@ void frmWanttoSave::answer(SaveAnswer result) {
 }
 
 void frmWanttoSave::Unload() {
-  Window.Visible = Window.Loaded = false;
+  Window.Unload();
 }
 
 }  // namespace velgrove

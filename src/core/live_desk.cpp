@@ -69,10 +69,9 @@ void LiveDesk::sleep(Milliseconds time) {
 }
 
 void LiveDesk::waitUntil(const std::function<bool()>& condition) {
-  if (onFace())
-    m_face->until(condition);
-  else
-    m_thread.until(condition);
+  if (onFace()) return m_face->until(condition);
+  raise(onWait);
+  m_thread.until(condition);
 }
 
 void LiveDesk::aside(const std::function<void()>& work) {

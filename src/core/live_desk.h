@@ -49,6 +49,10 @@ class LiveDesk {
   /// Runs an action with the desk taken.
   void act(const std::function<void(LightingDesk&)>& action);
 
+  /// What the operator of a desk without a face does when a handler of his action begins to wait. Touched
+  /// only with the desk held.
+  std::function<void()> onWait;
+
   /// For the face: the windows to show. Touched only with the desk held, or before `start`.
   [[nodiscard]] LightingDesk& desk() { return m_desk; }
   /// Only for a desk made with a loop.

@@ -27,7 +27,7 @@ void frmSplash::Timer1_Timer() {
 
 void frmSplash::Unload() {
   Timer1.setEnabled(false);
-  Window.Visible = Window.Loaded = false;
+  Window.Unload();
 }
 
 void frmAbout::Form_Load() {
@@ -36,7 +36,7 @@ void frmAbout::Form_Load() {
 }
 
 void frmAbout::Unload() {
-  Window.Visible = Window.Loaded = false;
+  Window.Unload();
 }
 
 }  // namespace velgrove

@@ -61,6 +61,8 @@ std::unique_ptr<QueueList> Windows::makePlayer(const PlayerTraits& traits) {
           .GetCurrentView = [this] { return currentView(); },
           .redrawLevel =
               [this](clsFixture& fixture) {
+                if (ActiveDocument == nullptr)
+                  throw RunTimeError(Fault::ObjectMissing, "no document is open");
                 ActiveDocument->DeleteTextOnShape(fixture);
                 ActiveDocument->DrawTextOnShape(fixture);
               },
@@ -111,6 +113,7 @@ void Windows::unloadPlayers() {
 
 void Windows::unloadPlayer(std::unique_ptr<QueueList>& player) {
   player->q_timer.setEnabled(false);
+  player->Window.Unload();
   retire(std::move(player));
 }
 
@@ -153,7 +156,7 @@ std::vector<OpenForm> Windows::openForms() {
   const auto note = [&open](Form& form, std::function<void()> unload) {
     if (form.Loaded || form.Visible) open.push_back({.form = &form, .unload = std::move(unload)});
   };
-  note(Comm.Window, [this] { Comm.Window.Visible = Comm.Window.Loaded = false; });
+  note(Comm.Window, [this] { Comm.Window.Unload(); });
   for (const auto& document : Documents)
     open.push_back({.form = &document->Window, .unload = [this, form = document.get()] {
                       DocumentForm = form;
@@ -165,10 +168,7 @@ std::vector<OpenForm> Windows::openForms() {
       open.push_back({.form = &(*player)->Window, .unload = [this, player] { unloadPlayer(*player); }});
   note(Loop.Window, [this] { Loop.Unload(); });
   note(ConfirmPaste.Window, [this] { ConfirmPaste.Unload(); });
-  note(Effects.Window, [this] {
-    Effects.ChaseTimer.setEnabled(false);
-    Effects.Window.Visible = Effects.Window.Loaded = false;
-  });
+  note(Effects.Window, [this] { Effects.Unload(); });
   return open;
 }
 
@@ -177,6 +177,7 @@ void Windows::endRepaints() const {
 }
 
 void Windows::startEffect(const std::string& number) {
+  Effects.load();
   if (m_show.GoFromInput) Effects.Window.WindowState = WindowState::Minimised;
   Effects.doEffect(number);
 }

@@ -100,6 +100,11 @@ struct ComboLook {
   bool operator==(const ComboLook&) const = default;
 };
 
+struct ComboContent {
+  std::vector<std::string> items;
+  std::string ownText;  ///< shown while no item is
+};
+
 /// Changes what differs between the first and the last items, so that an open list doesn't jump.
 void showItems(QComboBox& combo, const std::vector<std::string>& items) {
   const int wanted = static_cast<int>(items.size());
@@ -197,9 +202,9 @@ void Bindings::bind(Spinner* spinner, const Find<UpDown>& find) {
 
 void Bindings::bind(QComboBox* combo, const Find<ComboBox>& find) {
   const auto shown = std::make_shared<ComboLook>();
-  const auto items = std::make_shared<std::vector<std::string>>();
+  const auto content = std::make_shared<ComboContent>();
   add({.copy =
-           [find, shown, items] {
+           [find, shown, content] {
              const ComboBox* control = find();
              const ComboLook now = control == nullptr ? ComboLook{}
                                                       : ComboLook{.control = control,
@@ -207,16 +212,17 @@ void Bindings::bind(QComboBox* combo, const Find<ComboBox>& find) {
                                                                   .index = control->listIndex()};
              if (now == *shown) return false;
              if (control == nullptr)
-               items->clear();
+               *content = {};
              else if (control != shown->control || now.revision != shown->revision)
-               *items = control->items();
+               *content = {.items = control->items(), .ownText = now.index < 0 ? control->text() : ""};
              *shown = now;
              return true;
            },
        .apply =
-           [combo, shown, items] {
+           [combo, shown, content] {
              const QSignalBlocker quiet(combo);
-             showItems(*combo, *items);
+             showItems(*combo, content->items);
+             combo->setPlaceholderText(text(content->ownText));
              combo->setCurrentIndex(shown->index);
            }});
   QObject::connect(combo, &QComboBox::activated, combo, [this, find, shown](int index) {
@@ -225,6 +231,19 @@ void Bindings::bind(QComboBox* combo, const Find<ComboBox>& find) {
       if (ComboBox* control = find()) control->choose(index);
     });
   });
+}
+
+void Bindings::bind(QGroupBox* group, const Find<Frame>& find) {
+  mirror(
+      [find] {
+        const Frame* control = find();
+        return control == nullptr ? std::pair(std::string(), false)
+                                  : std::pair(control->Caption, control->Enabled);
+      },
+      [group](const std::pair<std::string, bool>& look) {
+        group->setTitle(text(look.first));
+        group->setEnabled(look.second);
+      });
 }
 
 }  // namespace velgrove

@@ -2,6 +2,7 @@
 
 #include <QAbstractButton>
 #include <QComboBox>
+#include <QGroupBox>
 #include <QLabel>
 #include <functional>
 #include <memory>
@@ -66,6 +67,8 @@ class Bindings {
   /// Its steps go to the control; it has nothing to show.
   void bind(Spinner* spinner, const Find<UpDown>& find);
   void bind(QComboBox* combo, const Find<ComboBox>& find);
+  /// Caption and state; a disabled group takes the hand from all that stands in it.
+  void bind(QGroupBox* group, const Find<Frame>& find);
 
  private:
   Face& m_face;

@@ -19,12 +19,15 @@ ChildArea::ChildArea(QWidget* parent) : QMdiArea(parent) {
   setBackground(theme::colour("well"));
   setActivationOrder(QMdiArea::ActivationHistoryOrder);
   setOption(QMdiArea::DontMaximizeSubWindowOnActivation);
+  // The toolkit raises a window after it has told of it.
+  connect(this, &QMdiArea::subWindowActivated, this, &ChildArea::raiseFloating, Qt::QueuedConnection);
 }
 
 void ChildArea::add(QMdiSubWindow* window, Place place) {
   window->setProperty("place", static_cast<int>(place));
   addSubWindow(window, Qt::WindowFlags());
-  if (const auto* child = qobject_cast<ChildWindow*>(window))
+  const auto* child = qobject_cast<ChildWindow*>(window);
+  if (child != nullptr && place != Place::Floating)
     connect(child, &ChildWindow::movedByHand, this, [this] { m_byHand = true; });
   layOut();
 }
@@ -63,12 +66,34 @@ QRect ChildArea::grown(QRect area, QSize least, Place place) {
 }
 
 void ChildArea::layOut() {
-  if (m_byHand) return;
   for (QMdiSubWindow* window : subWindowList()) {
     if (window->isMinimized() || window->isMaximized()) continue;
-    const auto place = static_cast<Place>(window->property("place").toInt());
-    window->setGeometry(grown(placeOf(place), window->minimumSizeHint(), place));
+    const Place place = placeIn(*window);
+    if (place == Place::Floating)
+      placeFloating(*window);
+    else if (!m_byHand)
+      window->setGeometry(grown(placeOf(place), window->minimumSizeHint(), place));
   }
+}
+
+ChildArea::Place ChildArea::placeIn(const QMdiSubWindow& window) {
+  return static_cast<Place>(window.property("place").toInt());
+}
+
+void ChildArea::raiseFloating() {
+  for (QMdiSubWindow* window : subWindowList(QMdiArea::StackingOrder))
+    if (placeIn(*window) == Place::Floating) window->raise();
+}
+
+void ChildArea::placeFloating(QMdiSubWindow& window) const {
+  constexpr QPoint FromCorner(24, 24);
+  const QSize least = window.minimumSizeHint();
+  if (window.isVisible()) {
+    window.resize(window.size().expandedTo(least));
+    return;
+  }
+  const QRect room = viewport()->rect().adjusted(FromCorner.x(), FromCorner.y(), -Gap, -Gap);
+  window.setGeometry(QRect(room.topLeft(), window.sizeHint().boundedTo(room.size()).expandedTo(least)));
 }
 
 QList<QMdiSubWindow*> ChildArea::openWindows() const {

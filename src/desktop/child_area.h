@@ -7,14 +7,15 @@
 namespace velgrove {
 
 /// The frame's ground for its child windows. They stand as the house lays them out - the plot at the left,
-/// the lists at the right - until the operator moves one of them or arranges them.
+/// the lists at the right - until the operator moves one of them or arranges them. Others float: they come up
+/// over the plot, stay where the hand puts them, and no click on the windows below hides them.
 class ChildArea : public QMdiArea {
   Q_OBJECT
 
  public:
   explicit ChildArea(QWidget* parent = nullptr);
 
-  enum class Place { Plot, UpperList, LowerList };
+  enum class Place { Plot, UpperList, LowerList, Floating };
   void add(QMdiSubWindow* window, Place place);
   void arrange(Arrangement::Code how);
   void layOut();
@@ -26,6 +27,9 @@ class ChildArea : public QMdiArea {
   void tile(bool sideBySide);
   void lineUpIcons();
   [[nodiscard]] QList<QMdiSubWindow*> openWindows() const;
+  [[nodiscard]] static Place placeIn(const QMdiSubWindow& window);
+  void placeFloating(QMdiSubWindow& window) const;
+  void raiseFloating();
   [[nodiscard]] QRect placeOf(Place place) const;
   [[nodiscard]] static QRect grown(QRect area, QSize least, Place place);
 

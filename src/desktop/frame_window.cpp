@@ -6,6 +6,7 @@
 #include <QScrollArea>
 #include <QVBoxLayout>
 
+#include "desktop/effects_window.h"
 #include "desktop/theme.h"
 #include "desktop/twips.h"
 
@@ -62,6 +63,7 @@ void FrameWindow::build() {
             &Windows::XYQ, ChildArea::Place::UpperList);
   addPlayer({.window = "ABQueueList", .list = "ListView2", .editorSuffix = "", .spoken = "AB cues"},
             &Windows::ABQ, ChildArea::Place::LowerList);
+  addEffects();
   connect(m_children, &QMdiArea::subWindowActivated, this, &FrameWindow::onActivated);
 }
 
@@ -158,6 +160,15 @@ void FrameWindow::addPlayer(const CueWindow::Names& names, std::unique_ptr<Queue
       });
   window->hide();
   m_children->add(window, place);
+}
+
+void FrameWindow::addEffects() {
+  EffectsQueue& effects = m_desk.windows.Effects;
+  auto* window = new ChildWindow(
+      new EffectsWindow(m_face, effects), m_face, [&effects] { return &effects.Window; },
+      [&effects] { effects.Unload(); });
+  window->hide();
+  m_children->add(window, ChildArea::Place::Floating);
 }
 
 QRect FrameWindow::ground() const {

@@ -22,7 +22,7 @@ class frmConfirmPaste {
     Window.Loaded = true;
     Window.Show();
   }
-  void Unload() { Window.Visible = Window.Loaded = false; }
+  void Unload() { Window.Unload(); }
 };
 
 }  // namespace velgrove

@@ -27,24 +27,28 @@ QueueList& frmLoop::player() const {
 
 void frmLoop::ShowModal() {
   Form_Load();
-  Window.Modal = true;
-  Window.Show();
-  m_machine.waitUntil([this] { return !Window.Visible; });
+  m_machine.showModal(Window);
 }
 
 void frmLoop::Form_Load() {
   Window.Loaded = true;
-  m_machine.errors.run([&] {
-    const QueueList& edited = player();
-    const auto number = [&edited](float stored, int row) {
-      return stored != 0 ? formatCueNumber(stored) : edited.ListView2.text(row);
-    };
-    txtStartCue.setText(number(edited.State.LoopStartCue, 2));
-    txtLastCue.setText(number(edited.State.LoopLastCue, 3));
-    txtLoopCount.setText(edited.State.LoopCount != 0 ? formatWhole(edited.State.LoopCount) : "1");
-    Window.Left = edited.Window.Left - LeftOfPlayer;
-    Window.Top = edited.Window.Top + edited.Window.Height + BelowPlayer;
-  });
+  txtStartCue.setText("1.0");
+  txtLastCue.setText("2.0");
+  txtLoopCount.setText("");
+  const auto number = [this](float stored, int row) {
+    return stored != 0 ? formatCueNumber(stored) : player().ListView2.text(row);
+  };
+  m_machine.errors.steps([&] { txtStartCue.setText(number(player().State.LoopStartCue, 2)); },
+                         [&] { txtLastCue.setText(number(player().State.LoopLastCue, 3)); },
+                         [&] {
+                           const int count = player().State.LoopCount;
+                           txtLoopCount.setText(count != 0 ? formatWhole(count) : "1");
+                         },
+                         [&] {
+                           const Form& edited = player().Window;
+                           Window.Left = edited.Left - LeftOfPlayer;
+                           Window.Top = edited.Top + edited.Height + BelowPlayer;
+                         });
 }
 
 void frmLoop::Command1_Click() {
@@ -78,7 +82,7 @@ void frmLoop::Form_OLEDragDrop() {
 }
 
 void frmLoop::Unload() {
-  Window.Visible = Window.Loaded = false;
+  Window.Unload();
 }
 
 }  // namespace velgrove

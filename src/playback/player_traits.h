@@ -9,7 +9,8 @@
 namespace velgrove {
 
 /// Everything in which the two players differ. All else is one design with two instances, and nothing asks
-/// which of the two it is.
+/// which of the two it is. What they only do in another order has no trait, since nobody can tell: AB looks
+/// for a reversed fade first, moves its pointer after its icon, and refreshes its panels before the list.
 struct PlayerTraits {
   using PlayerLevels = std::array<std::int16_t, ChannelCount> ShowState::*;
   using Flag = bool ShowState::*;

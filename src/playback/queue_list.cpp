@@ -68,7 +68,12 @@ std::shared_ptr<clsQueueEntry> QueueList::entryByNumber(float number) {
   throw RunTimeError(Fault::ObjectMissing, "no cue " + formatCueNumber(number));
 }
 
+std::shared_ptr<clsQueueEntry> QueueList::entryOfRow(int row) {
+  return isRow(row) ? entryByKey(numberOfRow(row)) : nullptr;
+}
+
 std::shared_ptr<clsQueueEntry> QueueList::searchRow(int row) {
+  if (!isRow(row)) return nullptr;
   const int player = m_traits.Mark - 1;
   auto entry = search(entries(), numberOfRow(row), player, m_machine.boxes);
   if (entry == nullptr) throw RunTimeError(Fault::ObjectMissing, "the list has no cue");
@@ -76,6 +81,7 @@ std::shared_ptr<clsQueueEntry> QueueList::searchRow(int row) {
 }
 
 void QueueList::Form_Load() {
+  Window.Loaded = true;
   m_errors.steps(
       [&] {
         ListView2.Columns = {{"#  ", 66},   {"Dwn", 50},  {"Dly", 50},   {"Up", 50},

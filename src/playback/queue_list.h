@@ -187,10 +187,10 @@ class QueueList {
   /// Columns of the list.
   enum CueColumn : std::size_t { NumberCell, DownCell, DelayCell, UpCell, DescCell, ListCell, TargetCell };
 
-  static constexpr int FewestRowsToStep = 3;
+  static constexpr int FewestRows = 3;
 
-  /// Marks can stand beside the list, at 0 and -1: such a row is none and isn't looked up.
-  [[nodiscard]] static bool isRow(int row) { return row >= 1; }
+  /// Marks can stand beside the list, before it and behind it: there is nothing to look up there.
+  [[nodiscard]] bool isRow(int row) const { return row >= 1 && row <= ListView2.count(); }
 
   void setUpButtons();
   void tieEditors();
@@ -211,9 +211,10 @@ class QueueList {
   void returnToStageCue(const std::string& panel);
   void jumpToStageCue();
   void movePointer(int row);
+  void goToRow(int row);
   void endFade();
   void startTimer(bool reverse);
-  void takeTimes(const clsQueueEntry& entry);
+  void takeTimes(const clsQueueEntry* entry);
   void keepTimes();
   void showOnStage(int row, bool yields);
   void showBlind(int row);
@@ -250,7 +251,9 @@ class QueueList {
   [[nodiscard]] std::shared_ptr<clsQueueEntry> entryByKey(float number);
   /// The first cue of that number, whoever owns it; Fault::ObjectMissing when there is none.
   [[nodiscard]] std::shared_ptr<clsQueueEntry> entryByNumber(float number);
-  /// The cue of a row by `search`, with its box and its last cue looked at.
+  /// The cue of a row as above; none where the list has no such row.
+  [[nodiscard]] std::shared_ptr<clsQueueEntry> entryOfRow(int row);
+  /// The same by `search`, with its box and its last cue looked at.
   [[nodiscard]] std::shared_ptr<clsQueueEntry> searchRow(int row);
   [[nodiscard]] float numberOfRow(int row) const { return toCueNumber(ListView2.text(row)); }
 

@@ -63,7 +63,6 @@ std::shared_ptr<clsQueueEntry> QueueList::cueOfEditors(float number) const {
 
 void QueueList::cmdRecord_Click() {
   std::shared_ptr<clsQueueEntry> cue;
-  std::string nameOfLast;
   m_errors.steps(
       [&] {
         if (m_traits.RecordTakesDefaults) writeDefaultTimes();
@@ -138,10 +137,10 @@ void QueueList::cmdUpdate_Click() {
     writeEditedCells(State.PointerCue);
     repaintRows();
     updateMarkHeaders();
-    clsQueueEntry& cue = *entryByKey(toCueNumber(number));
-    takeEditors(cue);
-    cue.EntryQueueList = m_traits.Mark;
-    cue.Values = m_show.BlindOn ? m_show.BlindLevels : levelsOnPlot();
+    const auto cue = entryByKey(toCueNumber(number));
+    takeEditors(*cue);
+    cue->EntryQueueList = m_traits.Mark;
+    cue->Values = m_show.BlindOn ? m_show.BlindLevels : levelsOnPlot();
     updated = true;
   });
   if (!updated) return;
@@ -157,19 +156,17 @@ void QueueList::cmdUpdate_Click() {
 void QueueList::cmdInsertCue_Click() {
   CueDesc.setText(NewDescription);
   writeDefaultTimes();
-  bool inserted = false;
-  m_errors.run([&] {
-    if (State.CueCount <= 1)
-      inserted = insertFirst();
-    else if (State.PointerCue == State.CueCount)
-      inserted = (cmdRecord_Click(), true);
-    else
-      inserted = insertBehindPointer();
-  });
+  const bool recorded = State.CueCount > 1 && State.PointerCue == State.CueCount;
+  bool inserted = recorded;
+  if (recorded)
+    cmdRecord_Click();
+  else
+    m_errors.run([&] { inserted = State.CueCount <= 1 ? insertFirst() : insertBehindPointer(); });
   if (!inserted) return;
   m_errors.run([&] { ListView2.sort(CompareValues); });
   m_show.ProjectDirty = true;
   AttachPointerToStageCue();
+  if (!recorded) UpdateCueInfo();
 }
 
 /// The first cue of a list, or its Blackout when even that has gone.
@@ -262,6 +259,7 @@ void QueueList::cmdCopy_Click() {
   m_errors.steps(
       [&] {
         const auto cue = searchRow(State.PointerCue);
+        if (cue == nullptr) throw RunTimeError(Fault::ObjectMissing, "no cue is selected");
         const float number = toCueNumber(CueNum.text());
         takeEditors(*cue);
         cue->EntryNum = number;
@@ -287,8 +285,9 @@ void QueueList::cmdPaste_Click() {
         CueDesc.setText(State.CopiedDesc);
       },
       [&] {
-        forEachFixture(
-            [&](clsFixture& fixture) { fixture.Level = State.CopiedLevels[channelIndex(fixture.Channel)]; });
+        forEachFixture([&](clsFixture& fixture) {
+          if (isPatched(fixture)) fixture.Level = State.CopiedLevels[channelIndex(fixture.Channel)];
+        });
       },
       [&] { cmdUpdate_Click(); });
   m_show.ProjectDirty = true;

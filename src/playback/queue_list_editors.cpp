@@ -41,24 +41,27 @@ void QueueList::CueNum_KeyUp(int keyCode) {
     const float wanted = toCueNumber(CueNum.text());
     int row = 1;
     while (row < ListView2.count() && numberOfRow(row) != wanted) ++row;
-    movePointer(row);
-    selectchange();
+    goToRow(row);
   });
 }
 
 /// One row down the list for each step down, one up for each step up.
 void QueueList::UpDownCueNum_Change() {
   if (State.StageCue < 1) return;
+  const bool down = UpDownCueNum.value() <= State.CueSpinValue;
+  State.CueSpinValue = narrow<std::int16_t>(UpDownCueNum.value());
   m_errors.run([&] {
     const int from = ListView2.findItem(CueNum.text());
     if (from == 0) throw RunTimeError(Fault::ObjectMissing, "no row " + CueNum.text());
-    const bool down = UpDownCueNum.value() <= State.CueSpinValue;
-    State.CueSpinValue = narrow<std::int16_t>(UpDownCueNum.value());
-    const int row = down ? std::min(from + 1, ListView2.count()) : std::max(from - 1, 1);
-    CueNum.setText(ListView2.text(row));
-    movePointer(row);
-    selectchange();
+    goToRow(down ? std::min(from + 1, ListView2.count()) : std::max(from - 1, 1));
   });
+}
+
+/// The editors follow, so that an update never writes one cue's times into another.
+void QueueList::goToRow(int row) {
+  movePointer(row);
+  selectchange();
+  UpdateCueInfo();
 }
 
 void QueueList::stepUp(int by) {

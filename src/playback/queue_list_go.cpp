@@ -17,19 +17,16 @@ void QueueList::cmdGoForward_Click() {
   if (!cmdGoForward.Enabled) return;
 
   if (m_traits.GoColoursButtons) SetActionButtons(false, true);
-  m_errors.steps(
-      [&] {
-        // A stage on no row (a loop was cleared, or a link went to row 1) leaves the times of the last fade.
-        if (isRow(State.StageCue)) takeTimes(*searchRow(State.StageCue));
-      },
-      [&] {
-        const auto next = searchRow(State.NextCue);
-        State.MasterGoList = next->QueueListMasterGo;
-        State.MasterGoNumber = next->QueueNumberMasterGo.value_or("");
-      },
-      [&] {
-        if (State.FadeUp == 0 && State.FadeDown == 0) ShowFixtureLevelsForSelectedCue(State.NextCue, "live");
-      });
+  m_errors.steps([&] { takeTimes(searchRow(State.StageCue).get()); },
+                 [&] {
+                   const auto next = searchRow(State.NextCue);
+                   State.MasterGoList = next == nullptr ? "None" : next->QueueListMasterGo;
+                   State.MasterGoNumber = next == nullptr ? "None" : next->QueueNumberMasterGo.value_or("");
+                 },
+                 [&] {
+                   if (State.FadeUp == 0 && State.FadeDown == 0)
+                     ShowFixtureLevelsForSelectedCue(State.NextCue, "live");
+                 });
   m_show.XYEndsManualClear = true;
   m_show.ABEndsManualClear = true;
   // Copies: the link can come back to this list and take the next cue's link there.
@@ -47,21 +44,25 @@ void QueueList::startTimer(bool reverse) {
   State.Paused = false;
   State.Reverse = reverse;
   State.Fading = true;
-  q_timer.setEnabled(true);
+  if (Window.Loaded) q_timer.setEnabled(true);  // the show can be closed while a box holds up its Go
 }
 
-void QueueList::takeTimes(const clsQueueEntry& entry) {
-  State.FadeUp = entry.Up;
-  State.FadeDown = entry.Down;
-  State.FadeDelay = entry.Delay;
+/// The times of a cue in seconds. Where there is none, since a loop was cleared or a link went to row 1, the
+/// last fade's times stay.
+void QueueList::takeTimes(const clsQueueEntry* entry) {
+  if (entry == nullptr) return keepTimes();
+  State.FadeUp = entry->Up;
+  State.FadeDown = entry->Down;
+  State.FadeDelay = entry->Delay;
 }
 
-/// The times of the fade that was stopped, in milliseconds, for a stage that stands on no row.
+/// Reads the last fade's times back from its timeline: a resume has left them in milliseconds.
 void QueueList::keepTimes() {
-  State.FadeUp = State.UpSpan;
-  State.FadeDown = State.DownSpan;
-  State.FadeDelay =
-      narrow<std::int32_t>(std::int64_t{State.UpStartTime} - State.DownEndTime + State.DownSpan);
+  constexpr double MsPerSecond = 1000;
+  const std::int64_t delay = std::int64_t{State.UpStartTime} - State.DownEndTime + State.DownSpan;
+  State.FadeUp = State.UpSpan / MsPerSecond;
+  State.FadeDown = State.DownSpan / MsPerSecond;
+  State.FadeDelay = static_cast<double>(delay) / MsPerSecond;
 }
 
 void QueueList::cmdStop_Click() {
@@ -86,8 +87,7 @@ void QueueList::cmdForward_Click() {
   const std::int32_t now = m_machine.timeGetTime();
   m_errors.steps(
       [&] {
-        if (!isRow(State.StageCue)) return keepTimes();
-        takeTimes(*searchRow(State.StageCue));
+        takeTimes(searchRow(State.StageCue).get());
         constexpr double MsPerSecond = 1000;
         State.FadeUp *= MsPerSecond;
         State.FadeDown *= MsPerSecond;
@@ -112,7 +112,7 @@ void QueueList::cmdForward_Click() {
 void QueueList::cmdGoReverse_Click() {
   const std::int32_t now = m_machine.timeGetTime();
   m_errors.steps(
-      [&] { takeTimes(*searchRow(State.NextCue - 1)); },
+      [&] { takeTimes(searchRow(State.NextCue - 1).get()); },
       [&] {
         State.DownEndTime = roundTo<std::int32_t>(State.CurrentLookPct / 100.0 * State.FadeDown + now);
         State.UpStartTime = roundTo<std::int32_t>(now + State.FadeDelay);

@@ -9,11 +9,7 @@ namespace velgrove {
 void QueueList::SetupCrossFade() {
   std::shared_ptr<clsQueueEntry> stage;
   std::shared_ptr<clsQueueEntry> next;
-  m_errors.steps(
-      [&] {
-        if (isRow(State.StageCue)) stage = entryByKey(numberOfRow(State.StageCue));
-      },
-      [&] { next = entryByKey(numberOfRow(State.NextCue)); });
+  m_errors.steps([&] { stage = entryOfRow(State.StageCue); }, [&] { next = entryOfRow(State.NextCue); });
   State.NextLookLevel = 0;
   State.CurrentLookLevel = 0;
   State.CurrentLook.fill(0);
@@ -34,7 +30,7 @@ void QueueList::ShowFixtureLevelsForSelectedCue(int row, const std::string& mode
 /// A look that comes at once. A cue that isn't found leaves the stage dark.
 void QueueList::showOnStage(int row, bool yields) {
   std::shared_ptr<clsQueueEntry> entry;
-  if (isRow(row)) m_errors.run([&] { entry = searchRow(row); });
+  m_errors.run([&] { entry = searchRow(row); });
   levels().fill(0);
   if (entry == nullptr) return;
   const auto& others = m_show.*m_traits.OtherLevels;
@@ -52,7 +48,7 @@ void QueueList::showOnStage(int row, bool yields) {
 void QueueList::showBlind(int row) {
   if (m_traits.BlindCallSetsMode) m_show.BlindOn = true;
   std::shared_ptr<clsQueueEntry> entry;
-  m_errors.run([&] { entry = entryByNumber(numberOfRow(row)); });
+  if (isRow(row)) m_errors.run([&] { entry = entryByNumber(numberOfRow(row)); });
   if (entry == nullptr) return;
   forEachFixture([&](clsFixture& fixture) {
     const auto at = channelIndex(fixture.Channel);

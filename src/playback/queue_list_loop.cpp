@@ -11,13 +11,14 @@ namespace velgrove {
 /// leaves the stage on row 0, and the next fade end or stage button brings the marks back.
 void QueueList::cmdLoop_Click() {
   if (m_traits.LoopSetsPlayer) m_show.CurrentPlayer = m_traits.Player;
-  if (State.CueCount < FewestRowsToStep) {
+  if (ListView2.count() < FewestRows) {
     m_machine.boxes.show({.text = "There must be more Queues to loop in order to use this function.",
                           .title = "Loop Function not Ready"});
     return;
   }
-  m_errors.steps([&] { m_wiring.configureLoop(); }, [&] { State.LoopSkipAdvance = true; },
-                 [&] { findLoopRows(); }, [&] { markLoopRows(); },
+  m_errors.run([&] { m_wiring.configureLoop(); });
+  if (!Window.Loaded) return;  // the show was closed under the dialog
+  m_errors.steps([&] { State.LoopSkipAdvance = true; }, [&] { findLoopRows(); }, [&] { markLoopRows(); },
                  [&] {
                    State.StageCue = State.LoopStartRow;
                    State.NextCue = narrow<std::int16_t>(State.StageCue + 1);
@@ -54,8 +55,7 @@ bool QueueList::ProcessLoop() {
     m_errors.steps(
         [&] {
           const bool ofStage = m_traits.LoopTimesRow == PlayerTraits::LoopTimes::OfStageRow;
-          const int row = ofStage ? State.StageCue : State.NextCue - 1;
-          if (isRow(row)) takeTimes(*searchRow(row));
+          takeTimes(entryOfRow(ofStage ? State.StageCue : State.NextCue - 1).get());
         },
         [&] { buildTimeline(State, m_machine.timeGetTime()); }, [&] { takeLoopStep(); });
     UpdateListView();

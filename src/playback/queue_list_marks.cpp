@@ -1,11 +1,13 @@
 // Marks and modes of a player: which cue is on stage, which comes next, and what Live and Blind show.
 
+#include <algorithm>
+
 #include "playback/queue_list.h"
 
 namespace velgrove {
 
 void QueueList::cmdAdvanceStageCue_Click() {
-  if (!cmdAdvanceStageCue.Enabled || State.CueCount < FewestRowsToStep) return;
+  if (!cmdAdvanceStageCue.Enabled || State.CueCount < FewestRows) return;
   m_errors.steps(
       [&] {
         if (State.StageCue == State.CueCount) {  // round the end, past Blackout
@@ -31,14 +33,14 @@ void QueueList::cmdAdvanceStageCue_Click() {
 }
 
 void QueueList::cmdDecrementStageCue_Click() {
-  if (!cmdDecrementStageCue.Enabled || State.CueCount < FewestRowsToStep) return;
+  if (!cmdDecrementStageCue.Enabled || State.CueCount < FewestRows) return;
   m_errors.steps(
       [&] {
         cmdAdvanceStageCue.Enabled = true;
         if (State.StageCue == 1) {
           cmdDecrementStageCue.Enabled = false;
         } else {
-          --State.StageCue;
+          State.StageCue = std::max<std::int16_t>(State.StageCue - 1, 1);  // back from beside the list, too
           State.NextCue = narrow<std::int16_t>(State.StageCue + 1);
           cmdGoForward.Enabled = true;
         }
@@ -51,7 +53,7 @@ void QueueList::ResetStageCue() {
     m_show.XYLevels.fill(0);
     m_show.ABLevels.fill(0);
   }
-  if (State.CueCount < FewestRowsToStep) return;
+  if (State.CueCount < FewestRows) return;
   m_errors.steps(
       [&] {
         cmdAdvanceStageCue.Enabled = true;

@@ -83,7 +83,7 @@ void QueueList::UpdateHeader(const std::string& panel, int row) {
 }
 
 void QueueList::showStagePanel(int row) {
-  if (row == 0) return;
+  if (!isRow(row)) return;
   const auto& cells = ListView2.row(row).Texts;
   lblStageNum.Caption = cells[NumberCell];
   lblStageDown2.Caption = cells[DownCell];
@@ -95,7 +95,7 @@ void QueueList::showStagePanel(int row) {
 
 void QueueList::showNextPanel(int row) {
   const ListView::Row none{.Texts = {"N/A", "N/A", "N/A", "N/A", "N/A"}};
-  const auto& cells = (State.NextCue == -1 ? none : ListView2.row(row)).Texts;
+  const auto& cells = (State.NextCue == -1 || !isRow(row) ? none : ListView2.row(row)).Texts;
   lblNextNum.Caption = cells[NumberCell];
   lblNextDown.Caption = cells[DownCell];
   lblNextDelay.Caption = cells[DelayCell];
@@ -109,6 +109,7 @@ void QueueList::updateMarkHeaders() {
 }
 
 void QueueList::UpdateCueInfo() {
+  if (!isRow(State.PointerCue)) return;
   m_errors.run([&] {
     const auto& cells = ListView2.row(State.PointerCue).Texts;
     CueNum.setText(cells[NumberCell]);

@@ -165,6 +165,25 @@ class Shows(Play):
         ])
         self.assertEqual(lit(self.all_frames(box)[-1][1]), {1: 5})
 
+    def test_what_the_operator_edits_plays_at_once(self):
+        box = self.box()
+        script = ("0 manual 7 70\n500 xy record\n600 manual 7 0\n"
+                  "700 xy loop one 3 1\n800 xy loop 2 3 1\n900 go\n1200 effect run 5\n1300 go\n")
+        desk = self.play(script)
+        self.assertEqual(desk.end_by_itself()[0], 0)
+        boxes = [line.split(" ", 2)[2] for line in desk.lines if " box " in line]
+        self.assertEqual(boxes, ['"SYSTEM ERROR" "Application may close, Would you like to continue?"',
+                                 '"Velgrove" "Effect 5 not registered"'])
+        self.assertEqual(lit(self.all_frames(box)[-1][1]), {7: 70})
+
+    def test_a_row_that_cannot_be_selected_ends_it_in_good_order(self):
+        box = self.box()
+        desk = self.play("0 manual 1 9\n500 xy select 9\n600 manual 1 10\n", "--until", 60000)
+        self.assertEqual(desk.end_by_itself(), (2, ""))
+        self.assertEqual(desk.lines[-1], "velgrove-show: standard input: line 2: XY - CueList has no row 9")
+        self.assertRegex(desk.lines[-2], r"^sent \d+, dropped 0, swallowed 0 blocks$")
+        self.assertEqual(lit(self.all_frames(box)[-1][1]), {1: 9})
+
     def test_after_1000_boxes_it_ends_with_words(self):
         self.box()
         desk = self.play("0 ab go\n" * 1200, data=show())

@@ -1,5 +1,6 @@
 """Rehearsal: a show and a script go in, and just the right frames come out."""
 
+import json
 import os
 import subprocess
 import sys
@@ -8,12 +9,13 @@ from itertools import zip_longest
 
 from fade_model import Model
 from programs import LONGEST_RUN, InAFolder, frame_of, frames_of, lit, program, show_program
-from show_bytes import look, show
+from show_bytes import both_lists, look, show
 
 HERE = os.path.dirname(os.path.abspath(__file__))
 DATA = os.path.join(HERE, "..", "..", "data")
 TOOLS = os.path.join(HERE, "..", "..", "tools")
 SYSTEM_ERROR = 'box "SYSTEM ERROR" "Application may close, Would you like to continue?"'
+PARTITION_FULL = 'box "Warning" "Cue Partition Full, please add to Next Cue."'
 AT_END = 'box "Velgrove" "At end of show - no more cues left"'
 
 
@@ -154,6 +156,257 @@ class Boxes(Rehearsal):
         self.assertEqual(done.code, 1)
         self.assertEqual(done.lines[:1000], [f"{10 * i} {AT_END}" for i in range(1000)])
         self.assertEqual(done.lines[1000:], ["velgrove-show: too many boxes: the run ends here"])
+
+
+class Editing(Rehearsal):
+    """Shows edited by a script and saved."""
+
+    XY3 = instant_cues({1: 10}, {1: 20}, {1: 30})
+    AB3 = instant_cues({2: 11}, {2: 22}, {2: 33})
+    THREE = show(XY3, AB3)
+
+    def edit(self, data, script):
+        """What is said on standard error while a script edits a show, which is saved as out.kel."""
+        return self.run_show(data, script, "--save", self.path("out.kel"))[1]
+
+    def assert_saved(self, xy=(), ab=()):
+        expected = self.write("expected.kel", show(xy, ab))
+        self.assertEqual(self.lists_in(self.path("out.kel")), self.lists_in(expected))
+        self.assertTrue(self.read("out.kel").endswith(both_lists(xy, ab)))
+
+    @staticmethod
+    def lists_in(path):
+        return json.loads(show_program("print", "--json", path).output)["colQueueData"]
+
+    def numbers_saved(self, position):
+        return [round(each["EntryNum"], 4) for each in self.lists_in(self.path("out.kel"))[position]["colQueueEntries"]]
+
+    def test_a_show_built_from_an_empty_one_is_saved_and_plays(self):
+        self.assertEqual(self.edit(show(), BUILD), [])
+        half = {"description": "House  to half", "up": 2, "down": 1, "link": ("AB", "1.00")}
+        self.assert_saved(xy=[{"number": 1, "levels": {1: 200, 2: 100}, **half},
+                              {"number": 2, "levels": {2: 100, 3: 50, 5: 9}, **half},
+                              {"number": 1.1, "levels": {2: 100, 3: 50}, "description": "Interval", "up": 4,
+                               "link": ("AB", "1.00")}],
+                          ab=[{"number": 1, "levels": {2: 100, 3: 50}, "description": "Sky"}])
+        played = self.lit_from(self.read("out.kel"), "0 go\n200 plus\n400 plus")
+        self.assertEqual(played, {30: {}, 60: {1: 200, 2: 100, 3: 50}, 210: {2: 100, 3: 50},
+                                  420: {2: 100, 3: 50, 5: 9}})
+
+    def test_recorded_cues_that_nobody_named_are_numbered_and_those_of_ab_lag_by_one(self):
+        self.edit(show(), "0 xy record\n0 xy record\n0 ab record\n0 ab record")
+        self.assert_saved(xy=[{"number": 1, "description": "Cue_1.00"}, {"number": 2, "description": "Cue_2.00"}],
+                          ab=[{"number": 1, "description": "Cue_0.00"}, {"number": 2, "description": "Cue_1.00"}])
+
+    def test_nine_cues_go_between_two_and_the_tenth_is_refused(self):
+        inserts = "".join(f"{ms} xy insert\n" for ms in range(10))
+        self.assertEqual(self.edit(self.THREE, "0 xy select 2\n" + inserts), [f"9 {PARTITION_FULL}"])
+        self.assertEqual(self.numbers_saved(1), [0, 1, 2, 3, 1.1, 1.2, 1.3, 1.4, 1.5, 1.6, 1.7, 1.8, 1.9])
+
+    def test_nothing_goes_behind_blackout_and_behind_the_last_cue_an_insert_records(self):
+        for player, position in (("ab", 0), ("xy", 1)):
+            full = self.edit(self.THREE, f"0 {player} insert")  # the pointer begins on Blackout
+            self.assertEqual(full, [f"0 {PARTITION_FULL}"])
+            self.assertEqual(self.numbers_saved(position), [0, 1, 2, 3])
+            self.assertEqual(self.edit(self.THREE, f"0 {player} select 4\n0 {player} insert"), [])
+            self.assertEqual(self.numbers_saved(position), [0, 1, 2, 3, 4])
+
+    def test_the_list_of_ab_stands_double_behind_an_insert_until_the_show_is_loaded_again(self):
+        for player, position, rows in (("ab", 0, 10), ("xy", 1, 5)):
+            insert = f"0 {player} select 2\n0 {player} insert\n"
+            self.assertEqual(self.edit(self.THREE, f"{insert}10 {player} select {rows}"), [])
+            self.assertEqual(self.numbers_saved(position), [0, 1, 2, 3, 1.1])
+            self.ends_by(self.THREE, f"{insert}10 {player} select {rows + 1}", "line 3: ")
+            saved = self.read("out.kel")
+            self.run_show(saved, f"0 {player} select 5")
+            self.ends_by(saved, f"0 {player} select 6", "line 1: ")
+
+    def test_behind_a_delete_nothing_works_on_a_cue_until_one_is_selected(self):
+        script = "0 xy select 3\n0 xy delete\n0 xy set desc New\n0 xy delete\n0 xy update\n0 xy copy\n0 xy paste\n"
+        self.assertEqual(self.edit(self.THREE, script), [])
+        self.assert_saved([self.XY3[0], self.XY3[2]], self.AB3)
+        self.assertEqual(self.edit(self.THREE, script + "0 xy select 3\n0 xy delete"), [])
+        self.assertEqual(self.numbers_saved(1), [0, 1])
+
+    def test_times_that_are_none_are_told_and_leave_the_cue_as_it_was(self):
+        for time in ("x", "40000", "-32769", "1,5"):
+            complaints = self.edit(self.THREE, f"0 xy select 2\n0 xy set desc New\n0 xy set up {time}\n7 xy update")
+            self.assertEqual(complaints, [f"7 {SYSTEM_ERROR}"], time)
+            self.assert_saved(self.XY3, self.AB3)
+
+    def test_times_are_rounded_to_seconds_and_a_description_can_be_emptied(self):
+        data = show(xy=[{"number": 1, "description": "Old"}])
+        self.edit(data, "0 xy select 2\n0 xy set up 2.5\n0 xy set down -3\n0 xy set delay 32767\n0 xy set desc\n"
+                        "0 xy update")
+        self.assert_saved(xy=[{"number": 1, "up": 2, "down": -3, "delay": 32767}])
+
+    def test_a_number_that_is_typed_renumbers_nothing_and_sends_the_update_to_that_cue(self):
+        script = "0 xy select 2\n0 xy set num {}\n0 xy set desc New\n0 xy set up 5\n0 xy update"
+        self.assertEqual(self.edit(self.THREE, script.format("3.00")), [])
+        self.assert_saved([*self.XY3[:2], {"number": 3, "description": "New", "up": 5}], self.AB3)
+        self.assertEqual(self.edit(self.THREE, script.format("7.00")), [f"0 {SYSTEM_ERROR}"])
+        self.assertEqual(self.numbers_saved(1), [0, 1, 2, 3])
+
+    def ends_by(self, data, script, words):
+        """A run that ends by a bad line once its time has come; the frames so far."""
+        path = self.write("bad.script", script)
+        done = show_program("rehearse", self.write("show.kel", data), path, "--save", self.path("none.kel"))
+        self.assertEqual(done.code, 2, done)
+        self.assertEqual(len(done.lines), 1, done.complaints)
+        self.assertTrue(done.complaints.startswith(f"velgrove-show: {path}: {words}"), done.complaints)
+        self.assertNotIn("none.kel", os.listdir(self.folder), "half an editing isn't saved")
+        return frames_of(done.output)
+
+    def test_what_is_not_there_when_its_time_comes_ends_the_run_with_the_number_of_the_line(self):
+        for line, words in (
+            ("ab select 5", "AB - CueList has no row 5\n"),
+            ("xy set list EX", "XY - CueList offers None, XY, AB or EF, not EX\n"),
+            ("ab set list XY", "AB - CueList offers None, AB, AB or EF, not XY\n"),
+            ("ab set number 1.00", "AB - CueList offers None, not 1.00\n"),
+            ("xy set list AB\n95 xy set number 4.00",
+             "XY - CueList offers None, 0.00, 1.00, 2.00 or 3.00, not 4.00\n"),
+        ):
+            number = 2 + line.count("\n")
+            frames = self.ends_by(self.THREE, f"# a comment\n95 {line}\n200 go", f"line {number}: {words}")
+            self.assertEqual([ms for ms, _ in frames], [30, 60, 90])
+
+
+BUILD = """
+0 manual 1 200
+0 manual 2 100
+500 xy set up 2
+500 xy set down 1
+500 xy set desc   House  to half \r
+500 xy record
+600 manual 1 0
+600 manual 3 50
+1000 xy record
+1100 ab set up 9
+1100 ab set desc Sky
+1100 ab record
+1200 ab record
+1300 xy select 2
+1300 xy insert
+1400 xy select 3
+1400 xy set desc Interval
+1400 xy set up 4
+1400 xy set list AB
+1400 xy set number 1.00
+1400 xy update
+1500 manual 5 9
+# the copy takes the link's choice and the levels of the plot
+2000 xy select 2
+2000 xy copy
+2100 manual 5 0
+2500 xy select 4
+2500 xy paste
+2600 ab select 3
+2600 ab delete
+2600 ab delete
+"""
+
+
+class Saving(Rehearsal):
+    EDIT = "0 manual 1 9\n100 xy record\n200 manual 1 8"
+
+    def rehearse(self, *arguments):
+        return show_program("rehearse", self.write("show.kel", show()), self.write("script", self.EDIT), *arguments)
+
+    def test_the_show_that_was_read_stays_as_it_was(self):
+        plain = self.rehearse()
+        self.assertEqual(self.rehearse("--save", self.path("out.kel")), plain)
+        self.assertEqual(self.read("show.kel"), show())
+        self.assertEqual(sorted(os.listdir(self.folder)), ["out.kel", "script", "show.kel"])
+
+    def test_the_version_before_stays_beside_a_show_that_is_saved_again(self):
+        self.assertEqual(self.rehearse("--save", self.path("show.kel")).code, 0)
+        self.assertEqual(self.read("show.kel.bak"), show())
+        self.assertNotEqual(self.read("show.kel"), show())
+
+    def test_the_end_of_the_run_ends_the_editing(self):
+        for until, cues in (("99", []), ("100", [{"number": 1, "levels": {1: 9}, "description": "Cue_1.00"}])):
+            self.assertEqual(self.rehearse("--until", until, "--save", self.path("out.kel")).code, 0)
+            self.assertTrue(self.read("out.kel").endswith(both_lists(xy=cues)), until)
+
+    def test_where_it_cannot_be_saved_the_frames_are_whole_and_the_reason_is_told(self):
+        plain = self.rehearse()
+        for path, reason in ((self.path("no/out.kel"), "No such file or directory"), (self.folder, "Is a directory")):
+            done = self.rehearse("--save", path)
+            self.assertEqual(done, (1, plain.output, f"velgrove-show: {path}: {reason}\n"))
+        with open("/dev/full", "w", encoding="ascii") as full:
+            done = show_program("rehearse", self.path("show.kel"), "--save", self.path("out.kel"), stdout=full, stderr=-1)
+        self.assertEqual((done.code, done.lines), (1, ["velgrove-show: standard output can't be written"]))
+        self.assertIn("out.kel", os.listdir(self.folder))
+
+
+class Loops(Rehearsal):
+    """Cue N lights channel N, and a fade that runs on its times takes N seconds."""
+
+    CUES = [{"number": number, "levels": {number: 200}, "up": number, "down": number} for number in range(1, 6)]
+
+    def brightest(self, data, script, *arguments):
+        """Which channel is the brightest from when on: [(ms, channel)]."""
+        frames, complaints = self.run_show(data, script, "--changes", *arguments)
+        self.assertEqual(complaints, [])
+        walk = []
+        for ms, levels in frames:
+            channel = levels.index(max(levels)) + 1
+            if any(levels) and (not walk or walk[-1][1] != channel):
+                walk.append((ms, channel))
+        return walk
+
+    def assert_walk(self, walk, expected):
+        """The next look outshines the stage look in the middle of a fade."""
+        self.assertEqual([channel for _, channel in walk], [channel for _, channel in expected], walk)
+        for (ms, channel), (wanted, _) in zip(walk, expected):
+            self.assertAlmostEqual(ms, wanted, delta=100, msg=f"channel {channel} in {walk}")
+
+    def test_one_go_walks_the_range_as_often_as_asked_and_the_next_leads_on(self):
+        # The fades take 1, 1 and 2 seconds, then the 3 of the last row, then 1 again; each ends at a step.
+        walk = self.brightest(show(xy=self.CUES), "0 xy loop 1 3.00 2\n500 go\n9500 go", "--until", 13000)
+        self.assert_walk(walk, [(540, 1), (1000, 2), (2030, 3), (3550, 1), (6050, 2), (8050, 3), (11000, 4)])
+
+    def test_ab_takes_the_times_before_the_next_row_and_so_those_of_blackout_in_between(self):
+        # A delete makes AB the list that the dialog is for.
+        arm = "0 ab select 6\n0 ab delete\n0 ab loop 1 3 2\n"
+        walk = self.brightest(show(ab=self.CUES), arm + "500 ab go\n6000 ab go", "--until", 9000)
+        self.assert_walk(walk, [(540, 1), (1000, 2), (2030, 3), (3550, 1), (4620, 2), (5080, 3), (7500, 4)])
+
+    def test_texts_that_are_no_numbers_are_told_and_the_dialog_goes_by_its_close_box(self):
+        _, complaints = self.run_show(show(xy=self.CUES), "5 xy loop one 3 2\n6 xy loop 1 3 40000\n200 xy plus")
+        self.assertEqual(complaints, [f"5 {SYSTEM_ERROR}", f"6 {SYSTEM_ERROR}"])
+        walk = self.brightest(show(xy=self.CUES), "0 xy loop 1 2 1\n200 go")
+        self.assertEqual([channel for _, channel in walk], [1, 2], "the dialog can be asked for again")
+
+    def test_a_list_of_two_rows_asks_for_no_loop(self):
+        _, complaints = self.run_show(show(ab=self.CUES[:1]), "0 ab loop 1 2 3")
+        self.assertEqual(complaints, ['0 box "Loop Function not Ready" "There must be more Queues to loop in order to '
+                                      'use this function."'])
+
+
+class Effects(Rehearsal):
+    NOT_THERE = 'box "Velgrove" "Effect {} not registered"'
+
+    def test_a_step_is_seen_if_a_frame_leaves_before_the_next_merge(self):
+        # Steps at 110, 220, 330, 440 and 550; the merges of 440 and 560 take the last two away.
+        seen = {30: {}, 120: {1: 255}, 150: {}, 240: {2: 255}, 270: {}, 360: {3: 255}, 390: {}}
+        self.assertEqual(self.lit_from(show(), "0 effect add 1 3 110 2\n0 effect run 1"), seen)
+
+    def test_a_cue_starts_the_effect_that_its_link_names(self):
+        script = ("0 effect add 9 9 50 1\n0 effect add 7 8 110 1\n0 xy set list EF\n0 xy set number 2\n0 xy record\n"
+                  "1015 go")
+        self.assertEqual(self.lit_from(show(), script), {30: {}, 1140: {7: 255}, 1170: {}})
+
+    def test_what_is_no_effect_is_told(self):
+        for script, box in (("effect run 2", self.NOT_THERE.format(2)),
+                            ("effect add 1 2 3 4\n0 effect run 40000", self.NOT_THERE.format(40000)),
+                            ("effect run 1", SYSTEM_ERROR),  # one past the last row gets through the test
+                            ("effect run one", SYSTEM_ERROR),
+                            ("effect add 1 3 40000 1\n0 effect run 1", SYSTEM_ERROR),
+                            ("effect add 1 x 110 1\n0 effect run 1", SYSTEM_ERROR)):
+            frames, complaints = self.run_show(show(), f"0 {script}")
+            self.assertEqual(complaints, [f"0 {box}"], script)
+            self.assertFalse(any(any(levels) for _, levels in frames), script)
 
 
 class Reckoned(Rehearsal):

@@ -123,6 +123,7 @@ class Usage(InAFolder):
                           ["rehearse"], ["rehearse", path, "-", "more"], ["rehearse", path, "--until"],
                           ["rehearse", path, "--until", "-1"], ["rehearse", path, "--until", "soon"],
                           ["rehearse", path, "--until", "1.5"], ["rehearse", path, "--until", "2147483648"],
+                          ["rehearse", path, "--save"], ["play", path, "--save", "out.kel"],
                           ["rehearse", path, self.path("missing")], ["rehearse", path, self.folder],
                           ["play"], ["play", path, "--changes"]):
             done = show_program(*arguments)
@@ -133,10 +134,13 @@ class Usage(InAFolder):
     def test_help_shows_all(self):
         done = show_program("--help")
         self.assertEqual((done.code, done.complaints), (0, ""))
-        for word in ("print", "make", "rehearse", "play", "stage|next ROW", "manual CHANNEL LEVEL", "trigger [COUNT]",
+        for word in ("print", "make", "rehearse", "play", "stage|next ROW", "select ROW",
+                     "record|update|insert|delete|copy|paste", "set desc [TEXT]", "loop START LAST COUNT",
+                     "effect add START STOP SPEED LOOPS", "manual CHANNEL LEVEL", "trigger [COUNT]",
                      "none|fixtures|subs", "Exit code"):
             self.assertIn(word, done.output)
         self.assertIn("--until", show_program("play", "--help").output)
+        self.assertIn("--save OUT.kel", show_program("rehearse", "--help").output)
 
 
 class BadScripts(InAFolder):
@@ -150,11 +154,23 @@ class BadScripts(InAFolder):
             ("500", "a command is missing"),
             ("500 dance", "no such command: dance"),
             ("500 go 1", "wrong number of arguments for go"),
-            ("500 ab dance", "no such button of a player: dance"),
+            ("500 ab dance", "no such command of a player: dance"),
             ("500 xy go 1", "wrong number of arguments for go"),
             ("500 xy stage", "wrong number of arguments for stage"),
             ("500 xy stage 0", "ROW is outside 1 to 32767: 0"),
             ("500 ab next two", "ROW is no whole number: two"),
+            ("500 ab select", "wrong number of arguments for select"),
+            ("500 ab select 0", "ROW is outside 1 to 32767: 0"),
+            ("500 xy record 1", "wrong number of arguments for record"),
+            ("500 xy set", "wrong number of arguments for set"),
+            ("500 xy set colour 1", "no such field of a player: colour"),
+            ("500 xy set up", "wrong number of arguments for up"),
+            ("500 xy set number 1 2", "wrong number of arguments for number"),
+            ("500 xy loop 1 2", "wrong number of arguments for loop"),
+            ("500 effect", "wrong number of arguments for effect"),
+            ("500 effect dance", "no such command of the effects: dance"),
+            ("500 effect add 1 2 3", "wrong number of arguments for add"),
+            ("500 effect run 1 2", "wrong number of arguments for run"),
             ("500 manual 1", "wrong number of arguments for manual"),
             ("500 manual 513 5", "CHANNEL is outside 1 to 512: 513"),
             ("500 manual 1 256", "LEVEL is outside 0 to 255: 256"),

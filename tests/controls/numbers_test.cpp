@@ -64,6 +64,13 @@ TEST(Numbers, CueNumbersAreShownWithTwoDecimalsAndNoLeadingZero) {
   EXPECT_EQ(formatWhole(12), "12");
 }
 
+TEST(Numbers, PlainTextIsTheShortestWithoutAnExponent) {
+  EXPECT_EQ(formatPlain(50), "50");
+  EXPECT_EQ(formatPlain(0.3), "0.3");
+  EXPECT_EQ(formatPlain(-2147483.648), "-2147483.648");
+  EXPECT_EQ(formatPlain(1000000), "1000000");
+}
+
 TEST(Numbers, ATenthAboveACueNumberMeetsTheNumberThatItsTextGives) {
   float number = 1;
   for (int tenth = 1; tenth <= 10; ++tenth) {

@@ -50,9 +50,10 @@ TEST_F(Timers, DueAtOneInstantRunInOrderOfRank) {
   EXPECT_EQ(log, "merge20 send30 fade30 merge40 send60 fade60 merge60 receive60 ");
 }
 
-TEST_F(Timers, AnIntervalOfZeroNeverTicks) {
+TEST_F(Timers, AnIntervalOfZeroNeverTicksAndOneBelowIsRefused) {
   Timer timer(timers, TimerRank::Chase, 0, noting("t"));
   timer.setEnabled(true);
+  EXPECT_THROW(timer.setInterval(-1), RunTimeError);
   clock.advanceTo(10s, timers);
   EXPECT_EQ(log, "");
   EXPECT_FALSE(timers.nextDue());

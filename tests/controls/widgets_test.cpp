@@ -66,11 +66,17 @@ TEST(Widgets, OnlyTheHandClicksAComboAndOnlyAnEnabledButton) {
   EXPECT_EQ(combo.revision(), revision) << "the items are the same";
   EXPECT_EQ(combo.text(), "AB");
   EXPECT_THROW(combo.setListIndex(2), RunTimeError);
+  combo.setText("Select List");
+  EXPECT_EQ(combo.listIndex(), -1);
+  EXPECT_EQ(combo.text(), "Select List");
+  combo.choose(0);
+  combo.setListIndex(-1);
+  EXPECT_EQ(combo.text(), "") << "a choice ended the text";
   Button button;
   button.Click = [&] { ++clicks; };
   button.Enabled = false;
   button.click();
-  EXPECT_EQ(clicks, 1);
+  EXPECT_EQ(clicks, 2);
 }
 
 int byText(const ListView::Row& a, const ListView::Row& b) {

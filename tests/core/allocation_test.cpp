@@ -8,7 +8,7 @@
 namespace velgrove::test {
 namespace {
 
-TEST(RealTimePath, DoesNotAllocateWhileBothPlayersFadeAndFramesGoOut) {
+TEST(RealTimePath, DoesNotAllocateWhileBothPlayersFadeAChaseRunsAndFramesGoOut) {
   ShowMaker maker;
   maker.channels.clear();
   Look bright;
@@ -21,6 +21,9 @@ TEST(RealTimePath, DoesNotAllocateWhileBothPlayersFadeAndFramesGoOut) {
   ScriptedDesk desk(maker);
   desk.tool("ID_Go");
   desk.ab().cmdGoForward.click();
+  EffectsQueue& effects = desk.house.desk.windows.Effects;
+  effects.addEffectToList("1", "5", "20", "99");
+  effects.doEffect("1");
   desk.runTo(200);
 
   const int framesBefore = desk.frames;

@@ -162,7 +162,8 @@ TEST_F(StartUp, AnErrorThatTheOperatorAbortsEndsTheProgram) {
   open = writeShow();
   auto* const desk = start();
   answer = BoxAnswer::Abort;
-  desk->act([&] { desk->windows.XYQ->ShowFixtureLevelsForSelectedCue(99, "live"); });
+  desk->windows.XYQ->CueUp.setText("x");
+  desk->act([&] { desk->windows.XYQ->UpDownCueUp.up(); });
   EXPECT_TRUE(house->quit);
   EXPECT_THAT(takeBoxes(), ElementsAre(SystemError)) << "one procedure asks once";
 }

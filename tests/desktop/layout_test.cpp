@@ -133,6 +133,7 @@ TEST(Layout, NothingIsCutOffInTheFrameOrItsDialogs) {
       house.desk.About.Form_Load();
     });
     for (int cue = 0; cue < 11; ++cue) house.screen.click(named("band/ID_QPlus"));
+    house.screen.click(named("band/ID_Effects"));
     house.screen.onDesk([&] {
       showLongest(house.xy());
       showLongest(house.ab());

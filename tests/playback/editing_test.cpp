@@ -30,6 +30,7 @@ TEST(Insert, FillsThePartitionBehindACueToItsNinthTenthAndThenWarns) {
   EXPECT_EQ(icons(player), "000000000010");
   EXPECT_EQ(desk.level(1), 77) << "and the light is as it was";
   EXPECT_EQ(cells(player, 11), "0 0 0 Queue Description None None");
+  EXPECT_EQ(player.CueNum.text(), "1.90") << "with its texts in the editors";
   EXPECT_EQ(cue(player, 1.9F).Values, ChannelBytes{});
 
   desk.show.ProjectDirty = false;
@@ -115,7 +116,6 @@ TEST(Record, BuildsAListWhosePlayerGoesOnThroughIt) {
   EXPECT_EQ(player.lblNextNum.Caption, "1.00") << "the panel knows the next cue at once";
   EXPECT_EQ(player.CueNum.text(), "1.00");
   EXPECT_EQ(player.CueDesc.text(), "Cue_1.00");
-  EXPECT_TRUE(desk.show.ProjectDirty);
 
   player.cmdRecord.click();
   player.CueDesc.setText("Storm");
@@ -171,7 +171,6 @@ TEST(Update, TakesTheEditorsTheLinkAndThePlotsLevelsAndShowsTheCue) {
   player.QListCombo.choose(2);
   player.QListNumberCombo.choose(3);
   fixture(desk, 2).Level = 200;
-  desk.show.ProjectDirty = false;
   player.cmdUpdate.click();
   const clsQueueEntry& updated = cue(player, 2);
   EXPECT_EQ(updated.Down, 2);
@@ -182,7 +181,6 @@ TEST(Update, TakesTheEditorsTheLinkAndThePlotsLevelsAndShowsTheCue) {
   EXPECT_EQ(updated.Values[1], 200);
   EXPECT_EQ(cells(player, 3), "1.5 -1  7  Dawn AB 2.00");
   EXPECT_EQ(desk.level(2), 200);
-  EXPECT_TRUE(desk.show.ProjectDirty);
 }
 
 TEST(Update, OfATypedNumberWritesTheStageRowAndTheCueOfThatNumber) {
@@ -339,7 +337,6 @@ TEST(CopyAndPaste, CarryTimesDescriptionAndThePlotsLevelsButNoLink) {
   EXPECT_EQ(cells(player, 4), "2 3 4 Copied AB 1.00");
   EXPECT_EQ(cue(player, 3).Values[0], 111);
   EXPECT_EQ(desk.level(1), 111);
-  EXPECT_TRUE(desk.show.ProjectDirty);
   EXPECT_EQ(rows(player), "0.00 1.00 2.00 3.00");
 
   click(desk.ab(), 2);
@@ -377,6 +374,26 @@ TEST(ConfirmPaste, IsNeverOpenedByAPasteAndBothItsButtonsCloseIt) {
   }
 }
 
+TEST(Editing, MarksTheShowChangedWithEachCommandButCopy) {
+  ShowMaker maker = showOf(4);
+  maker.channels = {};  // the texts on fixtures mark it by themselves
+  ScriptedDesk desk(maker);
+  for (QueueList* player : {&desk.ab(), &desk.xy()}) {
+    const auto changed = [&](const Button& button) {
+      click(*player, 3);
+      desk.show.ProjectDirty = false;
+      button.click();
+      return desk.show.ProjectDirty;
+    };
+    EXPECT_FALSE(changed(player->cmdCopy));
+    EXPECT_TRUE(changed(player->cmdPaste));
+    EXPECT_TRUE(changed(player->cmdUpdate));
+    EXPECT_TRUE(changed(player->cmdRecord));
+    EXPECT_TRUE(changed(player->cmdInsertCue));
+    EXPECT_TRUE(changed(player->cmdDeleteCue));
+  }
+}
+
 // ---- Editors
 
 TEST(Editors, StepTimesBySecondsWithDownAndUpAsOneCrossfadeTime) {
@@ -407,6 +424,7 @@ TEST(Editors, EnterInTheNumberGoesToItsRowOrToTheLast) {
     return player.State.PointerCue;
   };
   EXPECT_EQ(enter("2"), 3);
+  EXPECT_EQ(player.CueNum.text() + " " + player.CueDesc.text(), "2.00 Cue 2.000000");
   EXPECT_EQ(icons(player), "0010");
   EXPECT_EQ(player.ListView2.selected(), 3);
   EXPECT_EQ(enter("7.5"), 4);
@@ -422,7 +440,7 @@ TEST(Editors, TheNumbersSpinnerWalksTheListByItsDirection) {
   QueueList& player = desk.xy();
   player.UpDownCueNum.down();
   player.UpDownCueNum.down();
-  EXPECT_EQ(player.CueNum.text(), "2.00");
+  EXPECT_EQ(player.CueNum.text() + " " + player.CueDesc.text(), "2.00 Cue 2.000000");
   player.UpDownCueNum.down();
   EXPECT_EQ(player.State.PointerCue, 3) << "not past the last";
   player.UpDownCueNum.up();
@@ -432,6 +450,9 @@ TEST(Editors, TheNumbersSpinnerWalksTheListByItsDirection) {
   desk.expectSystemError();
   player.UpDownCueNum.down();
   EXPECT_EQ(player.State.PointerCue, 2);
+  player.CueNum.setText("1.00");
+  player.UpDownCueNum.up();
+  EXPECT_EQ(player.CueNum.text(), "0.00") << "the direction is known after a miss, too";
 }
 
 TEST(Editors, OfferAsTargetsTheRowsOfTheListThatIsChosen) {

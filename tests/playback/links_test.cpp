@@ -67,6 +67,22 @@ TEST(Link, ToARowThatIsNotThereLeavesTheMarks) {
   EXPECT_TRUE(desk.xy().State.Fading);
 }
 
+TEST(Link, ToBlackoutFadesOutWithTheTimesOfTheLastFadeAlsoOfOneThatWasStopped) {
+  ScriptedDesk desk(linked("AB", "0.00"));
+  QueueList& ab = desk.ab();
+  click(ab, 2);
+  ab.cmdMakeStageCue.click();
+  ab.cmdGoForward.click();
+  desk.runTo(100);
+  ab.cmdStop.click();
+  ab.cmdGoForward.click();
+  desk.runTo(20000);
+  desk.tool("ID_Go");
+  EXPECT_EQ(ab.State.StageCue, 0);
+  EXPECT_EQ(ab.State.NextCue, 1);
+  EXPECT_EQ(ab.State.UpSpan, 3000) << "the seconds of cue 4";
+}
+
 TEST(Link, ThatStartsItselfEndsWithOneError) {
   ScriptedDesk desk(linked("XY", "1.00"));
   desk.expectSystemError();

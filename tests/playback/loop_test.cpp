@@ -6,22 +6,6 @@
 namespace velgrove::test {
 namespace {
 
-/// Presses Loop and answers the dialog. The player is the one that is being addressed, as after its first
-/// edit.
-void loop(ScriptedDesk& desk, QueueList& player, const std::string& start, const std::string& last,
-          const std::string& count) {
-  desk.show.CurrentPlayer = &player == &desk.ab() ? 1 : 2;
-  frmLoop& form = desk.house.desk.windows.Loop;
-  desk.house.onWait = [&] {
-    form.txtStartCue.setText(start);
-    form.txtLastCue.setText(last);
-    form.txtLoopCount.setText(count);
-    form.Command1.click();
-  };
-  player.cmdLoop.click();
-  desk.house.onWait = nullptr;
-}
-
 /// Opens the dialog and closes it by its close box, when it has been looked at.
 void lookAtLoop(ScriptedDesk& desk, QueueList& player, const std::function<void(frmLoop&)>& look) {
   frmLoop& form = desk.house.desk.windows.Loop;
@@ -78,6 +62,7 @@ TEST(Loop, WalksItsRowsSoManyTimesAndStopsOnTheLast) {
     ScriptedDesk desk(rowsOfOneSecond(6));
     for (QueueList* player : {&desk.ab(), &desk.xy()}) {
       SCOPED_TRACE(player->Window.Caption + " " + c.start + " to " + c.last);
+      address(desk, *player);
       loop(desk, *player, c.start, c.last, c.count);
       const std::string fades = walk(desk, *player);
       if (c.fades == nullptr) {
@@ -169,6 +154,35 @@ TEST(Loop, AddressesTheXYListFromXYAndTheListUsedLastFromAB) {
   EXPECT_EQ(desk.show.CurrentPlayer, 2);
 }
 
+TEST(Loop, ThatEndsOnTheLastRowLeavesNoNextCueToBeFound) {
+  ScriptedDesk desk(rowsOfOneSecond(3));
+  for (QueueList* player : {&desk.ab(), &desk.xy()}) {
+    address(desk, *player);
+    loop(desk, *player, "1.00", "2.00", "1");
+    EXPECT_EQ(walk(desk, *player), "2>3 ");
+    EXPECT_EQ(marks(*player), "3 4 2");
+    EXPECT_EQ(player->lblNextNum.Caption, "N/A");
+    EXPECT_EQ(walk(desk, *player), "3>4 ") << "a fade to dark, and round to the top";
+    EXPECT_EQ(player->levels()[0], 0);
+    EXPECT_EQ(marks(*player), "1 2 1");
+  }
+}
+
+TEST(Loop, OverBlackoutKeepsItsTimesThroughAStop) {
+  ScriptedDesk desk(rowsOfOneSecond(4));
+  QueueList& player = desk.ab();
+  address(desk, player);
+  loop(desk, player, "0.00", "1.00", "3");
+  player.cmdGoForward.click();
+  desk.runTo(1500);
+  ASSERT_EQ(marks(player), "2 1 1") << "on its way back to Blackout";
+  player.cmdStop.click();
+  player.cmdGoForward.click();
+  desk.runTo(2200);
+  EXPECT_EQ(marks(player), "1 2 1");
+  EXPECT_EQ(player.State.UpSpan, 1000) << "the pass behind row 0 goes on with the last times";
+}
+
 TEST(Loop, NeedsThreeRows) {
   ScriptedDesk desk(showOf(2));
   for (QueueList* player : {&desk.ab(), &desk.xy()}) {
@@ -209,6 +223,24 @@ TEST(LoopDialog, StoresNothingWhileAFieldIsNoNumber) {
     form.Form_OLEDragDrop();
   });
   EXPECT_EQ(desk.xy().State.LoopCount, 0);
+}
+
+TEST(LoopDialog, OpensUnderItsPlayerWithWhatItsListHas) {
+  ShowMaker maker = showOf(4);
+  maker.xy.clear();
+  ScriptedDesk desk(maker);
+  Form& player = desk.xy().Window;
+  player.Left = 3000;
+  player.Top = 200;
+  player.Height = 1000;
+  desk.expectSystemError();
+  desk.expectSystemError();
+  lookAtLoop(desk, desk.ab(), [](frmLoop& form) {  // XY was loaded last and is asked for, with one row
+    EXPECT_EQ(form.txtStartCue.text() + " " + form.txtLastCue.text() + " " + form.txtLoopCount.text(),
+              "1.0 2.0 1");
+    EXPECT_EQ(form.Window.Left, 2900);
+    EXPECT_EQ(form.Window.Top, 1220);
+  });
 }
 
 TEST(LoopDialog, SpinsItsFieldsInTheirFormats) {

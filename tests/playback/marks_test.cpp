@@ -42,6 +42,7 @@ const Move Moves[] = {
     {"AdvanceNeedsThreeRows", advance, 2, {1, 2}, 1, {1, 2}},
     {"DecrementOnTheFirst", decrement, 4, {1, 3}, 1, {1, 3}},
     {"Decrement", decrement, 4, {3, 4}, 1, {2, 3}},
+    {"DecrementFromBesideTheList", decrement, 4, {0, 1}, 1, {1, 2}},
     {"DecrementNeedsThreeRows", decrement, 2, {2, -1}, 1, {2, -1}},
     {"ResetOnTheFirst", reset, 4, {1, 3}, 1, {1, 3}},
     {"Reset", reset, 4, {4, -1}, 1, {1, 2}},
@@ -70,6 +71,21 @@ TEST(Marks, MoveAsTheTableSaysInBothPlayers) {
           << move.name << ", " << player->Window.Caption;
     }
   }
+}
+
+TEST(Marks, AFadeThatEndsWhileStoppedGoesOnAloneOnlyWhenItWentForward) {
+  ScriptedDesk desk(showOf(5));
+  QueueList& player = desk.xy();
+  const auto stillPaused = [&player](std::int16_t stage, std::int16_t next) {
+    player.State.StageCue = stage;
+    player.State.NextCue = next;
+    player.State.Paused = true;
+    player.ProcessPause();
+    return player.State.Paused;
+  };
+  EXPECT_FALSE(stillPaused(1, 4));
+  EXPECT_TRUE(stillPaused(3, 2));
+  EXPECT_TRUE(stillPaused(5, 3));
 }
 
 TEST(Marks, AStageButtonBringsTheLookAtOnce) {
@@ -111,19 +127,6 @@ TEST(Marks, ResetOfXYAlsoZeroesBothPlayersAndOfABNeither) {
   desk.xy().ResetStageCue();
   EXPECT_EQ(desk.show.ABLevels[5], 0) << "even in a list of fewer than three rows";
   EXPECT_EQ(desk.show.XYLevels[5], 0);
-}
-
-TEST(Marks, ThePointerIconLeavesLoopMarksInXYOnly) {
-  ScriptedDesk desk(showOf(5));
-  for (QueueList* player : {&desk.ab(), &desk.xy()}) {
-    player->ListView2.setIcon(3, QueueList::LoopIcon);
-    player->State.StageCue = 2;
-    player->AttachPointerToStageCue();
-    EXPECT_EQ(player->ListView2.row(2).SmallIcon, QueueList::PointerIcon);
-    EXPECT_EQ(player->ListView2.row(1).SmallIcon, 0);
-  }
-  EXPECT_EQ(desk.ab().ListView2.row(3).SmallIcon, 0);
-  EXPECT_EQ(desk.xy().ListView2.row(3).SmallIcon, QueueList::LoopIcon);
 }
 
 TEST(Modes, LiveShowsThePointerCueAndGoesBackToTheStageCue) {
@@ -175,15 +178,6 @@ TEST(Modes, AreSharedByBothPlayers) {
   desk.xy().cmdLiveView.click();
   EXPECT_TRUE(desk.show.LiveOn);
   EXPECT_FALSE(desk.show.BlindOn);
-}
-
-TEST(Modes, ChangecueYieldsToTheOtherPlayer) {
-  ScriptedDesk desk(showOf(4));
-  desk.show.XYLevels[0] = 25;
-  desk.ab().ShowFixtureLevelsForSelectedCue(3, "changecue");
-  EXPECT_EQ(desk.ab().levels()[0], 0);
-  desk.ab().ShowFixtureLevelsForSelectedCue(4, "changecue");
-  EXPECT_EQ(desk.ab().levels()[0], 30);
 }
 
 TEST(Rows, ComeInOrderOfNumberAndSkipWhatIsCloserThanATenth) {

@@ -36,6 +36,7 @@ class ScriptedDesk {
   ShowState& show = house.desk.show;
   Frame last{};
   int frames = 0;
+  BoxAnswer toQuestions = BoxAnswer::Yes;
 
   void expectBox(std::string text) { m_expected.push_back(std::move(text)); }
   void expectSystemError() { expectBox("Application may close, Would you like to continue?"); }
@@ -56,7 +57,7 @@ class ScriptedDesk {
     else
       m_expected.pop_front();
     if (box.buttons == BoxButtons::AbortRetryIgnore) return BoxAnswer::Ignore;
-    return box.buttons == BoxButtons::YesNo ? BoxAnswer::Yes : BoxAnswer::Ok;
+    return box.buttons == BoxButtons::YesNo ? toQuestions : BoxAnswer::Ok;
   }
 
   std::string m_file;
@@ -67,6 +68,25 @@ class ScriptedDesk {
 inline void click(QueueList& player, int row) {
   player.ListView2_MouseDown(row);
   player.ListView2_MouseUp(row);
+}
+
+/// Presses a player's Loop button and answers the dialog, which asks for the list that is being addressed.
+inline void loop(ScriptedDesk& desk, QueueList& player, const std::string& start, const std::string& last,
+                 const std::string& count) {
+  frmLoop& form = desk.house.desk.windows.Loop;
+  desk.house.onWait = [&] {
+    form.txtStartCue.setText(start);
+    form.txtLastCue.setText(last);
+    form.txtLoopCount.setText(count);
+    form.Command1.click();
+  };
+  player.cmdLoop.click();
+  desk.house.onWait = nullptr;
+}
+
+/// Makes a player's list the one that is being addressed.
+inline void address(ScriptedDesk& desk, const QueueList& player) {
+  desk.show.CurrentPlayer = &player == &desk.ab() ? 1 : 2;
 }
 
 }  // namespace velgrove::test

@@ -59,13 +59,17 @@ def cue_list(name, cues):
     return text(name) + text(name + " Fader") + struct.pack("<h", len(cues)) + b"".join(cues)
 
 
+def both_lists(xy=(), ab=()):
+    """Both lists of a show. `xy` and `ab` hold the arguments of each cue behind Blackout."""
+    return b"".join(cue_list(name, [blackout(mark), *(cue(mark, **each) for each in cues)])
+                    for name, mark, cues in (("AB", AB, ab), ("XY", XY, xy)))
+
+
 def dmx_input():
     return bytes(2) + text("") + text("") + bytes(513) + bytes(2)
 
 
 def show(xy=(), ab=(), patch=range(1, 13)):
-    """A whole show of one view. `xy` and `ab` hold the arguments of each cue behind Blackout."""
-    lists = [cue_list(name, [blackout(mark), *(cue(mark, **each) for each in cues)])
-             for name, mark, cues in (("AB", AB, ab), ("XY", XY, xy))]
+    """A whole show of one view, with the cues of both lists."""
     stage = view([fixture(channel) for channel in patch], [zoom()], [submaster(index) for index in range(24)])
-    return header(1, 2, 0) + stage + b"".join(lists)
+    return header(1, 2, 0) + stage + both_lists(xy, ab)

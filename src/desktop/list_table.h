@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QTreeWidget>
+#include <functional>
+#include <vector>
+
+#include "controls/list_view.h"
+#include "desktop/binding.h"
+
+namespace velgrove {
+
+/// A plain list of the desk on the screen, its columns equally wide. The desk says which row is selected: a
+/// click, and each key that moves along the rows, tells it which one the hand means.
+class ListTable : public QTreeWidget {
+  Q_OBJECT
+
+ public:
+  ListTable();
+
+  /// Called with the desk held: the row under the hand, 0 beside them all.
+  using Press = std::function<void(int row)>;
+  /// The list lives as long as the desk.
+  void bind(Bindings& bindings, const ListView& list, Press press);
+
+ protected:
+  void drawRow(QPainter* painter, const QStyleOptionViewItem& option,
+               const QModelIndex& index) const override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+  void mouseDoubleClickEvent(QMouseEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+
+ private:
+  void showHead(const ListView& list);
+  void show(const std::vector<ListView::Row>& rows, int selected);
+  void press(int row);
+
+  Face* m_face = nullptr;
+  Press m_press;
+  int m_selected = 0;
+};
+
+}  // namespace velgrove
