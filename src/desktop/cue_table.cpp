@@ -4,6 +4,7 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <algorithm>
+#include <numeric>
 #include <tuple>
 
 #include "desktop/marks.h"
@@ -274,18 +275,26 @@ int CueTable::rowAt(const QPoint& point) const {
   return index.isValid() ? index.row() + 1 : 0;
 }
 
-/// The columns keep their widths; the description takes what is left.
+/// The columns keep their widths, and the description takes what is left. Where that is little the times
+/// stand closer.
 void CueTable::sizeColumns() {
   if (m_model.columnCount() <= DescColumn) return;
-  int left = viewport()->width();
-  for (int column = 0; column < m_model.columnCount(); ++column) {
-    if (column == DescColumn) continue;
-    const int width = m_columns[static_cast<std::size_t>(column)].Width + (column == 0 ? gutter() : 0) +
-                      (column > DescColumn ? theme::sized(4, 6) : 0);
-    header()->resizeSection(column, width);
-    left -= width;
+  constexpr int Closer = 10;
+  const int enough = m_columns[DescColumn].Width * 4 / 3;
+  std::vector<int> widths(m_columns.size());
+  std::ranges::transform(m_columns, widths.begin(), &ListView::Column::Width);
+  widths[0] += gutter();
+  for (std::size_t link = DescColumn + 1; link < widths.size(); ++link) widths[link] += theme::sized(4, 6);
+  widths[DescColumn] = 0;
+  int& words = widths[DescColumn] = viewport()->width() - std::reduce(widths.begin(), widths.end());
+  for (std::size_t time = 1; time < DescColumn; ++time) {
+    const int given = std::clamp(enough - words, 0, Closer);
+    widths[time] -= given;
+    words += given;
   }
-  header()->resizeSection(DescColumn, std::max(left, m_columns[DescColumn].Width / 2));
+  words = std::max(words, m_columns[DescColumn].Width / 2);
+  for (std::size_t column = 0; column < widths.size(); ++column)
+    header()->resizeSection(static_cast<int>(column), widths[column]);
 }
 
 void CueTable::resizeEvent(QResizeEvent* event) {

@@ -14,6 +14,10 @@ namespace {
 constexpr int ButtonsBreakCompact = 634;
 constexpr int ButtonsBreakRoomy = 554;
 
+// Two of the four arrangements: with one row of buttons, and with three.
+constexpr int WideCompact = 0;
+constexpr int NarrowRoomy = 3;
+
 void setType(QLabel& label, const char* type) {
   label.setProperty("type", type);
 }
@@ -217,12 +221,12 @@ std::vector<std::vector<QPushButton*>> CueWindow::buttonRows() {
   const std::vector<QPushButton*> keeping{&m_record, &m_update, &m_insert, &m_delete, &m_copyCue, &m_paste};
   const std::vector<QPushButton*> marking{&m_stageCue, &m_nextCue, &m_loop, &m_live, &m_blind};
   switch (m_shape) {
-    case 0: {
+    case WideCompact: {
       auto all = keeping;
       all.insert(all.end(), marking.begin(), marking.end());
       return {all};
     }
-    case 3:
+    case NarrowRoomy:
       return {{&m_record, &m_update, &m_insert, &m_delete},
               {&m_copyCue, &m_paste, &m_stageCue, &m_nextCue},
               {&m_loop, &m_live, &m_blind}};
@@ -232,11 +236,10 @@ std::vector<std::vector<QPushButton*>> CueWindow::buttonRows() {
 }
 
 /// "Dwn 5  Dly 1  Up 8" for each line, below each other.
-QGridLayout* CueWindow::timesOf(std::initializer_list<StatusLine*> lines) {
+QGridLayout* CueWindow::timesOf(std::initializer_list<StatusLine*> lines, bool narrow) {
   constexpr int Each = 3;  // columns: caption, time, and what keeps it from the next
-  constexpr int Apart = 2;
   auto* times = new QGridLayout;
-  times->setHorizontalSpacing(3);
+  times->setHorizontalSpacing(narrow ? 2 : 3);
   times->setVerticalSpacing(0);
   int row = 0;
   for (StatusLine* line : lines) {
@@ -247,7 +250,7 @@ QGridLayout* CueWindow::timesOf(std::initializer_list<StatusLine*> lines) {
       times->addWidget(caption, row, column);
       times->addWidget(value, row, column + 1);
       times->setColumnMinimumWidth(column + 1, widthOf("00"));
-      times->setColumnMinimumWidth(column + 2, Apart);
+      times->setColumnMinimumWidth(column + 2, narrow ? 0 : 2);
       column += Each;
     }
     times->setRowStretch(row++, 1);
@@ -262,7 +265,6 @@ void CueWindow::layOutCompactStatus() {
   grid->setVerticalSpacing(0);
   int row = 0;
   for (const auto& [line, button] : {std::pair(&m_stage, &m_stepUp), std::pair(&m_next, &m_stepDown)}) {
-    line->number.setMinimumWidth(widestStatusNumber());
     line->number.setFixedHeight(theme::sized(27, 46));
     line->number.setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     button->setFixedSize(26, 24);
@@ -272,7 +274,8 @@ void CueWindow::layOutCompactStatus() {
     grid->addWidget(button, row, 4);
     ++row;
   }
-  grid->addLayout(timesOf({&m_stage, &m_next}), 0, 3, 2, 1);
+  grid->addLayout(timesOf({&m_stage, &m_next}, false), 0, 3, 2, 1);
+  grid->setColumnMinimumWidth(1, widestStatusNumber());
   grid->setColumnStretch(2, 1);
 
   auto* fading = new QHBoxLayout(&m_fadingGroup);
@@ -285,16 +288,17 @@ void CueWindow::layOutCompactStatus() {
 }
 
 void CueWindow::layOutRoomyStatus() {
+  const bool narrow = m_shape == NarrowRoomy;
+  const int beside = narrow ? 6 : 10;
   auto* grid = new QGridLayout(&m_statusGroup);
-  grid->setContentsMargins(10, 8, 10, 6);
-  grid->setHorizontalSpacing(12);
+  grid->setContentsMargins(beside, 8, beside, 6);
+  grid->setHorizontalSpacing(narrow ? 6 : 12);
   grid->setVerticalSpacing(0);
   int row = 0;
   for (const auto& [line, button] : {std::pair(&m_stage, &m_stepUp), std::pair(&m_next, &m_stepDown)}) {
-    line->number.setMinimumWidth(widestStatusNumber());
     line->number.setFixedHeight(theme::sized(27, 46));
     line->number.setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-    QGridLayout* times = timesOf({line});
+    QGridLayout* times = timesOf({line}, narrow);
     times->setColumnStretch(times->columnCount(), 1);
     auto* words = new QVBoxLayout;
     words->setSpacing(2);
@@ -304,19 +308,21 @@ void CueWindow::layOutRoomyStatus() {
     numbers->setSpacing(0);
     numbers->addWidget(&line->caption);
     numbers->addWidget(&line->number);
-    button->setFixedSize(34, 32);
+    button->setFixedSize(narrow ? 28 : 34, 32);
     grid->addLayout(numbers, row, 0);
     grid->addLayout(words, row, 1);
     grid->addWidget(button, row, 2);
     ++row;
   }
+  if (!narrow) grid->setColumnMinimumWidth(0, widestStatusNumber());
   grid->setColumnStretch(1, 1);
 
   auto* fading = new QVBoxLayout(&m_fadingGroup);
   fading->setContentsMargins(8, 8, 8, 8);
   fading->setSpacing(8);
-  m_go.setFixedSize(104, 76);
-  m_stop.setFixedSize(104, 48);
+  const int wide = narrow ? 72 : 104;
+  m_go.setFixedSize(wide, 76);
+  m_stop.setFixedSize(wide, 48);
   fading->addWidget(&m_go);
   fading->addWidget(&m_stop);
 }
@@ -347,7 +353,7 @@ QGridLayout* CueWindow::editorRow() {
 QHBoxLayout* CueWindow::rowOf(const std::vector<QPushButton*>& buttons) {
   auto* row = new QHBoxLayout;
   row->setSpacing(theme::sized(4, 6));
-  const bool oneRow = m_shape == 0;
+  const bool oneRow = m_shape == WideCompact;
   for (QPushButton* button : buttons) {
     const bool beginsGroup =
         button == &m_insert || button == &m_copyCue || button == &m_stageCue || button == &m_live;

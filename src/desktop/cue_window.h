@@ -63,7 +63,7 @@ class CueWindow : public QWidget {
   void dressButtons();
   void dressEditors(const QString& suffix);
   void bindControls();
-  [[nodiscard]] static QGridLayout* timesOf(std::initializer_list<StatusLine*> lines);
+  [[nodiscard]] static QGridLayout* timesOf(std::initializer_list<StatusLine*> lines, bool narrow);
   void layOutCompactStatus();
   void layOutRoomyStatus();
   void layOut();

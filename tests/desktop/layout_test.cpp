@@ -1,6 +1,7 @@
 // Where things stand: nothing is cut off, the way of the focus, and what never goes when it gets tight.
 
 #include <QGroupBox>
+#include <QMdiSubWindow>
 #include <QStyleOptionButton>
 #include <QToolButton>
 
@@ -113,8 +114,16 @@ void expectWhollyVisible(const QString& name) {
   EXPECT_EQ(widget.visibleRegion(), QRegion(widget.rect())) << name.toStdString();
 }
 
+void expectApart(const QList<QMdiSubWindow*>& windows) {
+  for (const QMdiSubWindow* one : windows)
+    for (const QMdiSubWindow* other : windows)
+      EXPECT_TRUE(one == other || !one->isVisible() || !other->isVisible() ||
+                  !one->geometry().intersects(other->geometry()))
+          << one->windowTitle().toStdString() << " over " << other->windowTitle().toStdString();
+}
+
 TEST(Layout, NothingIsCutOffInTheFrameOrItsDialogs) {
-  for (const QSize size : {QSize(1280, 800), QSize(1920, 1080)}) {
+  for (const QSize size : {QSize(1280, 800), QSize(1600, 900), QSize(1920, 1080)}) {
     SCOPED_TRACE(size.width());
     DeskOnScreen house(size);
     house.screen.whenAsked([&] {
@@ -132,6 +141,7 @@ TEST(Layout, NothingIsCutOffInTheFrameOrItsDialogs) {
       house.desk.windows.Comm.Condition.Caption = "The interface is gone. Plug it in again.";
       house.desk.About.Form_Load();
     });
+    expectApart(house.frame().findChildren<QMdiSubWindow*>());
     for (int cue = 0; cue < 11; ++cue) house.screen.click(named("band/ID_QPlus"));
     house.screen.click(named("band/ID_Effects"));
     house.screen.onDesk([&] {
