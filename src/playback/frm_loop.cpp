@@ -77,7 +77,7 @@ void frmLoop::UpDownLoopCount_Change() {
   txtLoopCount.setText(std::to_string(UpDownLoopCount.value()));
 }
 
-void frmLoop::Form_OLEDragDrop() {
+void frmLoop::Form_OLEDragDrop() const {
   m_machine.boxes.show({.text = "OLE DRAGDROP"});
 }
 

@@ -46,7 +46,7 @@ class frmLoop {
   void UpDownStartCue_Change();
   void UpDownLastCue_Change();
   void UpDownLoopCount_Change();
-  void Form_OLEDragDrop();
+  void Form_OLEDragDrop() const;
   void Unload();
 
  private:

@@ -40,7 +40,8 @@ void QueueList::cmdDecrementStageCue_Click() {
         if (State.StageCue == 1) {
           cmdDecrementStageCue.Enabled = false;
         } else {
-          State.StageCue = std::max<std::int16_t>(State.StageCue - 1, 1);  // back from beside the list, too
+          State.StageCue =
+              narrow<std::int16_t>(std::max(State.StageCue - 1, 1));  // from beside the list, too
           State.NextCue = narrow<std::int16_t>(State.StageCue + 1);
           cmdGoForward.Enabled = true;
         }

@@ -193,24 +193,6 @@ class Editing(Rehearsal):
         self.assertEqual(played, {30: {}, 60: {1: 200, 2: 100, 3: 50}, 210: {2: 100, 3: 50},
                                   420: {2: 100, 3: 50, 5: 9}})
 
-    def test_recorded_cues_that_nobody_named_are_numbered_and_those_of_ab_lag_by_one(self):
-        self.edit(show(), "0 xy record\n0 xy record\n0 ab record\n0 ab record")
-        self.assert_saved(xy=[{"number": 1, "description": "Cue_1.00"}, {"number": 2, "description": "Cue_2.00"}],
-                          ab=[{"number": 1, "description": "Cue_0.00"}, {"number": 2, "description": "Cue_1.00"}])
-
-    def test_nine_cues_go_between_two_and_the_tenth_is_refused(self):
-        inserts = "".join(f"{ms} xy insert\n" for ms in range(10))
-        self.assertEqual(self.edit(self.THREE, "0 xy select 2\n" + inserts), [f"9 {PARTITION_FULL}"])
-        self.assertEqual(self.numbers_saved(1), [0, 1, 2, 3, 1.1, 1.2, 1.3, 1.4, 1.5, 1.6, 1.7, 1.8, 1.9])
-
-    def test_nothing_goes_behind_blackout_and_behind_the_last_cue_an_insert_records(self):
-        for player, position in (("ab", 0), ("xy", 1)):
-            full = self.edit(self.THREE, f"0 {player} insert")  # the pointer begins on Blackout
-            self.assertEqual(full, [f"0 {PARTITION_FULL}"])
-            self.assertEqual(self.numbers_saved(position), [0, 1, 2, 3])
-            self.assertEqual(self.edit(self.THREE, f"0 {player} select 4\n0 {player} insert"), [])
-            self.assertEqual(self.numbers_saved(position), [0, 1, 2, 3, 4])
-
     def test_the_list_of_ab_stands_double_behind_an_insert_until_the_show_is_loaded_again(self):
         for player, position, rows in (("ab", 0, 10), ("xy", 1, 5)):
             insert = f"0 {player} select 2\n0 {player} insert\n"
@@ -233,19 +215,6 @@ class Editing(Rehearsal):
             complaints = self.edit(self.THREE, f"0 xy select 2\n0 xy set desc New\n0 xy set up {time}\n7 xy update")
             self.assertEqual(complaints, [f"7 {SYSTEM_ERROR}"], time)
             self.assert_saved(self.XY3, self.AB3)
-
-    def test_times_are_rounded_to_seconds_and_a_description_can_be_emptied(self):
-        data = show(xy=[{"number": 1, "description": "Old"}])
-        self.edit(data, "0 xy select 2\n0 xy set up 2.5\n0 xy set down -3\n0 xy set delay 32767\n0 xy set desc\n"
-                        "0 xy update")
-        self.assert_saved(xy=[{"number": 1, "up": 2, "down": -3, "delay": 32767}])
-
-    def test_a_number_that_is_typed_renumbers_nothing_and_sends_the_update_to_that_cue(self):
-        script = "0 xy select 2\n0 xy set num {}\n0 xy set desc New\n0 xy set up 5\n0 xy update"
-        self.assertEqual(self.edit(self.THREE, script.format("3.00")), [])
-        self.assert_saved([*self.XY3[:2], {"number": 3, "description": "New", "up": 5}], self.AB3)
-        self.assertEqual(self.edit(self.THREE, script.format("7.00")), [f"0 {SYSTEM_ERROR}"])
-        self.assertEqual(self.numbers_saved(1), [0, 1, 2, 3])
 
     def ends_by(self, data, script, words):
         """A run that ends by a bad line once its time has come; the frames so far."""
@@ -377,11 +346,6 @@ class Loops(Rehearsal):
         self.assertEqual(complaints, [f"5 {SYSTEM_ERROR}", f"6 {SYSTEM_ERROR}"])
         walk = self.brightest(show(xy=self.CUES), "0 xy loop 1 2 1\n200 go")
         self.assertEqual([channel for _, channel in walk], [1, 2], "the dialog can be asked for again")
-
-    def test_a_list_of_two_rows_asks_for_no_loop(self):
-        _, complaints = self.run_show(show(ab=self.CUES[:1]), "0 ab loop 1 2 3")
-        self.assertEqual(complaints, ['0 box "Loop Function not Ready" "There must be more Queues to loop in order to '
-                                      'use this function."'])
 
 
 class Effects(Rehearsal):
