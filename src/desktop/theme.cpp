@@ -143,7 +143,7 @@ class SvgIcon : public QIconEngine {
 
 QColor colour(const char* token) {
   const auto found = tokens().find(std::string_view(token));
-  Q_ASSERT(found != tokens().end());
+  if (found == tokens().end()) qFatal("no colour is called %s", token);
   return found->second;
 }
 
