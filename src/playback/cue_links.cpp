@@ -43,6 +43,7 @@ void CueLinks::goTo(QueueList& player, const std::string& number) {
         if (row == 0) throw RunTimeError(Fault::ObjectMissing, "no row " + number + " to start");
         player.State.NextCue = narrow<std::int16_t>(row);
         player.State.StageCue = narrow<std::int16_t>(row - 1);
+        player.showMarksInPanels();
       },
       [&] {
         const Depth depth(m_depth);

@@ -150,6 +150,8 @@ class QueueList {
   // Rows
   void FillList();
   void UpdateHeader(const std::string& panel, int row);
+  /// Both status panels alone: the editors keep what is typed, and the frame's cue panel its cue.
+  void showMarksInPanels();
   void UpdateCueInfo();
   void selectchange();
   void ResetCombos();

@@ -106,9 +106,7 @@ void QueueList::addLastCue(const std::shared_ptr<clsQueueEntry>& cue) {
   }
   addRow(count, formatCueNumber(cue->EntryNum));
   CueNum.setText(formatCueNumber(cue->EntryNum));
-  if (before == std::pair(State.StageCue, State.NextCue)) return;
-  showNextPanel(State.NextCue);
-  showStagePanel(State.StageCue);
+  if (before != std::pair(State.StageCue, State.NextCue)) showMarksInPanels();
 }
 
 void QueueList::addRow(int position, const std::string& number) {

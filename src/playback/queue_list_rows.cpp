@@ -75,10 +75,9 @@ void QueueList::UpdateHeader(const std::string& panel, int row) {
     if (State.PointerCue >= 1 && State.StageCue >= 1) UpdateCueInfo();
     if (panel != "Stage" && panel != "Next") return;
     if (m_traits.HeaderEndsRepaint) State.ListRepaintDone = true;
-    if (panel == "Stage")
-      showStagePanel(row);
-    else
-      showNextPanel(row);
+    if (panel == "Next") return showNextPanel(row);
+    showStagePanel(row);
+    if (isRow(row)) m_wiring.showCuePanel("Queue # " + lblStageNum.Caption + " " + StageDescText.Caption);
   });
 }
 
@@ -90,7 +89,6 @@ void QueueList::showStagePanel(int row) {
   lblStageDelay2.Caption = cells[DelayCell];
   lblStageUp2.Caption = cells[UpCell];
   StageDescText.Caption = cells[DescCell];
-  m_wiring.showCuePanel("Queue # " + lblStageNum.Caption + " " + StageDescText.Caption);
 }
 
 void QueueList::showNextPanel(int row) {
@@ -101,6 +99,11 @@ void QueueList::showNextPanel(int row) {
   lblNextDelay.Caption = cells[DelayCell];
   lblNextUp.Caption = cells[UpCell];
   NextDescText.Caption = cells[DescCell];
+}
+
+void QueueList::showMarksInPanels() {
+  showNextPanel(State.NextCue);
+  showStagePanel(State.StageCue);
 }
 
 void QueueList::updateMarkHeaders() {

@@ -22,6 +22,10 @@ TEST(Link, OfXYStartsABFromTheRowBeforeItsTarget) {
   desk.tool("ID_Go");
   EXPECT_EQ(desk.ab().State.StageCue, 2);
   EXPECT_EQ(desk.ab().State.NextCue, 3);
+  EXPECT_EQ(desk.ab().lblStageNum.Caption + " " + desk.ab().lblNextNum.Caption, "4.00 5.00");
+  EXPECT_EQ(desk.house.desk.frame.SSActiveToolBars1.tool("ID_CueWindow").Caption.find("4.00"),
+            std::string::npos)
+      << "the cue panel stays with XY";
   EXPECT_TRUE(desk.ab().State.Fading);
   EXPECT_TRUE(desk.show.ClearManual);
   EXPECT_TRUE(desk.show.XYEndsManualClear);
