@@ -95,7 +95,8 @@ constexpr LineCommand Commands[] = {
      "  ab|xy record|update|insert|delete|copy|paste\n"
      "                        its editing buttons\n"
      "  ab|xy loop START LAST COUNT\n"
-     "                        its Loop button, and OK of the dialog"},
+     "                        its Loop button, and OK of the dialog; ab's is for the list\n"
+     "                        addressed last: xy after the start, ab after its delete"},
     {"effect", 1, AnyNumber, effect,
      "effect add START STOP SPEED LOOPS\n"
      "                        a chase over channels, in milliseconds a step\n"

@@ -70,6 +70,11 @@ std::unique_ptr<QueueList> Windows::makePlayer(const PlayerTraits& traits) {
                                       const std::string& number) { m_links.SimultaneousStart(list, number); },
           .showCuePanel = m_wiring.showCuePanel,
           .showStatus = m_wiring.showStatus,
+          .modesChanged =
+              [this] {
+                for (auto* player : {&ABQ, &XYQ})
+                  if (*player != nullptr) (*player)->showModes();
+              },
           .linkTargets = [this](const std::string& list) { return linkTargets(list); },
           .configureLoop = [this] { Loop.ShowModal(); }});
 }

@@ -85,6 +85,19 @@ class Mnemonic : public QObject {
   }
 };
 
+/// The wheel turns a combo with the focus alone: a hand that passes over it changes no link.
+class WheelWithFocus : public QObject {
+ public:
+  explicit WheelWithFocus(QComboBox* combo) : QObject(combo) { combo->installEventFilter(this); }
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    if (event->type() != QEvent::Wheel || static_cast<QWidget*>(watched)->hasFocus()) return false;
+    event->ignore();
+    return true;
+  }
+};
+
 struct FieldLook {
   std::string text;
   bool enabled = false;
@@ -201,10 +214,13 @@ void Bindings::bind(Spinner* spinner, const Find<UpDown>& find) {
 }
 
 void Bindings::bind(QComboBox* combo, const Find<ComboBox>& find) {
+  new WheelWithFocus(combo);
+  const auto underway = std::make_shared<int>(0);
   const auto shown = std::make_shared<ComboLook>();
   const auto content = std::make_shared<ComboContent>();
   add({.copy =
-           [find, shown, content] {
+           [find, shown, content, underway] {
+             if (*underway > 0) return false;
              const ComboBox* control = find();
              const ComboLook now = control == nullptr ? ComboLook{}
                                                       : ComboLook{.control = control,
@@ -225,9 +241,11 @@ void Bindings::bind(QComboBox* combo, const Find<ComboBox>& find) {
              combo->setPlaceholderText(text(content->ownText));
              combo->setCurrentIndex(shown->index);
            }});
-  QObject::connect(combo, &QComboBox::activated, combo, [this, find, shown](int index) {
+  QObject::connect(combo, &QComboBox::activated, combo, [this, find, shown, underway](int index) {
     shown->index = index;
-    m_face.deliver([find, index] {
+    ++*underway;
+    m_face.deliver([find, index, underway] {
+      --*underway;
       if (ComboBox* control = find()) control->choose(index);
     });
   });

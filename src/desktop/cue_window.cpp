@@ -372,7 +372,7 @@ void CueWindow::layOut() {
   roomy ? layOutRoomyStatus() : layOutCompactStatus();
 
   constexpr int ArrowAndPadding = 36;
-  m_linkList.setMinimumWidth(theme::sized(62, 130));
+  m_linkList.setMinimumWidth(std::max(theme::sized(62, 130), widthOf("None") + ArrowAndPadding));
   m_linkNumber.setMinimumWidth(std::max(theme::sized(62, 130), widthOf(WidestNumber) + ArrowAndPadding));
   auto* links = new QHBoxLayout(&m_linkGroup);
   links->setContentsMargins(6, roomy ? 6 : 4, 6, roomy ? 6 : 4);
@@ -433,7 +433,7 @@ void CueWindow::resizeEvent(QResizeEvent* event) {
 
 void CueWindow::showEvent(QShowEvent* event) {
   QWidget::showEvent(event);
-  m_table.setFocus();
+  if (!event->spontaneous()) m_table.setFocus();  // a frame that comes back from its icon leaves the focus
 }
 
 }  // namespace velgrove

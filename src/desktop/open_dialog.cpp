@@ -131,28 +131,39 @@ void OpenDialog::show(QListWidget& list, const Listing& listing, bool folders) {
 
 /// Ties a list of the form to its widget. The items are copied only when they changed and somebody looks: a
 /// folder can hold thousands.
-std::shared_ptr<int> OpenDialog::bindList(const ListSource& source,
-                                          std::function<void(const Listing&)> show) {
+std::shared_ptr<OpenDialog::Chosen> OpenDialog::bindList(const ListSource& source,
+                                                         std::function<void(const Listing&)> show) {
   struct State {
     Listing listing;
     unsigned revision = 0;
     bool copied = false;
   };
   const auto state = std::make_shared<State>();
-  auto index = std::make_shared<int>(-1);
+  auto chosen = std::make_shared<Chosen>();
   bindings().add({.copy =
-                      [this, source, state, index] {
-                        if (!m_form.Window.Visible) return false;
+                      [this, source, state, chosen] {
+                        if (!m_form.Window.Visible || chosen->underway > 0) return false;
                         const bool fresh = !state->copied || state->revision != source.revision();
-                        if (!fresh && *index == source.index()) return false;
+                        if (!fresh && chosen->row == source.index()) return false;
                         if (fresh) state->listing = source.items();
                         state->copied = true;
                         state->revision = source.revision();
-                        *index = state->listing.index = source.index();
+                        chosen->row = state->listing.index = source.index();
                         return true;
                       },
                   .apply = [state, show = std::move(show)] { show(state->listing); }});
-  return index;
+  return chosen;
+}
+
+/// While the choice is on its way, the list doesn't go back to the one before.
+template <class Act>
+void OpenDialog::deliverChoice(const std::shared_ptr<Chosen>& chosen, int row, Act act) {
+  chosen->row = row;
+  ++chosen->underway;
+  bindings().face().deliver([chosen, row, act = std::move(act)] {
+    --chosen->underway;
+    act(row);
+  });
 }
 
 void OpenDialog::bindLists() {
@@ -188,8 +199,7 @@ void OpenDialog::bindLists() {
                                [this](const Listing& listing) { show(m_folders, listing, true); });
   connect(&m_folders, &QListWidget::currentRowChanged, this, [this, folder](int row) {
     if (row < 0) return;
-    *folder = row;
-    bindings().face().deliver([this, row] { m_form.dirList.highlight(row); });
+    deliverChoice(folder, row, [this](int chosen) { m_form.dirList.highlight(chosen); });
   });
   connect(&m_folders, &QListWidget::itemActivated, this,
           [this] { bindings().face().deliver([this] { m_form.dirList.openHighlighted(); }); });
@@ -206,9 +216,8 @@ void OpenDialog::bindLists() {
   // The focus makes the first file the current one: it is chosen only when it is marked.
   connect(&m_files, &QListWidget::itemSelectionChanged, this, [this, file] {
     if (m_files.selectedItems().isEmpty()) return;
-    const int row = m_files.row(m_files.selectedItems().constFirst());
-    *file = row;
-    bindings().face().deliver([this, row] { m_form.filList.choose(row); });
+    deliverChoice(file, m_files.row(m_files.selectedItems().constFirst()),
+                  [this](int chosen) { m_form.filList.choose(chosen); });
   });
   connect(&m_files, &QListWidget::itemDoubleClicked, this, [this](const QListWidgetItem* item) {
     bindings().face().deliver([this, row = m_files.row(item)] { m_form.filList.doubleClick(row); });
@@ -234,8 +243,10 @@ bool OpenDialog::chooseByKey(int key) {
   const bool first = key == Qt::Key_Down || key == Qt::Key_Up || key == Qt::Key_Home || key == Qt::Key_PageUp;
   const bool last = key == Qt::Key_End || key == Qt::Key_PageDown;
   if ((!first && !last) || m_files.count() == 0) return false;
-  m_files.setCurrentRow(first ? 0 : m_files.count() - 1);
-  m_files.currentItem()->setSelected(true);
+  const int row = first ? 0 : m_files.count() - 1;
+  m_files.setCurrentRow(row);
+  if (QListWidgetItem* item = m_files.item(row))
+    item->setSelected(true);  // the folder may have been read anew
   return true;
 }
 

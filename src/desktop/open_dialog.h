@@ -29,6 +29,11 @@ class OpenDialog : public FormDialog {
     std::vector<bool> open;   ///< of folders
     int index = -1;
   };
+  /// What the hand chose last, and how many of its choices haven't reached the desk yet.
+  struct Chosen {
+    int row = -1;
+    int underway = 0;
+  };
   struct ListSource {
     std::function<unsigned()> revision;
     std::function<int()> index;
@@ -37,8 +42,10 @@ class OpenDialog : public FormDialog {
 
   [[nodiscard]] QWidget* makeExisting();
   [[nodiscard]] QWidget* makeNew();
-  [[nodiscard]] std::shared_ptr<int> bindList(const ListSource& source,
-                                              std::function<void(const Listing&)> show);
+  [[nodiscard]] std::shared_ptr<Chosen> bindList(const ListSource& source,
+                                                 std::function<void(const Listing&)> show);
+  template <class Act>
+  void deliverChoice(const std::shared_ptr<Chosen>& chosen, int row, Act act);
   void bindLists();
   void bindTabs();
   bool chooseByKey(int key);

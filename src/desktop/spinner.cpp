@@ -39,7 +39,7 @@ bool Spinner::eventFilter(QObject* /*watched*/, QEvent* event) {
     case QEvent::KeyPress:
       return stepByKey(*static_cast<QKeyEvent*>(event));
     case QEvent::Wheel:
-      if (!isEnabled()) return false;
+      if (!isEnabled() || !m_field.hasFocus()) return false;
       wheelEvent(static_cast<QWheelEvent*>(event));
       return true;
     default:
@@ -64,7 +64,8 @@ bool Spinner::stepByKey(const QKeyEvent& key) {
 
 /// Fine wheels and touch pads turn by less than a notch.
 void Spinner::wheelEvent(QWheelEvent* event) {
-  event->accept();
+  event->setAccepted(m_field.hasFocus());  // a hand that passes over it changes nothing
+  if (!event->isAccepted()) return;
   const int angle = event->angleDelta().y();
   if ((angle > 0) != (m_turned > 0)) m_turned = 0;
   m_turned += angle;

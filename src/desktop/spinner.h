@@ -8,9 +8,9 @@
 namespace velgrove {
 
 /// The two arrows at the right end of a field. They are pressed with the mouse, and repeat while it is held;
-/// the wheel over the field and its Up and Down keys do the same, so that the arrows need no place of their
-/// own in the way of the focus. They never rest: what a step does at the end of a range is the desk's
-/// business.
+/// the wheel over the field with the focus and its Up and Down keys do the same, so that the arrows need no
+/// place of their own in the way of the focus. They never rest: what a step does at the end of a range is the
+/// desk's business.
 class Spinner : public QWidget {
   Q_OBJECT
 

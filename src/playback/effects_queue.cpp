@@ -198,9 +198,12 @@ std::int32_t EffectsQueue::getDuration(std::int16_t effectNumber) {
 }
 
 void EffectsQueue::doChase(std::int32_t start, std::int32_t stop, std::int32_t speed, std::int32_t duration) {
-  chaseStart = narrow<std::int16_t>(start);
-  chaseStop = narrow<std::int16_t>(stop);
-  chaseSpeed = narrow<std::int16_t>(speed);
+  const auto first = narrow<std::int16_t>(start);
+  const auto last = narrow<std::int16_t>(stop);
+  const auto step = narrow<std::int16_t>(speed);
+  chaseStart = first;
+  chaseStop = last;
+  chaseSpeed = step;
   chaseDuration = duration;
   chaseChannel = chaseStart;
   chaseStartTime = m_machine.timeGetTime();
@@ -223,12 +226,16 @@ void EffectsQueue::ChaseTimer_Timer() {
 /// A channel that isn't there costs its own step alone; the chase walks on.
 void EffectsQueue::step() {
   if (chaseChannel > chaseStop) wrap();
+  const std::int16_t lit = chaseChannel;
   m_machine.errors.steps(
       [&] {
         if (chaseChannel >= 2) output(chaseChannel - 1) = 0;
       },
       [&] { output(chaseChannel) = narrow<std::uint8_t>(PctToDMX(chaseLevel)); },
-      [&] { chaseChannel = narrow<std::int16_t>(chaseChannel + 1); });
+      [&] {
+        // A Go can start the chase anew while a box holds up this step.
+        if (chaseChannel == lit) chaseChannel = narrow<std::int16_t>(chaseChannel + 1);
+      });
 }
 
 void EffectsQueue::wrap() {

@@ -27,6 +27,8 @@ struct PlayerWiring {
   std::function<void(const std::string&)> showCuePanel;
   /// Writes into the frame's status line.
   std::function<void(const std::string&)> showStatus;
+  /// The mode has changed: both players show it.
+  std::function<void()> modesChanged;
   /// What a link to list "AB", "XY" or "EF" can name: the texts of its rows. None while there is too little.
   std::function<std::vector<std::string>(const std::string& list)> linkTargets;
   /// Asks for the loop of the player that is being addressed, and waits for the answer.
@@ -146,6 +148,8 @@ class QueueList {
   void cmdLiveView_Click();
   void cmdBlindView_Click();
   void AttachPointerToStageCue();
+  /// Colours Live and Blind by the mode, which both players share.
+  void showModes();
 
   // Rows
   void FillList();
@@ -209,7 +213,6 @@ class QueueList {
   void repaintRows();
   void updateMarkHeaders();
   void showMovedMarks();
-  void setModeColours();
   void returnToStageCue(const std::string& panel);
   void jumpToStageCue();
   void movePointer(int row);
@@ -238,6 +241,7 @@ class QueueList {
   [[nodiscard]] bool insertBehindPointer();
   void landOnInserted();
   void closeRanks();
+  [[nodiscard]] bool isTaken(float number);
   void enableCueButtons(bool enabled);
   void writeDefaultTimes();
   void stepUp(int by);

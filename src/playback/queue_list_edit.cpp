@@ -252,6 +252,13 @@ void QueueList::enableCueButtons(bool enabled) {
 
 // ---- Copy and paste
 
+/// Whether a cue of this player has the number. Two cues of one number would make a list that can't be read.
+bool QueueList::isTaken(float number) {
+  return std::ranges::any_of(entries(), [&](const auto& cue) {
+    return cue->EntryNum == number && cue->EntryQueueList == m_traits.Mark;
+  });
+}
+
 /// Copy saves what stands in the editors as well. The levels it takes are those of the plot.
 void QueueList::cmdCopy_Click() {
   m_errors.steps(
@@ -260,7 +267,7 @@ void QueueList::cmdCopy_Click() {
         if (cue == nullptr) throw RunTimeError(Fault::ObjectMissing, "no cue is selected");
         const float number = toCueNumber(CueNum.text());
         takeEditors(*cue);
-        cue->EntryNum = number;
+        if (!isTaken(number)) cue->EntryNum = number;
         State.CopiedUp = cue->Up;
         State.CopiedDown = cue->Down;
         State.CopiedDelay = cue->Delay;

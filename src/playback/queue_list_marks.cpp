@@ -118,7 +118,7 @@ void QueueList::cmdMakeNextCue_Click() {
   });
 }
 
-void QueueList::setModeColours() {
+void QueueList::showModes() {
   cmdLiveView.BackColour = m_show.LiveOn ? Green : 0;
   cmdBlindView.BackColour = m_show.BlindOn ? Green : 0;
 }
@@ -131,7 +131,7 @@ void QueueList::cmdLiveView_Click() {
   }
   m_show.BlindOn = false;
   m_show.LiveOn = true;
-  setModeColours();
+  m_wiring.modesChanged();
   ShowFixtureLevelsForSelectedCue(State.PointerCue, "live");
   UpdateHeader("Live", State.PointerCue);
 }
@@ -144,19 +144,18 @@ void QueueList::cmdBlindView_Click() {
   }
   const bool wasLive = m_show.LiveOn;
   m_show.BlindOn = true;
-  cmdBlindView.BackColour = Green;
-  cmdLiveView.BackColour = 0;
   ShowFixtureLevelsForSelectedCue(State.PointerCue, "blind");
   if (wasLive) {
     m_show.LiveOn = false;
     ShowFixtureLevelsForSelectedCue(State.StageCue, "live");
   }
   ShowFixtureLevelsForSelectedCue(State.PointerCue, "blind");
+  m_wiring.modesChanged();
   UpdateHeader("Blind", State.PointerCue);
 }
 
 void QueueList::returnToStageCue(const std::string& panel) {
-  setModeColours();
+  m_wiring.modesChanged();
   m_wiring.showStatus("Returning to Stage Cue");
   m_errors.steps([&] { movePointer(State.StageCue); }, [&] { repaintRows(); },
                  [&] { ShowFixtureLevelsForSelectedCue(State.StageCue, "live"); });

@@ -68,6 +68,7 @@ TEST_F(Editing, TwoCuesAreRecordedOneIsNamedFoundByItsNumberAndTimedAnew) {
   write("CueDesc1", "Bows again");
   press("UpDownCueDown", Arrow::Up);  // takes Up along
   press("UpDownCueDown", Arrow::Up);
+  screen.click(part("CueDelay1"), {8, 10});
   screen.wheel(part("CueDelay1"), 120);
   screen.click(part("CueUp1"), {8, 10});
   screen.key(Qt::Key_Down);

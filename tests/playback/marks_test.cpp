@@ -175,9 +175,14 @@ TEST(Modes, LiveThenBlindBringsTheStageLookBack) {
 TEST(Modes, AreSharedByBothPlayers) {
   ScriptedDesk desk(showOf(4));
   desk.ab().cmdBlindView.click();
+  EXPECT_EQ(desk.xy().cmdBlindView.BackColour, QueueList::Green);
   desk.xy().cmdLiveView.click();
   EXPECT_TRUE(desk.show.LiveOn);
   EXPECT_FALSE(desk.show.BlindOn);
+  for (const QueueList* player : {&desk.ab(), &desk.xy()}) {
+    EXPECT_EQ(player->cmdLiveView.BackColour, QueueList::Green) << player->Window.Caption;
+    EXPECT_EQ(player->cmdBlindView.BackColour, 0);
+  }
 }
 
 TEST(Rows, ComeInOrderOfNumberAndSkipWhatIsCloserThanATenth) {
