@@ -1,6 +1,7 @@
 #include "desktop/effects_window.h"
 
 #include <QHBoxLayout>
+#include <QShowEvent>
 #include <QVBoxLayout>
 #include <array>
 
@@ -97,6 +98,11 @@ void EffectsWindow::bindControls(EffectsQueue& effects) {
   m_bindings.bind(&m_add, [&effects] { return &effects.cmdAddEffect; });
   m_bindings.bind(&m_remove, [&effects] { return &effects.cmdRemoveEffect; });
   m_bindings.bind(&m_test, [&effects] { return &effects.cmdTest; });
+}
+
+void EffectsWindow::showEvent(QShowEvent* event) {
+  QWidget::showEvent(event);
+  if (!event->spontaneous()) m_list.setFocus();
 }
 
 }  // namespace velgrove

@@ -20,6 +20,9 @@ class EffectsWindow : public QWidget {
 
   [[nodiscard]] QSize sizeHint() const override;
 
+ protected:
+  void showEvent(QShowEvent* event) override;
+
  private:
   void dress();
   void bindControls(EffectsQueue& effects);

@@ -1,9 +1,11 @@
 #include "desktop/frame_window.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QScreen>
 #include <QScrollArea>
+#include <QShortcut>
 #include <QVBoxLayout>
 
 #include "desktop/effects_window.h"
@@ -65,6 +67,7 @@ void FrameWindow::build() {
             &Windows::ABQ, ChildArea::Place::LowerList);
   addEffects();
   connect(m_children, &QMdiArea::subWindowActivated, this, &FrameWindow::onActivated);
+  connect(new QShortcut(Qt::Key_F6, this), &QShortcut::activated, this, &FrameWindow::focusNextPart);
 }
 
 /// On a low screen the tools scroll, by the wheel and with the focus.
@@ -160,6 +163,26 @@ void FrameWindow::addPlayer(const CueWindow::Names& names, std::unique_ptr<Queue
       });
   window->hide();
   m_children->add(window, place);
+}
+
+/// F6 takes the focus from the window in use to the band, on to the tools beside the plot, and back; within a
+/// part Tab goes on.
+void FrameWindow::focusNextPart() {
+  const auto focusFirst = [](const QWidget& part) {
+    for (auto* button : part.findChildren<QAbstractButton*>()) {
+      if (!button->isVisible() || !button->isEnabled()) continue;
+      button->setFocus(Qt::ShortcutFocusReason);
+      return;
+    }
+  };
+  const QWidget* from = QApplication::focusWidget();
+  QMdiSubWindow* window = m_children->currentSubWindow();
+  if (m_band->isAncestorOf(from))
+    focusFirst(*m_toolColumn);
+  else if (window == nullptr || !m_toolColumn->isAncestorOf(from))
+    focusFirst(*m_band);
+  else
+    window->widget()->setFocus(Qt::ShortcutFocusReason);
 }
 
 void FrameWindow::addEffects() {

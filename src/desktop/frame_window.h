@@ -64,6 +64,7 @@ class FrameWindow : public QMainWindow {
   void addPlayer(const CueWindow::Names& names, std::unique_ptr<QueueList> Windows::*player,
                  ChildArea::Place place);
   void addEffects();
+  void focusNextPart();
   void showDocuments(const std::vector<unsigned>& identities);
   void addDocument(unsigned identity);
   [[nodiscard]] frmDocument* documentOf(unsigned identity) const;

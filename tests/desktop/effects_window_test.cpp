@@ -80,6 +80,20 @@ TEST_F(EffectsOnScreen, AreBuiltByKeysAlone) {
   }
 }
 
+TEST_F(EffectsOnScreen, AreReachedFromTheBandByKeysAlone) {
+  screen.onDesk([this] { effects.Unload(); });
+  screen.key(Qt::Key_F6);
+  EXPECT_TRUE(named("band").isAncestorOf(focus()));
+  tabTo("ID_Effects");
+  screen.key(Qt::Key_Space);
+  EXPECT_EQ(focus(), &list());
+  screen.key(Qt::Key_F6);
+  screen.key(Qt::Key_F6);
+  EXPECT_EQ(focus()->objectName(), "ID_SelectPointer");
+  screen.key(Qt::Key_F6);
+  EXPECT_EQ(focus(), &list());
+}
+
 TEST_F(EffectsOnScreen, AreTestedAndRemovedByTheMouse) {
   screen.onDesk([this] {
     effects.addEffectToList("3", "5", "110", "2");
