@@ -49,22 +49,21 @@ QueueList& Windows::xyPlayer() const {
   return loaded(XYQ);
 }
 
-std::shared_ptr<clsView> Windows::currentView() const {
+frmDocument& Windows::activeDocument() const {
   if (ActiveDocument == nullptr) throw RunTimeError(Fault::ObjectMissing, "no document is open");
-  return ActiveDocument->GetCurrentView();
+  return *ActiveDocument;
 }
 
 std::unique_ptr<QueueList> Windows::makePlayer(const PlayerTraits& traits) {
   return std::make_unique<QueueList>(
       traits, m_show, m_machine,
       PlayerWiring{
-          .GetCurrentView = [this] { return currentView(); },
+          .GetCurrentView = [this] { return activeDocument().GetCurrentView(); },
           .redrawLevel =
               [this](clsFixture& fixture) {
-                if (ActiveDocument == nullptr)
-                  throw RunTimeError(Fault::ObjectMissing, "no document is open");
-                ActiveDocument->DeleteTextOnShape(fixture);
-                ActiveDocument->DrawTextOnShape(fixture);
+                frmDocument& document = activeDocument();
+                document.DeleteTextOnShape(fixture);
+                document.DrawTextOnShape(fixture);
               },
           .SimultaneousStart = [this](const std::string& list,
                                       const std::string& number) { m_links.SimultaneousStart(list, number); },

@@ -79,7 +79,7 @@ class Windows {
   static VelgroveComm::Wiring withTriggerGo(VelgroveComm::Wiring wiring, std::function<void()> go);
   void unloadPlayer(std::unique_ptr<QueueList>& player);
   [[nodiscard]] std::unique_ptr<QueueList> makePlayer(const PlayerTraits& traits);
-  [[nodiscard]] std::shared_ptr<clsView> currentView() const;
+  [[nodiscard]] frmDocument& activeDocument() const;
   [[nodiscard]] std::vector<std::string> linkTargets(const std::string& list) const;
   [[nodiscard]] frmDocument::Wiring documentWiring() const;
   void goByTrigger();

@@ -164,11 +164,11 @@ void Bindings::bind(QAbstractButton* button, const Find<Button>& find) {
 }
 
 void Bindings::bind(Field* field, const Find<TextBox>& find) {
-  const auto underway = std::make_shared<int>(0);
+  const Underway underway;
   const auto shown = std::make_shared<FieldLook>();
   add({.copy =
            [field, find, shown, underway] {
-             if (field->composing() || *underway > 0) return false;
+             if (field->composing() || underway.any()) return false;
              const TextBox* control = find();
              FieldLook now = control == nullptr ? FieldLook{}
                                                 : FieldLook{.text = control->text(),
@@ -189,9 +189,7 @@ void Bindings::bind(Field* field, const Find<TextBox>& find) {
            }});
   QObject::connect(field, &QLineEdit::textEdited, field, [this, find, shown, underway](const QString& typed) {
     shown->text = typed.toStdString();
-    ++*underway;
-    m_face.deliver([find, underway, typed = shown->text] {
-      --*underway;
+    underway.deliver(m_face, [find, typed = shown->text] {
       if (TextBox* control = find()) control->setText(typed);
     });
   });
@@ -215,12 +213,12 @@ void Bindings::bind(Spinner* spinner, const Find<UpDown>& find) {
 
 void Bindings::bind(QComboBox* combo, const Find<ComboBox>& find) {
   new WheelWithFocus(combo);
-  const auto underway = std::make_shared<int>(0);
+  const Underway underway;
   const auto shown = std::make_shared<ComboLook>();
   const auto content = std::make_shared<ComboContent>();
   add({.copy =
            [find, shown, content, underway] {
-             if (*underway > 0) return false;
+             if (underway.any()) return false;
              const ComboBox* control = find();
              const ComboLook now = control == nullptr ? ComboLook{}
                                                       : ComboLook{.control = control,
@@ -243,9 +241,7 @@ void Bindings::bind(QComboBox* combo, const Find<ComboBox>& find) {
            }});
   QObject::connect(combo, &QComboBox::activated, combo, [this, find, shown, underway](int index) {
     shown->index = index;
-    ++*underway;
-    m_face.deliver([find, index, underway] {
-      --*underway;
+    underway.deliver(m_face, [find, index] {
       if (ComboBox* control = find()) control->choose(index);
     });
   });

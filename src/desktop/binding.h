@@ -16,6 +16,23 @@
 
 namespace velgrove {
 
+/// What the hand did to a widget and the desk hasn't heard of yet. Until then the desk's value is the one of
+/// before, and isn't shown.
+class Underway {
+ public:
+  [[nodiscard]] bool any() const { return *m_count > 0; }
+  void deliver(Face& face, std::function<void()> action) const {
+    ++*m_count;
+    face.deliver([count = m_count, action = std::move(action)] {
+      --*count;
+      action();
+    });
+  }
+
+ private:
+  std::shared_ptr<int> m_count = std::make_shared<int>(0);
+};
+
 /// The ties between the widgets of one window and the desk's values. They end with it.
 class Bindings {
  public:

@@ -7,6 +7,7 @@
 #include <numeric>
 #include <tuple>
 
+#include "desktop/list_table.h"
 #include "desktop/marks.h"
 #include "desktop/theme.h"
 
@@ -143,15 +144,8 @@ Qt::Alignment CueRows::alignment(int column) {
 
 CueTable::CueTable(QWidget* parent) : QTreeView(parent) {
   setModel(&m_model);
-  setRootIsDecorated(false);
-  setUniformRowHeights(true);
-  setItemsExpandable(false);
-  setSelectionMode(QAbstractItemView::NoSelection);
-  setEditTriggers(QAbstractItemView::NoEditTriggers);
-  setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  setVerticalScrollMode(QAbstractItemView::ScrollPerItem);
+  dressAsTable(*this);
   setMouseTracking(false);
-  header()->setSectionsMovable(false);
   header()->setSectionResizeMode(QHeaderView::Fixed);
   header()->setStretchLastSection(false);
 }

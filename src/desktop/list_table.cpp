@@ -9,15 +9,19 @@
 
 namespace velgrove {
 
+void dressAsTable(QTreeView& view) {
+  view.setRootIsDecorated(false);
+  view.setUniformRowHeights(true);
+  view.setItemsExpandable(false);
+  view.setSelectionMode(QAbstractItemView::NoSelection);
+  view.setEditTriggers(QAbstractItemView::NoEditTriggers);
+  view.setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  view.setVerticalScrollMode(QAbstractItemView::ScrollPerItem);
+  view.header()->setSectionsMovable(false);
+}
+
 ListTable::ListTable() {
-  setRootIsDecorated(false);
-  setUniformRowHeights(true);
-  setItemsExpandable(false);
-  setSelectionMode(QAbstractItemView::NoSelection);
-  setEditTriggers(QAbstractItemView::NoEditTriggers);
-  setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  setVerticalScrollMode(QAbstractItemView::ScrollPerItem);
-  header()->setSectionsMovable(false);
+  dressAsTable(*this);
   header()->setSectionsClickable(false);
   header()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
 }

@@ -9,6 +9,10 @@
 
 namespace velgrove {
 
+/// Rows and columns without a tree, an editor or a fill for the selection, as every list of the desk shows
+/// them.
+void dressAsTable(QTreeView& view);
+
 /// A plain list of the desk on the screen, its columns equally wide. The desk says which row is selected: a
 /// click, and each key that moves along the rows, tells it which one the hand means.
 class ListTable : public QTreeWidget {

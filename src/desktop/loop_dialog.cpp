@@ -39,8 +39,7 @@ LoopDialog::LoopDialog(FrameWindow& frame, Face& face, frmLoop& form)
       m_form(form) {
   setAcceptDrops(true);
   m_group.setObjectName("Frame1");
-  bindings().mirror([&form] { return form.Frame1.Caption; },
-                    [this](const std::string& title) { m_group.setTitle(QString::fromStdString(title)); });
+  bindings().bind(&m_group, [&form] { return &form.Frame1; });
   tie({.row = m_start,
        .caption = {"lblStartCue", &frmLoop::lblStartCue},
        .field = {"txtStartCue", &frmLoop::txtStartCue},

@@ -142,7 +142,7 @@ std::shared_ptr<OpenDialog::Chosen> OpenDialog::bindList(const ListSource& sourc
   auto chosen = std::make_shared<Chosen>();
   bindings().add({.copy =
                       [this, source, state, chosen] {
-                        if (!m_form.Window.Visible || chosen->underway > 0) return false;
+                        if (!m_form.Window.Visible || chosen->underway.any()) return false;
                         const bool fresh = !state->copied || state->revision != source.revision();
                         if (!fresh && chosen->row == source.index()) return false;
                         if (fresh) state->listing = source.items();
@@ -159,11 +159,7 @@ std::shared_ptr<OpenDialog::Chosen> OpenDialog::bindList(const ListSource& sourc
 template <class Act>
 void OpenDialog::deliverChoice(const std::shared_ptr<Chosen>& chosen, int row, Act act) {
   chosen->row = row;
-  ++chosen->underway;
-  bindings().face().deliver([chosen, row, act = std::move(act)] {
-    --chosen->underway;
-    act(row);
-  });
+  chosen->underway.deliver(bindings().face(), [row, act = std::move(act)] { act(row); });
 }
 
 void OpenDialog::bindLists() {

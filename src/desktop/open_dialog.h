@@ -29,10 +29,10 @@ class OpenDialog : public FormDialog {
     std::vector<bool> open;   ///< of folders
     int index = -1;
   };
-  /// What the hand chose last, and how many of its choices haven't reached the desk yet.
+  /// What is chosen in a list, by the desk or by the hand.
   struct Chosen {
     int row = -1;
-    int underway = 0;
+    Underway underway;
   };
   struct ListSource {
     std::function<unsigned()> revision;

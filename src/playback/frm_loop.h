@@ -22,7 +22,7 @@ class frmLoop {
   frmLoop& operator=(const frmLoop&) = delete;
 
   Form Window{.Caption = "Loop Configuration"};
-  Label Frame1{.Caption = "Loop"};
+  Frame Frame1{.Caption = "Loop"};
   Label lblStartCue{.Caption = "Start Cue:"};
   Label lblLastCue{.Caption = "Last Cue:"};
   Label lblLoopCount{.Caption = "Loop Count:"};

@@ -118,8 +118,9 @@ void QueueList::cmdMakeNextCue_Click() {
   });
 }
 
+/// While Blind takes over from Live, both are on for a moment; Blind is then the mode.
 void QueueList::showModes() {
-  cmdLiveView.BackColour = m_show.LiveOn ? Green : 0;
+  cmdLiveView.BackColour = m_show.LiveOn && !m_show.BlindOn ? Green : 0;
   cmdBlindView.BackColour = m_show.BlindOn ? Green : 0;
 }
 
@@ -144,13 +145,13 @@ void QueueList::cmdBlindView_Click() {
   }
   const bool wasLive = m_show.LiveOn;
   m_show.BlindOn = true;
+  m_wiring.modesChanged();
   ShowFixtureLevelsForSelectedCue(State.PointerCue, "blind");
   if (wasLive) {
     m_show.LiveOn = false;
     ShowFixtureLevelsForSelectedCue(State.StageCue, "live");
   }
   ShowFixtureLevelsForSelectedCue(State.PointerCue, "blind");
-  m_wiring.modesChanged();
   UpdateHeader("Blind", State.PointerCue);
 }
 
