@@ -104,6 +104,11 @@ class Drawing {
   void press(int button, int flags, Pixel at);
   void move(int button, int flags, Pixel at);
   void release(int button, int flags, Pixel at);
+  void leave() { m_pointer.reset(); }  ///< the mouse is elsewhere now
+  /// Where the mouse is, while it is over the control.
+  [[nodiscard]] const std::optional<Point>& pointer() const { return m_pointer; }
+  /// The flags that came with the hand last.
+  [[nodiscard]] int keys() const { return m_keys; }
   /// The rubber band that is being drawn, to be painted over the picture.
   [[nodiscard]] const std::optional<Extents>& rubberBand() const { return m_band; }
   /// Moves what the view shows along with the hand. Raises ViewMoved.
@@ -117,6 +122,7 @@ class Drawing {
   int RubberBandMode = 0;
   bool PanMode = false;  ///< a drag moves the view
   bool PrintRationSameasView = false;
+  int ViewMousePointer = 0;  ///< one of `pointers`; stands over the cursor of the tool
 
   /// Handles of the pointers that every drawing has.
   static constexpr std::int16_t DefaultCursor = 0;
@@ -226,6 +232,7 @@ class Drawing {
   [[nodiscard]] Extents extentsOfText(const Shape& text) const;
   [[nodiscard]] bool isHit(const Shape& shape, Point at) const;
   void changed();
+  Point note(int flags, Pixel at);
   void takeInHand(Pixel at);
   /// Calls `change(Shape&)` for a shape or each member of a group.
   template <class Change>
@@ -247,6 +254,8 @@ class Drawing {
   std::map<int, int> m_properties;
   std::map<ShapeNumber, std::shared_ptr<const Block>> m_blocks;
   std::map<ShapeNumber, std::vector<ShapeNumber>> m_groups;
+  std::optional<Point> m_pointer;
+  int m_keys = 0;
   std::optional<Pixel> m_held;      ///< where the hand that pans was last
   std::optional<Point> m_bandFrom;  ///< where it began a rubber band
   std::optional<Extents> m_band;

@@ -69,8 +69,14 @@ Point Drawing::toWorld(Pixel pixel) const {
 
 // ---- The hand
 
+Point Drawing::note(int flags, Pixel at) {
+  m_keys = flags;
+  m_pointer = toWorld(at);
+  return *m_pointer;
+}
+
 void Drawing::press(int button, int flags, Pixel at) {
-  const Point world = toWorld(at);
+  const Point world = note(flags, at);
   if (WorldMouseDown) WorldMouseDown(button, flags, world.x, world.y);
   if (button == mouse::Left) takeInHand(at);
 }
@@ -87,7 +93,7 @@ void Drawing::takeInHand(Pixel at) {
 }
 
 void Drawing::move(int button, int flags, Pixel at) {
-  const Point world = toWorld(at);
+  const Point world = note(flags, at);
   if (WorldMouseMove) WorldMouseMove(button, flags, world.x, world.y);
   if (m_held) {
     const Pixel before = *m_held;
@@ -98,7 +104,7 @@ void Drawing::move(int button, int flags, Pixel at) {
 }
 
 void Drawing::release(int button, int flags, Pixel at) {
-  const Point world = toWorld(at);
+  const Point world = note(flags, at);
   if (button == mouse::Left) {
     m_held.reset();
     m_bandFrom.reset();

@@ -7,6 +7,12 @@ namespace velgrove {
 
 enum class WindowState { Normal, Minimised, Maximised };
 
+/// What the mouse pointer looks like over a window.
+namespace pointers {
+inline constexpr int Default = 0;
+inline constexpr int Cross = 2;
+}  // namespace pointers
+
 /// What every window of the desk has. Position and size are in twips, 15 to a pixel.
 struct Form {
   std::string Caption;
@@ -19,6 +25,7 @@ struct Form {
   float Top = 0;
   float Width = 0;
   float Height = 0;
+  int MousePointer = 0;            ///< one of `pointers`
   unsigned Fronts = 0;             ///< how often it was asked to the front; the face looks at the count
   unsigned Identity = ++lastMade;  ///< no other window of this process has the same
 

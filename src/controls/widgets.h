@@ -46,6 +46,7 @@ class TextBox {
   explicit TextBox(std::string text = "") : m_text(std::move(text)) {}
 
   bool Enabled = true;
+  std::string ToolTip;
   Event Change;
   Event GotFocus;
   std::function<void(int keyCode)> KeyUp;  ///< a key came up; the face tells of Enter, 13
@@ -133,6 +134,7 @@ class Slider {
  public:
   Slider(int min, int max) : m_min(min), m_max(max), m_value(min) {}
 
+  std::string ToolTip;
   Event Change;
   Event Scroll;
 
@@ -168,6 +170,7 @@ class UpDown {
   UpDown(int min, int max, int value) : m_min(min), m_max(max), m_value(value) {}
 
   TextBox* Buddy = nullptr;
+  std::string ToolTip;
   Event Change;
   Event UpClick;
   Event DownClick;
@@ -201,6 +204,44 @@ class UpDown {
   int m_min;
   int m_max;
   int m_value;
+};
+
+/// A dial whose hand shows a value.
+class Gauge {
+ public:
+  bool Visible = false;
+  Event Change;
+
+  [[nodiscard]] double value() const { return m_value; }
+  void setValue(double value) {
+    if (std::exchange(m_value, value) != value) raise(Change);
+  }
+
+ private:
+  double m_value = 0;
+};
+
+/// One of a few that exclude each other. Only the hand raises Click.
+struct OptionButton {
+  std::string Caption;
+  bool Value = false;
+  Event Click = {};
+
+  /// The operator's choice; what becomes of the others is the window's business.
+  void choose() {
+    Value = true;
+    raise(Click);
+  }
+};
+
+/// Watches the mouse, wherever it is. The face writes what it sees.
+struct MouseSource {
+  std::int32_t X = 0;  ///< pixels of the screen, y downwards
+  std::int32_t Y = 0;
+  bool ButtonDown = false;
+  /// The wheel turned over the window: 120 a notch, above 0 away from the operator. `handled` says whether
+  /// anything was done.
+  std::function<void(int rotation, bool& handled)> MouseWheel;
 };
 
 struct ProgressBar {

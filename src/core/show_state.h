@@ -24,7 +24,8 @@ inline constexpr std::array<std::string_view, 6> FixtureTypes{"fresnel",   "leko
 /// What more than one window needs to know. There is one show in memory at a time.
 struct ShowState {
   static constexpr int SubMasterCount = 24;
-  static constexpr int RecentFiles = 11;  ///< entries of MRUList; the first ten are used
+  static constexpr int MostSelected = 251;  ///< fixtures of a multi-selection
+  static constexpr int RecentFiles = 11;    ///< entries of MRUList; the first ten are used
 
   colProjects Projects;                  ///< the open show; never more than one after a load
   std::int16_t CurrentProjectIndex = 0;  ///< 0 when no show is open
@@ -51,8 +52,10 @@ struct ShowState {
   bool BlindMode = false;  ///< the view's mode, of which one at a time is true; BlindOn is what counts
   bool LiveMode = false;
   bool StageMode = false;
-  std::shared_ptr<clsFixture> SelectedFixture;  ///< picked last on the plot; none
-  std::int16_t SelectionCount = 0;              ///< fixtures of the multi-selection
+  std::shared_ptr<clsFixture> SelectedFixture;                             ///< picked last on the plot; none
+  std::array<std::shared_ptr<clsFixture>, MostSelected> SelectedFixtures;  ///< the multi-selection
+  std::int16_t SelectionCount = 0;                                         ///< entries of it
+  std::shared_ptr<clsFixture> CurrentFixture;  ///< that a dialog or a delete works on; none
   std::int32_t SelectedFixtureType = 0;  ///< 1 fresnel, 2 leko, 3 par38, 4 practical, 5 scoop, 6 moving light
   std::int16_t CurrentPlayer = 0;        ///< the list being addressed: 1 AB, 2 XY, 0 before any has loaded
   std::int16_t CurrentSubMasterIndex = -1;  ///< the submaster in the record dialog; -1 none

@@ -29,6 +29,8 @@ Windows::Windows(ShowState& show, Machine& machine, Wiring wiring)
       Loop(
           show, machine, [this]() -> QueueList& { return abPlayer(); },
           [this]() -> QueueList& { return xyPlayer(); }),
+      Fixture(show, machine, fixtureWiring()),
+      MovingFixture(show, machine, fixtureWiring()),
       m_show(show),
       m_machine(machine),
       m_wiring(std::move(wiring)),
@@ -89,6 +91,10 @@ std::vector<std::string> Windows::linkTargets(const std::string& list) const {
   if (list != "AB" && list != "XY") return {};
   const ListView& rows = (list == "AB" ? abPlayer() : xyPlayer()).ListView2;
   return rows.count() < 2 ? std::vector<std::string>() : texts(rows, rows.count());
+}
+
+FixtureForm::Wiring Windows::fixtureWiring() {
+  return {.document = [this]() -> frmDocument& { return activeDocument(); }, .focusFrame = {}};
 }
 
 template <class Window>

@@ -13,6 +13,8 @@
 #include "playback/frm_loop.h"
 #include "playback/queue_list.h"
 #include "plot/document.h"
+#include "surfaces/fixture_dlg.h"
+#include "surfaces/moving_fixture_dlg.h"
 
 namespace velgrove {
 
@@ -53,6 +55,8 @@ class Windows {
   EffectsQueue Effects;
   frmLoop Loop;
   frmConfirmPaste ConfirmPaste;
+  FixtureDlg Fixture;
+  MovingFixtureDlg MovingFixture;
   std::unique_ptr<QueueList> ABQ;
   std::unique_ptr<QueueList> XYQ;
   std::vector<std::unique_ptr<frmDocument>> Documents;
@@ -82,6 +86,7 @@ class Windows {
   [[nodiscard]] frmDocument& activeDocument() const;
   [[nodiscard]] std::vector<std::string> linkTargets(const std::string& list) const;
   [[nodiscard]] frmDocument::Wiring documentWiring() const;
+  [[nodiscard]] FixtureForm::Wiring fixtureWiring();
   void goByTrigger();
   void startEffect(const std::string& number);
 

@@ -53,11 +53,6 @@ class frmDocument {
     std::filesystem::path graphics = {};
   };
 
-  /// A gauge whose hand shows an angle.
-  struct Gauge {
-    bool Visible = false;
-  };
-
   frmDocument(ShowState& show, Machine& machine, Wiring wiring);
   frmDocument(const frmDocument&) = delete;
   frmDocument& operator=(const frmDocument&) = delete;
@@ -68,7 +63,7 @@ class frmDocument {
   Slider VScroll1{0, WorldSize};  ///< how far the view's top lies below that of the world
   int HScrollLength = 0;          ///< pixels
   int VScrollLength = 0;
-  Gauge AGauge2;
+  Gauge AGauge2;  ///< the picked fixture's Angle, degrees clockwise
   Timer TallyInputs;
   Timer SubsInput;
   Timer UpdateDisplay;
