@@ -12,6 +12,7 @@ namespace velgrove {
 namespace {
 
 constexpr Colour White = 0xFFFFFF;
+constexpr Colour Ground = 0;
 constexpr double TextWidth = 0.55;  // of a character, as a share of its height
 
 Placing placingOf(const Shape& insert) {
@@ -398,7 +399,7 @@ ShapeNumber Drawing::shapeAt(Point at) const {
   ShapeNumber under = -1;
   for (const Layer& layer : std::views::reverse(m_layers)) {
     for (const Shape& shape : std::views::reverse(layer.shapes)) {
-      if (shape.number < 0 || !isHit(shape, at)) continue;
+      if (shape.number < 0 || shape.colour == Ground || !isHit(shape, at)) continue;
       if (shape.kind == Shape::Kind::Insert) return shape.number;
       if (under < 0) under = shape.number;
     }

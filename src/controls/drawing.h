@@ -211,7 +211,8 @@ class Drawing {
   /// The true extents, of a rotated block too.
   [[nodiscard]] Extents extents(ShapeNumber shape) const;
   /// The shape at a point; below 0 when there is none. A block is taken by its whole body, before any text or
-  /// line that lies over it; among equals the one on top is taken.
+  /// line that lies over it; among equals the one on top is taken. What is painted in the black of the ground
+  /// can't be seen and isn't taken.
   [[nodiscard]] ShapeNumber shapeAt(Point at) const;
 
  private:

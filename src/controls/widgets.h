@@ -206,13 +206,15 @@ class UpDown {
   int m_value;
 };
 
-/// A dial whose hand shows a value.
+/// A dial whose hand shows a value. Change comes when the operator turns it.
 class Gauge {
  public:
   bool Visible = false;
   Event Change;
 
   [[nodiscard]] double value() const { return m_value; }
+  void show(double value) { m_value = value; }
+  /// The operator turns it.
   void setValue(double value) {
     if (std::exchange(m_value, value) != value) raise(Change);
   }

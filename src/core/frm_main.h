@@ -120,12 +120,11 @@ class frmMain {
   void enableCAD();
   void lockFixtures();
   void onDocument(void (frmDocument::*operation)());
-  void needDocument();
   void selectTool();
   void lightTool(std::int32_t type);
   void pickShape(std::int32_t type);
   void toggleLightTool();
-  void rotateObject(int degrees, int right);
+  void rotateObject(std::int16_t degrees, std::int16_t right);
   void showGrandMaster();
   void showPreferences();
   void showBars(const char* what);

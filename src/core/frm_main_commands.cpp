@@ -7,8 +7,8 @@
 namespace velgrove {
 namespace {
 
-constexpr int Left = 0;
-constexpr int Right = 1;
+constexpr std::int16_t Left = 0;
+constexpr std::int16_t Right = 1;
 
 constexpr char Input[] = "Input";
 constexpr char Output[] = "Output";
@@ -70,8 +70,8 @@ std::span<const frmMain::Command> frmMain::commands() {
       {"ID_LockFixtures", run<&frmMain::lockFixtures>},
       {"ID_EnableCAD", run<&frmMain::enableCAD>},
       {"ID_AddLight", run<&frmMain::toggleLightTool>},
-      {"ID_DelLight", run<&frmMain::needDocument>},
-      {"ID_Rotate", run<&frmMain::needDocument>},
+      {"ID_DelLight", run<&frmMain::onDocument, &frmDocument::DelTool>},
+      {"ID_Rotate", run<&frmMain::onDocument, &frmDocument::RotateTool>},
       {"ID_FluidZoom", run<&frmMain::onDocument, &frmDocument::FluidZoomTool>},
       {"ID_Pan", run<&frmMain::onDocument, &frmDocument::PanTool>},
       {"mnuViewPan", run<&frmMain::onDocument, &frmDocument::PanTool>},
@@ -79,7 +79,7 @@ std::span<const frmMain::Command> frmMain::commands() {
       {"ID_ZoomIn", run<&frmMain::onDocument, &frmDocument::ZoomInTool>},
       {"ID_ZoomOut", run<&frmMain::onDocument, &frmDocument::ZoomOutTool>},
       {"mnuEditUndo", run<&frmMain::onDocument, &frmDocument::UndoDelete>},
-      {"ID_Test", run<&frmMain::needDocument>},
+      {"ID_Test", run<&frmMain::onDocument, &frmDocument::Test>},
       {"mnuFresnel", run<&frmMain::lightTool, 1>},
       {"mnuLeko", run<&frmMain::lightTool, 2>},
       {"mnuPar38", run<&frmMain::lightTool, 3>},
@@ -262,17 +262,13 @@ void frmMain::onDocument(void (frmDocument::*operation)()) {
   m_machine.errors.run([&] { (ActiveForm().*operation)(); });
 }
 
-void frmMain::needDocument() {
-  m_machine.errors.run([&] { (void)ActiveForm(); });
-}
-
 void frmMain::selectTool() {
   onDocument(&frmDocument::SelectTool);
 }
 
 void frmMain::lightTool(std::int32_t type) {
   pickShape(type);
-  needDocument();
+  onDocument(&frmDocument::LightTool);
 }
 
 void frmMain::pickShape(std::int32_t type) {
@@ -288,8 +284,8 @@ void frmMain::toggleLightTool() {
   });
 }
 
-void frmMain::rotateObject(int, int) {
-  needDocument();
+void frmMain::rotateObject(std::int16_t degrees, std::int16_t right) {
+  m_machine.errors.run([&] { ActiveForm().RotateObject(degrees, right, false); });
 }
 
 /// A printer that fails, or an operator who cancels, ends it without a word.

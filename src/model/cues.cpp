@@ -21,7 +21,7 @@ bool matches(const clsQueueEntry& entry, float number, int player) {
 }  // namespace
 
 std::size_t channelIndex(int channel) {
-  if (channel < 1 || channel > ChannelCount)
+  if (!isChannel(channel))
     throw RunTimeError(Fault::Subscript, "there is no channel " + std::to_string(channel));
   return static_cast<std::size_t>(channel) - 1;
 }

@@ -20,6 +20,10 @@ inline constexpr int ChannelCount = 512;  ///< channels of a DMX512-A universe (
 /// Levels 0 to 255 of channels 1 to 512; channel c is element c - 1.
 using ChannelBytes = std::array<std::uint8_t, ChannelCount>;
 
+[[nodiscard]] constexpr bool isChannel(int number) {
+  return number >= 1 && number <= ChannelCount;
+}
+
 /// The element of a channel in any array of levels; Fault::Subscript outside 1 to 512.
 [[nodiscard]] std::size_t channelIndex(int channel);
 

@@ -35,6 +35,16 @@ void frmDocument::bindControls() {
   FlpCAD1.WorldMouseDown = [this](int button, int flags, double x, double y) {
     FlpCAD1_WorldMouseDown(button, flags, x, y);
   };
+  FlpCAD1.WorldMouseUp = [this](int button, int flags, double x, double y) {
+    FlpCAD1_WorldMouseUp(button, flags, x, y);
+  };
+  FlpCAD1.WorldMouseMove = [this](int button, int flags, double x, double y) {
+    FlpCAD1_WorldMouseMove(button, flags, x, y);
+  };
+  FlpCAD1.ShapeNumberSelected = [this](int type, ShapeNumber number) {
+    FlpCAD1_ShapeNumberSelected(type, number);
+  };
+  AGauge2.Change = [this] { AGauge2_Change(); };
   FlpCAD1.WorldRectPos = [this](double left, double top, double right, double bottom) {
     FlpCAD1_WorldRectPos(left, top, right, bottom);
   };
@@ -68,8 +78,7 @@ void frmDocument::Form_Load() {
       [&] { addFirstZoom(); }, [&] { SetViewFixtures(); },
       [&] {
         FlpCAD1.Snap = true;
-        m_show.SelectedFixture = nullptr;
-        m_show.SelectionCount = 0;
+        forgetSelection();
         m_show.LevelTextSource = 0;
       },
       [&] {

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <initializer_list>
 #include <memory>
 #include <optional>
 #include <string>
@@ -51,6 +52,10 @@ class frmDocument {
     /// Where the shapes and cursors lie. Empty where nobody sees the plot: every fixture is then a plain box,
     /// and no file is read.
     std::filesystem::path graphics = {};
+    /// Opens the dialog of CurrentFixture beside a place of the plot.
+    std::function<void(Pixel at)> openFixture = {};
+    /// A fixture goes: no dialog may hold its channel any longer.
+    std::function<void()> closeFixture = {};
   };
 
   frmDocument(ShowState& show, Machine& machine, Wiring wiring);
@@ -83,6 +88,7 @@ class frmDocument {
   bool RotateActive = false;  ///< the gauge is showing
   bool FixtureSelected = false;
   bool DragActive = false;
+  Point Pivot;                              ///< about which InitRotateFixture turned last
   std::shared_ptr<clsFixture> FixtureWalk;  ///< where a walk over the fixtures stands
 
   /// Takes the view that is current while the show loads, for good, draws it and starts the timers.
@@ -125,6 +131,10 @@ class frmDocument {
 
   void SelectTool();
   void GridTool();
+  void LightTool();
+  void SliderTool();
+  void RotateTool();  ///< a second call takes it away again
+  void DelTool();
   void FluidZoomTool();
   void PanTool();
   void LockTool();
@@ -132,24 +142,48 @@ class frmDocument {
   void ZoomInTool();
   void ZoomOutTool();
   void clearControls();
+  void Test() {}  ///< a tool of its own that has nothing to do on a plot
+
+  /// Takes the selected fixtures off the show. Their shapes are only painted into the ground. The next
+  /// light's channel falls by one, however many they are.
+  void DoDelete();
   void UndoDelete() {}  ///< deleting has no undo
+
+  /// Puts the place before into LastSnapPos and the one that a point snaps to into SnapPos: a whole pitch off
+  /// the nearest grid point, to the left in x and upwards in y. On half a pitch, where the grid point before
+  /// is the nearest, it lies a pitch to the right and below.
+  void GetCurrentSnapPos(double x, double y);
+  /// Moves the mark of the snap there; with `draw` false it goes.
+  void SetSnapCursor(double x, double y, bool draw);
+
+  /// Turns the fixture that is picked by degrees: clockwise in `direction` 1, else anticlockwise. The hand of
+  /// the gauge follows, unless the turn came from it.
+  void RotateObject(std::int16_t change, std::int16_t direction, bool fromGauge);
+  /// The same for any fixture.
+  void InitRotateFixture(clsFixture& fixture, std::int16_t change, std::int16_t direction, bool fromGauge);
 
   /// Centres the view on a point and shrinks it by a share `step`, or grows it by a negative one. With
   /// `direction` false the view's size is multiplied by `step` about its own middle.
   void WorldZoom(bool direction, double step, double x, double y);
 
   void FlpCAD1_WorldMouseDown(int button, int flags, double x, double y);
+  void FlpCAD1_WorldMouseUp(int button, int flags, double x, double y);
+  void FlpCAD1_WorldMouseMove(int button, int flags, double x, double y);
+  void FlpCAD1_ShapeNumberSelected(int type, ShapeNumber number);
   void FlpCAD1_WorldRectPos(double left, double top, double right, double bottom);
   void HScroll1_Change();
   void VScroll1_Change();
   void HScroll1_Scroll() { HScroll1_Change(); }
   void VScroll1_Scroll() { VScroll1_Change(); }
+  void AGauge2_Change();
+  void Form_KeyDown(int keyCode);  ///< 46 is Delete
 
   void TallyInputs_Timer();
   void UpdateDisplay_Timer();
 
  private:
   static constexpr int WorldSize = 1000;
+  static constexpr double ZoomStep = 0.1;
   static constexpr Extents World{.left = 0, .top = WorldSize, .right = WorldSize, .bottom = 0};
 
   // Start
@@ -173,6 +207,39 @@ class frmDocument {
   // Texts
   void writeText(std::int32_t& shape, Point at, const std::string& text, Colour colour);
   void removeText(std::int32_t& shape);
+
+  // The hand
+  void leftPress(Point at);
+  void rightPress(Point at);
+
+  // Placing and deleting
+  [[nodiscard]] bool isPlacing() const { return MouseMode == tools::Light || MouseMode == tools::Slider; }
+  void takePlacingTool(std::int16_t mode, ToolCursor cursor);
+  void placeLight(Point at);
+  void placeFixture(Point at);
+  /// The fixture whose block is at a point; none on the ground, the object "Not Found" where it isn't in the
+  /// show.
+  [[nodiscard]] std::shared_ptr<clsFixture> fixtureAt(Point at) const;
+  void openFixtureAt(Point at);
+  void deleteFixtureAt(Point at);
+  void giveChannelBack(const clsFixture& fixture);
+  void eraseOutline(clsFixture& fixture);
+  void hide(clsFixture& fixture);
+
+  // Picking, moving, turning
+  void paint(Colour colour, std::initializer_list<ShapeNumber> shapes);
+  void mark(const clsFixture& fixture);
+  void unmark(const clsFixture& fixture);
+  void addToSelection(const std::shared_ptr<clsFixture>& fixture);
+  void clearSelection();
+  void startDrag(clsFixture& fixture);
+  void moveFixture(clsFixture& fixture, Point to);
+  void endDrag(const std::shared_ptr<clsFixture>& fixture);
+  void forgetSelection();
+  [[nodiscard]] Point snapped(Point at) const;
+  void dragTo(Point at);
+  void showSnap(Point at);
+  void turn(clsFixture& fixture, std::int16_t change, std::int16_t direction, bool fromGauge);
 
   // View
   void takeTool(std::int16_t cursor);

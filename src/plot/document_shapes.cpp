@@ -59,8 +59,10 @@ void frmDocument::SetViewFixtures() {
 
 std::shared_ptr<clsFixture> frmDocument::DrawShape(double x, double y, DrawMode mode,
                                                    std::shared_ptr<clsFixture> fixture) {
-  m_errors.steps([&] { beginFixture(mode, fixture); }, [&] { drawOutline(*fixture, {.x = x, .y = y}); },
-                 [&] { drawHitBox(*fixture); }, [&] { drawCentre(*fixture); },
+  m_errors.run([&] { beginFixture(mode, fixture); });
+  if (fixture == nullptr || (mode == DrawMode::Again && fixture->IconShape == 0)) return fixture;
+  m_errors.steps([&] { drawOutline(*fixture, {.x = x, .y = y}); }, [&] { drawHitBox(*fixture); },
+                 [&] { drawCentre(*fixture); },
                  [&] {
                    if (mode == DrawMode::New) GetCurrentView()->colFixtures().add(fixture);
                  },

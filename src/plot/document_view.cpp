@@ -1,4 +1,4 @@
-// What the window shows of the plot, and the tools of looking.
+// What the window shows of the plot, and the commands of looking.
 
 #include <algorithm>
 #include <cmath>
@@ -9,70 +9,9 @@
 namespace velgrove {
 namespace {
 
-constexpr Colour Red = 255;
-constexpr double ZoomStep = 0.1;
 constexpr int ScrollMargin = 20;  // pixels of a scroll bar that the other one takes
 
 }  // namespace
-
-// ---- Tools
-
-/// A tool takes the pointer: what the one before had set on the control ends.
-void frmDocument::takeTool(std::int16_t cursor) {
-  FlpCAD1.setCursor(cursor);
-  FlpCAD1.Selection = false;
-  FlpCAD1.PanMode = false;
-  clearControls();
-}
-
-void frmDocument::clearControls() {
-  m_errors.steps(
-      [&] {
-        if (std::exchange(RotateActive, false)) AGauge2.Visible = false;
-      },
-      [&] {
-        const auto& picked = m_show.SelectedFixture;
-        if (!FixtureSelected || picked == nullptr) return;
-        for (const ShapeNumber shape : {picked->Shape, picked->LevelTextShape, picked->ChannelTextShape})
-          FlpCAD1.setColour(shape, Red);
-      },
-      [&] {
-        FlpCAD1.RubberBand = false;
-        FlpCAD1.RubberBandMode = 0;
-      });
-}
-
-void frmDocument::SelectTool() {
-  MouseMode = tools::Select;
-  takeTool(Drawing::ArrowCursor);
-  FlpCAD1.Selection = true;
-}
-
-void frmDocument::GridTool() {
-  FlpCAD1.Snap = !FlpCAD1.Snap;
-  SelectTool();
-}
-
-void frmDocument::FluidZoomTool() {
-  MouseMode = tools::FluidZoom;
-  takeTool(cursorOf(ToolCursor::Zoom));
-}
-
-void frmDocument::PanTool() {
-  MouseMode = tools::None;
-  takeTool(Drawing::PanCursor);
-  FlpCAD1.PanMode = true;
-}
-
-void frmDocument::LockTool() {
-  MouseMode = tools::None;
-  takeTool(Drawing::DefaultCursor);
-}
-
-void frmDocument::NetSelectTool() {
-  takeTool(Drawing::ArrowCursor);
-  FlpCAD1.RubberBand = true;
-}
 
 void frmDocument::ZoomInTool() {
   const Point middle = FlpCAD1.limits().middle();
@@ -84,15 +23,6 @@ void frmDocument::ZoomOutTool() {
   const Point middle = FlpCAD1.limits().middle();
   WorldZoom(true, -ZoomStep, middle.x, middle.y);
   clearControls();
-}
-
-// ---- The mouse
-
-void frmDocument::FlpCAD1_WorldMouseDown(int button, int flags, double x, double y) {
-  if ((flags & mouse::Ctrl) != 0) return;
-  if (MouseMode != tools::FluidZoom) return;
-  if (button == mouse::Left) WorldZoom(true, ZoomStep, x, y);
-  if (button == mouse::Right) WorldZoom(true, -ZoomStep, x, y);
 }
 
 void frmDocument::FlpCAD1_WorldRectPos(double left, double top, double right, double bottom) {

@@ -1,0 +1,111 @@
+// Fixtures come and go: placing, the dialog, deleting.
+
+#include <span>
+
+#include "controls/numbers.h"
+#include "plot/document.h"
+
+namespace velgrove {
+namespace {
+
+constexpr Colour Black = 0;
+constexpr int MovingLight = 6;
+constexpr int MovingLightChannels = 3;  // brightness, and the position in two
+constexpr double OutOfSight = 2000;     // world units
+
+}  // namespace
+
+// ---- Placing
+
+void frmDocument::placeLight(Point at) {
+  if (FlpCAD1.Snap) {
+    GetCurrentSnapPos(at.x, at.y);
+    at = SnapPos;
+  }
+  placeFixture(at);
+  if (m_show.SelectedFixtureType != MovingLight) return;
+  // The channels of its position are fixtures too, so that nobody else is given them.
+  for (int channel = 1; channel < MovingLightChannels; ++channel)
+    placeFixture({.x = at.x + OutOfSight, .y = at.y + OutOfSight});
+}
+
+void frmDocument::placeFixture(Point at) {
+  const auto fixture = DrawShape(at.x, at.y, DrawMode::New, nullptr);
+  if (fixture == nullptr) return;
+  fixture->Effect = fixture->Mood = fixture->PatternMFG = fixture->EdFocus = fixture->PatternNumber =
+      fixture->ColorMFG = fixture->ColorNumber = "0";
+  fixture->Wattage = 0;
+  fixture->Level = 0;
+  fixture->FixtureName = "";
+  fixture->FixtureType = "Light ";
+  fixture->Selected = 0;
+  fixture->Channel = LastChannel;
+  m_show.ProjectDirty = true;
+}
+
+// ---- The fixture at a place
+
+std::shared_ptr<clsFixture> frmDocument::fixtureAt(Point at) const {
+  const ShapeNumber shape = FlpCAD1.shapeAt(at);
+  return FlpCAD1.shapeType(shape) == shape_types::BlockOrGroup ? GetFixtureObject(shape) : nullptr;
+}
+
+void frmDocument::openFixtureAt(Point at) {
+  const auto fixture = fixtureAt(at);
+  if (fixture == nullptr) return;
+  m_show.CurrentFixture = fixture;
+  if (m_wiring.openFixture) m_wiring.openFixture(FlpCAD1.toPixels(at));
+  m_show.SelectedFixtureType = fixture->IconShape;
+  m_show.ProjectDirty = true;
+}
+
+// ---- Deleting
+
+void frmDocument::deleteFixtureAt(Point at) {
+  const auto fixture = fixtureAt(at);
+  if (fixture == nullptr) return;
+  raise(m_wiring.closeFixture);
+  m_show.CurrentFixture = fixture;
+  m_errors.steps([&] { eraseOutline(*fixture); }, [&] { DeleteTextOnShape(*fixture); },
+                 [&] {
+                   // One without a channel has nothing on the wire.
+                   if (isChannel(fixture->Channel)) m_show.ManualLevels[channelIndex(fixture->Channel)] = 0;
+                 },
+                 [&] { m_show.ProjectDirty = true; }, [&] { giveChannelBack(*fixture); },
+                 [&] { SearchRemove(GetCurrentView()->colFixtures(), fixture->Channel); });
+}
+
+void frmDocument::giveChannelBack(const clsFixture& fixture) {
+  if (fixture.Channel == LastChannel) LastChannel = narrow<std::int16_t>(LastChannel - 1);
+  if (fixture.IconShape == MovingLight && fixture.Channel == LastChannel - (MovingLightChannels - 1))
+    LastChannel = narrow<std::int16_t>(LastChannel - MovingLightChannels);
+}
+
+/// The mark of the centre goes along, or the plot would keep a cross wherever a fixture ever stood.
+void frmDocument::eraseOutline(clsFixture& fixture) {
+  FlpCAD1.removeFromGroup(fixture.RectShape);
+  for (std::int32_t* shape : {&fixture.RectShape, &fixture.Shape, &fixture.CenterShape})
+    FlpCAD1.remove(std::exchange(*shape, 0));
+  fixture.CenterShape1 = fixture.CenterShape2 = 0;
+}
+
+void frmDocument::DoDelete() {
+  m_errors.run([&] { LastChannel = narrow<std::int16_t>(LastChannel - 1); });
+  if (m_show.SelectionCount < 1) return;
+  raise(m_wiring.closeFixture);
+  const auto fixtures =
+      std::span(m_show.SelectedFixtures).first(static_cast<std::size_t>(m_show.SelectionCount));
+  for (const auto& fixture : fixtures)
+    m_errors.run([&] { SearchRemove(GetCurrentView()->colFixtures(), fixture->Channel); });
+  for (const auto& fixture : fixtures) m_errors.run([&] { hide(*fixture); });
+  forgetSelection();
+  m_show.ProjectDirty = true;
+}
+
+void frmDocument::hide(clsFixture& fixture) {
+  paint(Black,
+        {fixture.Shape, fixture.RectShape, fixture.CenterShape, fixture.CenterShape1, fixture.CenterShape2});
+  DeleteTextOnShape(fixture);
+}
+
+}  // namespace velgrove
