@@ -3,6 +3,7 @@
 #include <map>
 
 #include "player_commands.h"
+#include "plot_commands.h"
 #include "script_words.h"
 
 namespace velgrove {
@@ -10,9 +11,6 @@ namespace {
 
 int readChannel(std::string_view word) {
   return static_cast<int>(readWhole("CHANNEL", word, 1, ChannelCount));
-}
-int readLevel(std::string_view word) {
-  return static_cast<int>(readWhole("LEVEL", word, 0, 255));
 }
 
 Action tool(const char* id) {
@@ -29,13 +27,13 @@ Action inputMode(Words words) {
 
 Action manual(Words words) {
   const auto at = channelIndex(readChannel(words[1]));
-  const auto level = static_cast<std::uint8_t>(readLevel(words[2]));
+  const auto level = static_cast<std::uint8_t>(readLevel("LEVEL", words[2]));
   return [=](Operator& op) { op.desk.show.ManualLevels[at] = level; };
 }
 
 Action input(Words words) {
   const int channel = readChannel(words[1]);
-  const int level = readLevel(words[2]);
+  const int level = readLevel("LEVEL", words[2]);
   return [=](Operator& op) { op.input(channel, level); };
 }
 
@@ -101,6 +99,19 @@ constexpr LineCommand Commands[] = {
      "effect add START STOP SPEED LOOPS\n"
      "                        a chase over channels, in milliseconds a step\n"
      "  effect run N          its start"},
+    {"place", 3, 3, placeLight,
+     "place TYPE X Y        a light on the plot: fresnel, leko, par38, practical, scoop or icue"},
+    {"move", 3, 3, moveFixture,
+     "move CHANNEL X Y      a drag of a fixture; with the grid on both snap, as by hand"},
+    {"rotate", 2, 2, rotateFixture,
+     "rotate CHANNEL DEGREES\n                        the gauge, on by so much clockwise"},
+    {"delete", 1, 1, deleteFixture, "delete CHANNEL        the delete tool on a fixture"},
+    {"grid", 0, 0, [](Words) { return tool("mnuViewGrid"); },
+     "grid                  the snap on or off; it's on at first"},
+    {"patch", 2, 2, patchFixture,
+     "patch CHANNEL NEW     a fixture's dialog: its channel; CHANNEL 0 is one without,"},
+    {"fixture", 2, 2, setFixture, "fixture CHANNEL PERCENT\n                        its level,"},
+    {"aim", 3, 3, aimFixture, "aim CHANNEL X Y       a moving light's place, 0 to 255; each ends by OK"},
     {"manual", 2, 2, manual, "manual CHANNEL LEVEL  a level set by hand, 0 to 255"},
     {"input", 2, 2, input, "input CHANNEL LEVEL   what the box reports from then on"},
     {"mode", 1, 1, inputMode, "mode none|fixtures|subs\n                        what received levels do"},

@@ -1,6 +1,7 @@
 #include "script_words.h"
 
 #include <charconv>
+#include <cmath>
 
 namespace velgrove {
 
@@ -33,6 +34,21 @@ std::int64_t readWhole(const std::string& name, std::string_view word, std::int6
   if (value < min || value > max)
     wrong(name + " is outside " + std::to_string(min) + " to " + std::to_string(max) + ": " +
           std::string(word));
+  return value;
+}
+
+int readLevel(const std::string& name, std::string_view word) {
+  constexpr int Full = 255;
+  return static_cast<int>(readWhole(name, word, 0, Full));
+}
+
+double readNumber(const std::string& name, std::string_view word) {
+  constexpr double Farthest = 1e6;
+  double value = 0;
+  const char* const end = word.data() + word.size();
+  const auto [stopped, error] = std::from_chars(word.data(), end, value);
+  if (error != std::errc{} || stopped != end || !(std::abs(value) <= Farthest))
+    wrong(name + " is no place on a plot: " + std::string(word));
   return value;
 }
 

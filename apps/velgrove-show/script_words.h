@@ -29,6 +29,11 @@ using Action = std::function<void(Operator&)>;
 [[nodiscard]] std::int64_t readWhole(const std::string& name, std::string_view word, std::int64_t min,
                                      std::int64_t max);
 
+/// A level, 0 to 255.
+[[nodiscard]] int readLevel(const std::string& name, std::string_view word);
+/// A number in decimals that a plot could hold.
+[[nodiscard]] double readNumber(const std::string& name, std::string_view word);
+
 inline constexpr std::size_t AnyNumber = SIZE_MAX;
 
 /// What a script can say at one place: a word, how many arguments follow it, and what is made of them.
