@@ -124,8 +124,7 @@ void FixtureForm::Channel_Change() {
   if (current() == nullptr) return;
   ErrorPattern::skip([&] {
     const auto channel = toInteger<std::int16_t>(Channel.text());
-    const bool there = channel >= 1 && channel <= ChannelCount;
-    current()->Channel = there ? channel : std::int16_t{0};
+    current()->Channel = isChannel(channel) ? channel : std::int16_t{0};
   });
 }
 
