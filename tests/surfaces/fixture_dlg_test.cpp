@@ -24,16 +24,19 @@ TEST_F(FixtureDialog, TakesItsChannelFromThePlayersWhenItOpens) {
     bool blindOn;
     const char* manual;
     int blind;
+    std::uint8_t input = 0;
   };
   clsFixture& fixture = add(5, 128);
-  for (const Case& c : {Case{200, 100, false, "128", 9}, Case{200, 100, true, "200", 128},
-                        Case{100, 200, true, "200", 128}, Case{300, -5, true, "7", 128}}) {
+  for (const Case& c :
+       {Case{200, 100, false, "128", 9}, Case{200, 100, true, "200", 128}, Case{100, 200, true, "200", 128},
+        Case{300, -5, true, "7", 128}, Case{100, 200, true, "200", 0, 130}}) {
     fixture.Level = 128;
     show.ABLevels[4] = c.ab;
     show.XYLevels[4] = c.xy;
     show.ManualLevels[4] = 7;
     show.BlindLevels[4] = 9;
     show.BlindOn = c.blindOn;
+    show.DMXInput[4] = c.input;
     openFor(fixture);
     EXPECT_EQ(show.ABLevels[4] + show.XYLevels[4], 0);
     EXPECT_EQ(manual(5), c.manual) << c.ab << " and " << c.xy;
@@ -113,6 +116,9 @@ TEST_F(FixtureDialog, CannotPullALevelBelowTheInputExceptFromFull) {
   form.UpDown1.down();
   EXPECT_EQ(stands(), "19 48 150");
   EXPECT_EQ(manual(5), "150");
+  form.Level.setText("30");
+  EXPECT_TRUE(wheel(-120));
+  EXPECT_EQ(stands(), "26 66 26") << "the bare percent number, until the next display";
   dialog.VSlider1.drag(120);
   EXPECT_EQ(manual(5), "120");
   form.Level.setText("100");
@@ -140,13 +146,16 @@ TEST_F(FixtureDialog, TakesAlongFixturesOfItsChannelAndSelectedOnes) {
     EXPECT_EQ(shape(follows->LevelTextShape).text, "50");
     EXPECT_EQ(shape(follows->LevelTextShape).colour, 255) << "the hand's red";
   }
-  form.Level.setText("100");
-  EXPECT_EQ(manual(5, 4), "255 0 255 0");
+  form.Level.setText("20");
+  EXPECT_EQ(manual(5, 4), "51 0 51 0");
+  form.UpDown1.up();
+  EXPECT_EQ(manual(5, 4), "54 0 54 0");
+  EXPECT_EQ(shape(twin.LevelTextShape).text, "21");
 
   show.BlindOn = true;
   dialog.VSlider1.drag(51);
   EXPECT_EQ(levels(), (std::vector{51, 51, 51, 33}));
-  EXPECT_EQ(manual(5, 4), "255 0 255 0") << "the stage doesn't change while a cue is built";
+  EXPECT_EQ(manual(5, 4), "54 0 54 0") << "the stage doesn't change while a cue is built";
   EXPECT_EQ(blind(5) + blind(7), 51 + 51);
   EXPECT_EQ(shape(selected.DMXInTextShape).text, "20");
 }

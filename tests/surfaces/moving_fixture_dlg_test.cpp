@@ -63,11 +63,13 @@ TEST_F(MovingFixtureDialog, PutsOneByteOnEachAxisWhateverTheResolution) {
   dialog.VSlider4.drag(7);
   EXPECT_EQ(manual(10, 4), "255 200 7 0");
   EXPECT_EQ(dialog.xlev.Caption + dialog.YLEV.Caption, "X:200Y:7");
-  dialog.Unload();
-  openFor(add(20, 0));
-  EXPECT_EQ(dialog.PositionResolution, 8);
-  EXPECT_EQ(choices(), std::pair(true, false));
-  EXPECT_EQ(manual(20, 3), "0 128 128") << "opened afresh";
+  for (const int channel : {20, 30}) {
+    dialog.Unload();
+    openFor(add(channel, 0));
+    EXPECT_EQ(dialog.PositionResolution, 8);
+    EXPECT_EQ(choices(), std::pair(true, false));
+    EXPECT_EQ(manual(channel, 3), "0 128 128") << "opened afresh";
+  }
 }
 
 TEST_F(MovingFixtureDialog, MovesNothingBeyondTheLastChannel) {
@@ -157,6 +159,7 @@ TEST_F(MovingFixtureDialog, HoldsTheMouseModeFromTheButtonToTheNextPress) {
   moveTo(40, 0);
   EXPECT_EQ(position(), "138 128") << "the last way counts";
   expectPointers(pointers::Default);
+  EXPECT_FALSE(mouse.ButtonDown);
   moveTo(400, 0);
   EXPECT_EQ(position(), "138 128");
 
