@@ -30,6 +30,7 @@ class FormDialog : public QDialog {
   struct Look {
     std::string caption;
     bool visible = false;
+    bool enabled = true;
     bool modal = false;
     unsigned fronts = 0;
     friend bool operator==(const Look&, const Look&) = default;
