@@ -294,6 +294,10 @@ bool Drawing::setText(ShapeNumber shape, Point at, const std::string& text, Colo
   return true;
 }
 
+void Drawing::ShapeText(ShapeNumber shape, const std::string& text) {
+  if (const Shape* const found = find(shape)) setText(shape, found->at, text, found->colour);
+}
+
 void Drawing::removeOne(ShapeNumber shape) {
   const Shape* const found = find(shape);
   if (found == nullptr) return;

@@ -203,6 +203,8 @@ class Drawing {
   /// Changes a text in place, and leaves it alone where it reads, stands and is painted so already. False
   /// when there is no such text.
   bool setText(ShapeNumber shape, Point at, const std::string& text, Colour colour);
+  /// Changes what a text reads, wherever it stands.
+  void ShapeText(ShapeNumber shape, const std::string& text);
   void remove(ShapeNumber shape);
   void clear();  ///< all shapes; layers, fonts and blocks stay
 

@@ -62,6 +62,8 @@ class TextBox {
     m_text = std::move(text);
     raise(Change);
   }
+  /// Back to the design, without an event.
+  void reset(std::string text = "") { m_text = std::move(text); }
 
  private:
   std::string m_text;
@@ -154,6 +156,8 @@ class Slider {
     raise(Scroll);
     raise(Change);
   }
+  /// Back to the design, without an event.
+  void reset() { m_value = m_min; }
 
  private:
   bool take(int value) { return takeNew(m_value, std::clamp(value, m_min, m_max)); }
@@ -182,6 +186,8 @@ class UpDown {
   }
   void up() { step(1, UpClick); }
   void down() { step(-1, DownClick); }
+  /// Back to the design, without an event.
+  void reset(int value) { m_value = value; }
 
  private:
   void step(int by, const Event& click) {

@@ -12,13 +12,26 @@ class FixtureDlg {
   FixtureDlg(const FixtureDlg&) = delete;
   FixtureDlg& operator=(const FixtureDlg&) = delete;
 
-  FixtureForm Dialog;
   Slider VSlider1{0, 255};  ///< level, a DMX value
+  FixtureForm Dialog;
+
+  void SetFixtureID(std::int16_t id) { Dialog.FixtureID = id; }
+  /// Opens the dialog for the current fixture; one that is open comes to the front.
+  void Show();
+  [[nodiscard]] bool shows(const clsFixture& fixture) const { return Dialog.shows(fixture); }
+  /// Channel and levels stay as they are.
+  void Unload() { Dialog.Unload(); }
+
+  void Form_Load();
+  void VSlider1_Scroll() { Dialog.scrollLevel(); }
+  void MouseHelper1_MouseWheel(int rotation, bool& handled);
+  void Command1_Click();
+  void CancelButton_Click() { Unload(); }
 
  private:
+  void takeOver();
+
   ShowState& m_show;
-  Machine& m_machine;
-  FixtureForm::Wiring m_wiring;
 };
 
 }  // namespace velgrove
