@@ -332,7 +332,8 @@ void Bindings::bind(QGroupBox* group, const Find<Frame>& find) {
 
 void Bindings::bind(QAbstractSlider* slider, const Find<Slider>& find) {
   const Underway underway;
-  const auto shown = std::make_shared<SliderLook>(SliderLook{.max = -1});
+  const auto shown = std::make_shared<SliderLook>();
+  shown->max = -1;  // as no control has it
   add({.copy =
            [slider, find, shown, underway] {
              if (slider->isSliderDown() || underway.any()) return false;
@@ -385,7 +386,8 @@ void Bindings::bind(QRadioButton* button, const Find<OptionButton>& find) {
 
 void Bindings::bind(QTabBar* tabs, const Find<TabStrip>& find) {
   const Underway underway;
-  const auto shown = std::make_shared<TabsLook>(TabsLook{.selected = -1});
+  const auto shown = std::make_shared<TabsLook>();
+  shown->selected = -1;  // as no control has it
   add({.copy =
            [find, shown, underway] {
              if (underway.any()) return false;

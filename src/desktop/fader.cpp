@@ -64,7 +64,7 @@ QSize Fader::minimumSizeHint() const {
 }
 
 QSize Fader::sizeHint() const {
-  constexpr int Comfortable = 306;
+  constexpr int Comfortable = 200;
   return {minimumSizeHint().width(), Comfortable};
 }
 

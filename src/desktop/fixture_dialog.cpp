@@ -43,6 +43,7 @@ FixtureDialog::FixtureDialog(FrameWindow& frame, Face& face, LightingDesk& desk,
                      .slider = dialog.VSlider2,
                      .close = [&dialog] { dialog.Unload(); }}) {
   m_position = new PositionPanel(bindings(), dialog);
+  m_settings->addSpacing(12);
   m_settings->addWidget(m_position);
   orderFocus();
 }
@@ -61,8 +62,6 @@ FixtureDialog::FixtureDialog(FrameWindow& frame, Face& face, LightingDesk& desk,
   bindControls(parts.slider);
   bindProperties();
   bindState();
-  winId();  // makes the window, which the wheel comes through
-  windowHandle()->installEventFilter(this);
 }
 
 // ---- Names and ties
@@ -210,6 +209,7 @@ QWidget* FixtureDialog::makeProperties() {
   for (std::size_t i = 0; i < m_texts.size(); ++i) {
     if (!isText(i)) continue;
     m_textLabels[i].setProperty("tone", "quiet");
+    m_texts[i].setProperty("type", "property");
     rows->addWidget(&m_textLabels[i], row, 0, Qt::AlignRight | Qt::AlignVCenter);
     rows->addWidget(&m_texts[i], row, 1);
     rows->setRowStretch(row++, 1);
@@ -222,6 +222,9 @@ void FixtureDialog::layOut() {
   m_pages.addWidget(makeSettings());
   m_pages.addWidget(makeProperties());
   m_pages.setObjectName("pages");
+  connect(&m_pages, &QStackedWidget::currentChanged, this, [this](int page) {
+    if (!m_tabs.hasFocus()) focusFirst(page);
+  });
   m_scroll.setObjectName("pane");
   m_scroll.setWidget(&m_pages);
   m_scroll.setWidgetResizable(true);
@@ -256,26 +259,38 @@ void FixtureDialog::orderFocus() {
 }
 
 /// Both pages are as large as the larger one. What a small screen can't hold scrolls.
-void FixtureDialog::size() {
+void FixtureDialog::fit() {
   constexpr QSize Usual(476, 448);  // below the title
   constexpr int WidthOfMoving = 660;
   constexpr int Frame = 2;  // of the pane
   const QSize beside = layout()->sizeHint() - m_scroll.sizeHint();
   QSize whole = m_pages.sizeHint() + QSize(Frame, Frame) + beside;
   whole = whole.expandedTo(m_position == nullptr ? Usual : QSize(WidthOfMoving, Usual.height()));
-  const QSize decoration = m_frame.frameGeometry().size() - m_frame.size();
-  setFixedSize(whole.boundedTo(m_frame.screen()->availableGeometry().size() - decoration));
+  setFixedSize(whole.boundedTo(m_frame.screen()->availableGeometry().size() - decoration()));
+}
+
+/// What the system draws around it. Before it stands on the screen nobody knows how much.
+QSize FixtureDialog::decoration() const {
+  constexpr QSize Likely(2, 30);
+  return (frameGeometry().size() - geometry().size()).expandedTo(Likely);
 }
 
 void FixtureDialog::changeEvent(QEvent* event) {
   FormDialog::changeEvent(event);
-  if (event->type() == QEvent::StyleChange && isVisible()) size();
+  if (event->type() == QEvent::StyleChange && isVisible()) fit();
+}
+
+void FixtureDialog::focusFirst(int page) {
+  Field& first = page == FixtureForm::Settings ? m_level : m_texts[0];
+  first.setFocus();
+  first.selectAll();
 }
 
 // ---- Its place
 
 void FixtureDialog::appear() {
-  size();
+  windowHandle()->installEventFilter(this);  // through it the wheel comes, whatever it stands over
+  fit();
 }
 
 FixtureDialog::Place FixtureDialog::place() const {
@@ -288,8 +303,7 @@ FixtureDialog::Place FixtureDialog::place() const {
 /// Beside the fixture that was pointed at, on the ground below the band if that holds it.
 void FixtureDialog::openAt(QPoint pointer) {
   constexpr int Gap = 40;  // half a fixture
-  const QSize decoration = m_frame.frameGeometry().size() - m_frame.size();
-  const QSize size = this->size() + decoration;
+  const QSize size = geometry().size() + decoration();
   const QRect screen = m_frame.screen()->availableGeometry();
   const QRect ground = m_frame.ground() & screen;
   const QRect room(QPoint(screen.left(), ground.height() < size.height() ? screen.top() : ground.top()),
@@ -297,8 +311,7 @@ void FixtureDialog::openAt(QPoint pointer) {
   QPoint corner(pointer.x() + Gap, pointer.y() - size.height() / 2);
   if (corner.x() + size.width() > room.right() + 1) corner.setX(pointer.x() - Gap - size.width());
   move(within({corner, size}, room).topLeft());
-  m_level.setFocus();
-  m_level.selectAll();
+  focusFirst(FixtureForm::Settings);
 }
 
 // ---- The wheel

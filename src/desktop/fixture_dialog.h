@@ -62,7 +62,9 @@ class FixtureDialog : public FormDialog {
   [[nodiscard]] QWidget* makeProperties();
   void layOut();
   void orderFocus();
-  void size();
+  void focusFirst(int page);
+  void fit();
+  [[nodiscard]] QSize decoration() const;
   [[nodiscard]] Held held() const;
   void show(const Held& held);
   [[nodiscard]] Place place() const;
@@ -72,6 +74,11 @@ class FixtureDialog : public FormDialog {
   FrameWindow& m_frame;
   LightingDesk& m_desk;
   FixtureForm& m_form;
+  // Before what stands in them:
+  QTabBar m_tabs;
+  QScrollArea m_scroll;
+  QStackedWidget m_pages;
+
   FixtureSymbol m_symbol;
   QLabel m_channelCaption, m_nameCaption, m_levelCaption, m_name;
   Field m_channel, m_level;
@@ -82,9 +89,6 @@ class FixtureDialog : public FormDialog {
   QHBoxLayout* m_settings = nullptr;
   std::array<QLabel, FixtureForm::TextCount> m_textLabels;
   std::array<Field, FixtureForm::TextCount> m_texts;
-  QTabBar m_tabs;
-  QStackedWidget m_pages;
-  QScrollArea m_scroll;
   QPushButton m_ok, m_cancel;
   int m_turned = 0;  ///< of the wheel, in eighths of a degree, short of a notch
 };

@@ -18,19 +18,13 @@ void MouseWatch::setOn(bool on) {
   if (std::exchange(m_on, on) == on) return;
   if (!on) {
     m_poll.stop();
-    if (!m_pressed) rest();
+    if (!m_pressed) qApp->removeEventFilter(this);
     return;
   }
   qApp->installEventFilter(this);
   m_poll.start();
   m_told = QCursor::pos() - QPoint(1, 0);  // so that it is told now
   tell(QCursor::pos());
-}
-
-/// Nobody follows the mouse, and no button is down any more.
-void MouseWatch::rest() {
-  qApp->removeEventFilter(this);
-  m_face.deliver([this] { m_source.ButtonDown = false; });
 }
 
 void MouseWatch::tell(QPoint at) {
@@ -41,9 +35,10 @@ void MouseWatch::tell(QPoint at) {
   });
 }
 
-/// It stays down for the desk until the mode has ended: a click is shorter than the desk looks.
+/// For the desk it stays down until the mode has ended: a click is shorter than the desk looks.
 void MouseWatch::tellButton() {
   m_pressed = true;
+  if (!m_on) return;
   m_face.deliver([this] { m_source.ButtonDown = true; });
 }
 
@@ -59,7 +54,7 @@ bool MouseWatch::eventFilter(QObject* /*watched*/, QEvent* event) {
     case QEvent::MouseButtonRelease:
       if (static_cast<QMouseEvent*>(event)->buttons() == Qt::NoButton && std::exchange(m_pressed, false) &&
           !m_on)
-        rest();
+        qApp->removeEventFilter(this);
       return true;
     default:
       return false;

@@ -25,7 +25,6 @@ class MouseWatch : public QObject {
   void setOn(bool on);
   void tell(QPoint at);
   void tellButton();
-  void rest();
 
   Face& m_face;
   MouseSource& m_source;

@@ -42,7 +42,11 @@ void PositionPanel::dress() {
     fader->setPageStep(16);
     fader->setScale({{.value = Far, .words = "255"}, {.value = Middle, .words = "128"}, {.words = "0"}});
   }
-  for (QLabel* caption : {&m_xCaption, &m_yCaption}) caption->setProperty("type", "position");
+  constexpr int AboveTheGroove = 14;
+  for (QLabel* caption : {&m_xCaption, &m_yCaption}) {
+    caption->setProperty("type", "position");
+    caption->setIndent(AboveTheGroove);
+  }
   m_attach.setProperty("role", "dialog");
 }
 
