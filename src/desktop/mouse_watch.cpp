@@ -6,9 +6,10 @@
 
 namespace velgrove {
 
-MouseWatch::MouseWatch(Bindings& bindings, const Timer& mode, MouseSource& source)
-    : m_face(bindings.face()), m_source(source) {
+MouseWatch::MouseWatch(QObject* parent, Bindings& bindings, const Timer& mode, MouseSource& source)
+    : QObject(parent), m_face(bindings.face()), m_source(source) {
   constexpr int Interval = 30;  // ms
+  m_poll.setObjectName("poll");
   m_poll.setInterval(Interval);
   connect(&m_poll, &QTimer::timeout, this, [this] { tell(QCursor::pos()); });
   bindings.mirror([&mode] { return mode.enabled(); }, [this](bool on) { setOn(on); });

@@ -16,7 +16,7 @@ class MouseWatch : public QObject {
 
  public:
   /// The mode lasts while the timer is on.
-  MouseWatch(Bindings& bindings, const Timer& mode, MouseSource& source);
+  MouseWatch(QObject* parent, Bindings& bindings, const Timer& mode, MouseSource& source);
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
@@ -28,7 +28,7 @@ class MouseWatch : public QObject {
 
   Face& m_face;
   MouseSource& m_source;
-  QTimer m_poll;
+  QTimer m_poll{this};  ///< for where no window of ours lies under the mouse
   QPoint m_told;
   bool m_on = false;
   bool m_pressed = false;  ///< since the mode began; its release is still to come

@@ -6,7 +6,7 @@
 namespace velgrove {
 
 PositionPanel::PositionPanel(Bindings& bindings, MovingFixtureDlg& dialog)
-    : m_watch(bindings, dialog.Mouse_Attach, dialog.Dialog.MouseHelper1) {
+    : m_watch(this, bindings, dialog.Mouse_Attach, dialog.Dialog.MouseHelper1) {
   dress();
   layOut();
   bindings.bind(&m_x, [&dialog] { return &dialog.VSlider3; });
