@@ -61,7 +61,7 @@ bool FixtureSymbol::copy() {
       }
     }
   }
-  if (now.drawing.shapes == m_picture.drawing.shapes && now.fixtures == m_picture.fixtures) return false;
+  if (now.drawing.shapes == m_picture.drawing.shapes) return false;
   m_picture = std::move(now);
   return true;
 }
