@@ -136,10 +136,12 @@ void FixtureDialog::bindState() {
       [this] { return m_form.Window.MousePointer; },
       [this](int pointer) { pointer == pointers::Cross ? setCursor(Qt::CrossCursor) : unsetCursor(); });
   // Last: the fields have their texts when the level is marked.
-  bindings().mirror([this] { return place(); },
-                    [this](const Place& place) {
-                      if (place.visible) openAt(m_frame.plotCorner(place.document) + place.pointer);
-                    });
+  m_place = bindings().mirror([this] { return place(); },
+                              [this](const Place& place) {
+                                if (!place.visible) return;
+                                if (m_stands != place) takePlace();
+                                focusFirst(FixtureForm::Settings);
+                              });
 }
 
 FixtureDialog::Held FixtureDialog::held() const {
@@ -288,6 +290,12 @@ void FixtureDialog::focusFirst(int page) {
 
 // ---- Its place
 
+void FixtureDialog::takePlace() {
+  fit();
+  m_stands = m_place->value;
+  standBeside(m_frame.plotCorner(m_stands.document) + m_stands.pointer);
+}
+
 void FixtureDialog::appear() {
   windowHandle()->installEventFilter(this);  // through it the wheel comes, whatever it stands over
   fit();
@@ -301,7 +309,7 @@ FixtureDialog::Place FixtureDialog::place() const {
 }
 
 /// Beside the fixture that was pointed at, on the ground below the band if that holds it.
-void FixtureDialog::openAt(QPoint pointer) {
+void FixtureDialog::standBeside(QPoint pointer) {
   constexpr int Gap = 40;  // half a fixture
   const QSize size = geometry().size() + decoration();
   const QRect screen = m_frame.screen()->availableGeometry();
@@ -311,7 +319,6 @@ void FixtureDialog::openAt(QPoint pointer) {
   QPoint corner(pointer.x() + Gap, pointer.y() - size.height() / 2);
   if (corner.x() + size.width() > room.right() + 1) corner.setX(pointer.x() - Gap - size.width());
   move(within({corner, size}, room).topLeft());
-  focusFirst(FixtureForm::Settings);
 }
 
 // ---- The wheel

@@ -27,6 +27,7 @@ class FixtureDialog : public FormDialog {
   FixtureDialog(FrameWindow& frame, Face& face, LightingDesk& desk, MovingFixtureDlg& dialog);
 
  protected:
+  void takePlace() override;
   void appear() override;
   bool eventFilter(QObject* watched, QEvent* event) override;
   void changeEvent(QEvent* event) override;
@@ -68,7 +69,7 @@ class FixtureDialog : public FormDialog {
   [[nodiscard]] Held held() const;
   void show(const Held& held);
   [[nodiscard]] Place place() const;
-  void openAt(QPoint pointer);
+  void standBeside(QPoint pointer);
   void turn(const QWheelEvent& wheel);
 
   FrameWindow& m_frame;
@@ -90,6 +91,8 @@ class FixtureDialog : public FormDialog {
   std::array<QLabel, FixtureForm::TextCount> m_textLabels;
   std::array<Field, FixtureForm::TextCount> m_texts;
   QPushButton m_ok, m_cancel;
+  Bindings::Shown<Place> m_place;
+  Place m_stands;    ///< where it was put last
   int m_turned = 0;  ///< of the wheel, in eighths of a degree, short of a notch
 };
 

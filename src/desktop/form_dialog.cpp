@@ -29,6 +29,7 @@ void FormDialog::show(const Look& look) {
   const bool appears = !isVisible();
   if (appears) {
     setWindowModality(look.modal ? Qt::ApplicationModal : Qt::NonModal);
+    takePlace();
     QDialog::show();
   }
   if (appears || std::exchange(m_fronts, look.fronts) != look.fronts) {

@@ -20,6 +20,8 @@ class FormDialog : public QDialog {
 
  protected:
   [[nodiscard]] Bindings& bindings() { return m_bindings; }
+  /// The dialog is about to come up: takes its size and place, so that it is never seen elsewhere.
+  virtual void takePlace() {}
   /// The dialog comes up: takes the focus to its place.
   virtual void appear() {}
 
