@@ -48,6 +48,7 @@ Windows::Wiring LightingDesk::tied(Windows::Wiring wiring) {
     frame.SSActiveToolBars1.tool("ID_CueWindow").Caption = text;
   };
   wiring.showStatus = [this](const std::string& text) { frame.StatusMessage = text; };
+  wiring.focusFrame = [this] { frame.Window.SetFocus(); };
   wiring.interface.repaint = [this, repaint = std::move(wiring.interface.repaint)] {
     Splash.Status.Caption = windows.Comm.Version.Caption;
     repaint();

@@ -10,6 +10,11 @@ QueueList& loaded(const std::unique_ptr<QueueList>& player) {
   return *player;
 }
 
+float twips(double pixels) {
+  constexpr double TwipsPerPixel = 15;
+  return static_cast<float>(pixels * TwipsPerPixel);
+}
+
 /// The levels of a player's stage cue; none when it has no such cue.
 const ChannelBytes* stageCue(const QueueList* player, const PlayerTraits& traits) {
   if (player == nullptr || player->State.QueueData == nullptr) return nullptr;
@@ -94,7 +99,25 @@ std::vector<std::string> Windows::linkTargets(const std::string& list) const {
 }
 
 FixtureForm::Wiring Windows::fixtureWiring() {
-  return {.document = [this]() -> frmDocument& { return activeDocument(); }, .focusFrame = {}};
+  return {.document = [this]() -> frmDocument& { return activeDocument(); },
+          .focusFrame = [this] { raise(m_wiring.focusFrame); }};
+}
+
+void Windows::openFixture(Pixel at) {
+  const auto show = [this, at](auto& dialog) {
+    if (!dialog.shows(*m_show.CurrentFixture)) closeFixture();
+    dialog.SetFixtureID(m_show.CurrentFixture->Channel);
+    dialog.Dialog.Window.Left = twips(at.x);
+    dialog.Dialog.Window.Top = twips(at.y);
+    dialog.Show();
+  };
+  constexpr int MovingLight = 6;
+  m_show.CurrentFixture->IconShape == MovingLight ? show(MovingFixture) : show(Fixture);
+}
+
+void Windows::closeFixture() {
+  Fixture.Unload();
+  MovingFixture.Unload();
 }
 
 template <class Window>
@@ -127,12 +150,14 @@ void Windows::unloadPlayer(std::unique_ptr<QueueList>& player) {
   retire(std::move(player));
 }
 
-frmDocument::Wiring Windows::documentWiring() const {
+frmDocument::Wiring Windows::documentWiring() {
   return {.followInput = {},
           .rebuildSubMasters = {},
           .abStageCue = [this] { return stageCue(ABQ.get(), AB); },
           .xyStageCue = [this] { return stageCue(XYQ.get(), XY); },
-          .graphics = m_wiring.graphics};
+          .graphics = m_wiring.graphics,
+          .openFixture = [this](Pixel at) { openFixture(at); },
+          .closeFixture = [this] { closeFixture(); }};
 }
 
 void Windows::openDocument() {
@@ -179,6 +204,8 @@ std::vector<OpenForm> Windows::openForms() {
   note(Loop.Window, [this] { Loop.Unload(); });
   note(ConfirmPaste.Window, [this] { ConfirmPaste.Unload(); });
   note(Effects.Window, [this] { Effects.Unload(); });
+  note(Fixture.Dialog.Window, [this] { Fixture.Unload(); });
+  note(MovingFixture.Dialog.Window, [this] { MovingFixture.Unload(); });
   return open;
 }
 

@@ -44,6 +44,7 @@ class Windows {
     VelgroveComm::Wiring interface;                        ///< all but the trigger's Go
     std::function<void(const std::string&)> showCuePanel;  ///< these two lead to the frame
     std::function<void(const std::string&)> showStatus;
+    std::function<void()> focusFrame = {};
     std::filesystem::path graphics = {};  ///< of the plots; empty where nobody sees them
   };
 
@@ -74,6 +75,10 @@ class Windows {
   void openDocument();
   void closeDocument();  ///< the one opened last
   void closeDocuments();
+  /// Opens the dialog of the current fixture beside a place of the plot. One that is open for another fixture
+  /// makes way: the hand would set a fixture that the dialog doesn't show.
+  void openFixture(Pixel at);
+  void closeFixture();
   [[nodiscard]] std::vector<OpenForm> openForms();
   void endRepaints() const;  ///< of both players: a window that may not paint now isn't waited for
 
@@ -85,7 +90,7 @@ class Windows {
   [[nodiscard]] std::unique_ptr<QueueList> makePlayer(const PlayerTraits& traits);
   [[nodiscard]] frmDocument& activeDocument() const;
   [[nodiscard]] std::vector<std::string> linkTargets(const std::string& list) const;
-  [[nodiscard]] frmDocument::Wiring documentWiring() const;
+  [[nodiscard]] frmDocument::Wiring documentWiring();
   [[nodiscard]] FixtureForm::Wiring fixtureWiring();
   void goByTrigger();
   void startEffect(const std::string& number);

@@ -120,12 +120,11 @@ void FixtureForm::TabStrip1_Click() {
 // ---- The fields
 
 /// At once and for good: a channel that isn't there takes the fixture off the dimmers.
-void FixtureForm::Channel_Change() {
+void FixtureForm::Channel_Change() const {
   if (current() == nullptr) return;
   ErrorPattern::skip([&] {
     const auto channel = toInteger<std::int16_t>(Channel.text());
-    const bool there = channel >= 1 && channel <= ChannelCount;
-    current()->Channel = there ? channel : std::int16_t{0};
+    current()->Channel = isChannel(channel) ? channel : std::int16_t{0};
   });
 }
 

@@ -94,7 +94,7 @@ class FixtureForm {
 
   // ---- Handlers
 
-  void Channel_Change();
+  void Channel_Change() const;
   void Level_Change();
   void UpDown1_Change();
   void TabStrip1_Click();

@@ -14,9 +14,8 @@ constexpr int AttachInterval = 100;
 constexpr double PixelsPerStepX = 4;
 constexpr double PixelsPerStepY = 2;
 
-/// A single pixel to the right or down is no motion.
 int steps(std::int32_t pixels, double pixelsPerStep) {
-  return pixels == 1 ? 0 : roundTo<std::int32_t>(pixels / pixelsPerStep);
+  return roundTo<std::int32_t>(pixels / pixelsPerStep);
 }
 
 std::int32_t difference(std::int32_t a, std::int32_t b) {

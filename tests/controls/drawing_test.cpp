@@ -115,6 +115,7 @@ TEST_F(Scene, NumbersAreNeverGivenOutTwiceAndUnknownOnesDoNothing) {
     drawing.move(gone, 1, 1);
     drawing.setColour(gone, 3);
     EXPECT_FALSE(drawing.setText(gone, {1, 1}, "x", 0));
+    drawing.ShapeText(gone, "x");
     drawing.remove(gone);
     drawing.removeFromGroup(gone);
     drawing.addToGroup(gone, fresh);
@@ -191,6 +192,10 @@ TEST_F(Scene, TheRevisionGrowsOnlyWithVisibleChanges) {
   drawing.setText(text, {1, 1}, "50", 65535);
   EXPECT_GT(drawing.revision(), before);
   EXPECT_EQ(drawing.find(text)->text, "50");
+  EXPECT_EQ(drawing.find(text)->colour, 65535);
+  drawing.ShapeText(text, "127");
+  EXPECT_EQ(drawing.find(text)->text, "127");
+  EXPECT_EQ(drawing.find(text)->at, (Point{1, 1}));
   EXPECT_EQ(drawing.find(text)->colour, 65535);
 
   drawing.setRedraw(false);

@@ -165,6 +165,7 @@ TEST_F(Tools, OfAFixtureTypeSetWhatTheLightToolPlaces) {
        {"mnuFresnel", "mnuLeko", "mnuPar38", "mnuPractical", "mnuScoop", "mnuMoving_Light"}) {
     tool(id);
     EXPECT_EQ(desk->show.SelectedFixtureType, ++type) << id;
+    EXPECT_EQ(desk->windows.DocumentForm->MouseMode, tools::Light) << id;
   }
   tool("muScoop");
   EXPECT_EQ(desk->show.SelectedFixtureType, type) << "its id is misspelt, and so it is the pointer";
@@ -198,6 +199,18 @@ TEST_F(Tools, OfThePlotReachTheActiveDocument) {
   EXPECT_EQ(plot.MouseMode, tools::Select) << "with another tool on, adding a light ends that";
   tool("mnuViewPan");
   EXPECT_EQ(plot.MouseMode, tools::None);
+  tool("ID_DelLight");
+  EXPECT_EQ(plot.MouseMode, tools::Delete);
+  tool("ID_Rotate");
+  EXPECT_EQ(plot.MouseMode, tools::Rotate);
+  clsFixture& light = *plot.ActiveView->colFixtures().item(1);
+  plot.FlpCAD1_ShapeNumberSelected(shape_types::BlockOrGroup, light.Shape);
+  for (const auto& [id, angle] :
+       {std::pair("mnuRot90right", 90), std::pair("mnuRot45right", 135), std::pair("mnuRot45left", 90),
+        std::pair("mnuRot90Left", 0), std::pair("mnuRot180", -180)}) {
+    tool(id);
+    EXPECT_EQ(light.Angle, angle) << id;
+  }
   const bool snap = plot.FlpCAD1.Snap;
   tool("mnuViewGrid");
   EXPECT_NE(plot.FlpCAD1.Snap, snap);
