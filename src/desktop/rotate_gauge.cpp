@@ -4,6 +4,7 @@
 #include <QPainter>
 #include <QSignalBlocker>
 #include <cmath>
+#include <cstdlib>
 #include <numbers>
 
 #include "desktop/theme.h"
@@ -107,14 +108,10 @@ void RotateGauge::focusOutEvent(QFocusEvent* event) {
   setSliderDown(false);
 }
 
-/// Fine wheels and touch pads turn by less than a notch.
 void RotateGauge::wheelEvent(QWheelEvent* event) {
-  m_turned += event->angleDelta().y();
-  const int notches = m_turned / QWheelEvent::DefaultDeltasPerStep;
-  m_turned %= QWheelEvent::DefaultDeltasPerStep;
-  for (int step = 0; step < std::abs(notches); ++step)
+  const int notches = m_notches.take(*event);
+  for (int turned = 0; turned < std::abs(notches); ++turned)
     triggerAction(notches > 0 ? SliderSingleStepAdd : SliderSingleStepSub);
-  event->accept();
 }
 
 // ---- Painting

@@ -5,6 +5,7 @@
 
 #include "controls/widgets.h"
 #include "desktop/binding.h"
+#include "desktop/notches.h"
 
 namespace velgrove {
 
@@ -41,7 +42,7 @@ class RotateGauge : public QDial {
   void paintHand(QPainter& painter) const;
 
   Bindings::Shown<Look> m_shown;
-  int m_turned = 0;  ///< of the wheel, less than a notch
+  Notches m_notches;
 };
 
 }  // namespace velgrove

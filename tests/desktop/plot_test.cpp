@@ -4,8 +4,6 @@
 #include <QLabel>
 #include <QPaintEvent>
 #include <QScreen>
-#include <latch>
-#include <thread>
 
 #include <gtest/gtest.h>
 
@@ -184,25 +182,15 @@ TEST_F(PlotOnScreen, AFixtureDoesntStickToTheMouseWhenABoxTakesTheRelease) {
 TEST_F(PlotOnScreen, OfMovesThatFindTheDeskBusyTheNewestCounts) {
   int moves = 0;
   document.FlpCAD1.WorldMouseMove = [&](int, int, double, double) { ++moves; };
-  std::latch taken(1);
-  std::latch free(1);
-  std::thread busy([&] {
-    const DeskTurn turn(screen.lock);
-    screen.lock.keepTurn([&] {
-      taken.count_down();
-      free.wait();
-    });
+  screen.whileBusy([this] {
+    for (const int x : {100, 110, 120}) screen.moveTo(plot, {x, 200});
   });
-  taken.wait();
-  for (const int x : {100, 110, 120}) screen.moveTo(plot, {x, 200});
-  free.count_down();
-  busy.join();
-  screen.settle();
   EXPECT_EQ(moves, 1);
   EXPECT_EQ(at(document.FlpCAD1.pointer().value()), QPoint(120, 200));
 }
 
 TEST_F(PlotOnScreen, ALockedPlotTakesNoHandAndShowsLevels) {
+  screen.moveTo(plot, {200, 100});
   screen.expectBox("Fixtures Locked!");
   screen.onDesk([this] { house.desk.frame.SSActiveToolBars1_ToolClick("ID_LockFixtures"); });
   screen.press(plot, middleOf(7));
