@@ -331,17 +331,14 @@ bool FixtureDialog::eventFilter(QObject* watched, QEvent* event) {
   return true;
 }
 
-/// Fine wheels and touch pads turn by less than a notch.
 void FixtureDialog::turn(const QWheelEvent& wheel) {
-  constexpr int Notch = QWheelEvent::DefaultDeltasPerStep;
-  const int angle = wheel.angleDelta().y();
-  if ((angle > 0) != (m_turned > 0)) m_turned = 0;
-  m_turned += angle;
-  for (; m_turned <= -Notch || m_turned >= Notch; m_turned -= m_turned > 0 ? Notch : -Notch)
-    bindings().face().deliver([this, rotation = m_turned > 0 ? Notch : -Notch] {
+  const int notches = m_notches.take(wheel);
+  const int rotation = (notches > 0 ? 1 : -1) * QWheelEvent::DefaultDeltasPerStep;
+  for (int turned = 0; turned < std::abs(notches); ++turned)
+    bindings().face().deliver([this, rotation] {
       bool handled = false;
-      const auto& turned = m_form.MouseHelper1.MouseWheel;
-      if (m_form.Window.Visible && turned) turned(rotation, handled);
+      const auto& wheeled = m_form.MouseHelper1.MouseWheel;
+      if (m_form.Window.Visible && wheeled) wheeled(rotation, handled);
     });
 }
 

@@ -13,7 +13,7 @@
 #include "desktop/child_area.h"
 #include "desktop/child_window.h"
 #include "desktop/cue_window.h"
-#include "desktop/plot_view.h"
+#include "desktop/document_window.h"
 #include "desktop/show_bar.h"
 #include "desktop/status_line.h"
 #include "desktop/tools.h"

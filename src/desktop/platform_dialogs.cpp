@@ -31,7 +31,7 @@ void print(QPrinter& printer, const PlotPicture& plot) {
              {.origin = area.center() + QPointF(-middle.x, middle.y) * scale,
               .pixelsPerUnit = scale,
               .ratio = 1},
-             area);
+             area.toAlignedRect());
 }
 
 }  // namespace

@@ -9,33 +9,27 @@
 namespace velgrove {
 namespace {
 
-constexpr Colour Black = 0;
 constexpr Colour AtRest = 255;
 constexpr Colour ManualText = 255;
 constexpr Colour InputText = 16777215;
 constexpr Colour SubmasterText = 16744703;
 
-constexpr double TextUnits = 27;  // height of the plot's texts, which hang by their top
-constexpr int SmallestText = 13;  // pixels, so that a level is read at any zoom
-constexpr double Halo = 3;
 constexpr double GridPitch = 50;
-constexpr int MostKept = 4000;
-
-QPointF at(Point world, const PlotPainter::View& view) {
-  return {view.origin.x() + world.x * view.pixelsPerUnit, view.origin.y() - world.y * view.pixelsPerUnit};
-}
-
-QRectF at(const Extents& world, const PlotPainter::View& view) {
-  return QRectF(at(Point{.x = world.left, .y = world.top}, view),
-                at(Point{.x = world.right, .y = world.bottom}, view));
-}
+// Device pixels: what is larger is drawn where it stands, sharp at any zoom and without a picture of it.
+constexpr double LargestBody = 256;
+constexpr double LargestText = 64;
 
 Placing placingOf(const Shape& insert) {
   return {.at = insert.at, .scale = insert.scale, .angle = insert.angle};
 }
 
-QPointF middleOf(const Shape& text, const PlotPainter::View& view) {
-  return at(text.at, view) + QPointF(0, TextUnits * view.pixelsPerUnit / 2);
+/// The nearest place at which a picture's pixels fall on the device's, or, for the middle of a line so many
+/// pixels wide, at which the line's edges do.
+QPointF onPixels(const QPainter& painter, QPointF at, double lineWidth = 0) {
+  const QTransform& device = painter.deviceTransform();
+  const double half = (qRound(lineWidth * device.m11()) % 2) / 2.0;
+  const QPointF there = device.map(at) - QPointF(half, half);
+  return device.inverted().map(QPointF(std::round(there.x()) + half, std::round(there.y()) + half));
 }
 
 /// Draws the parts of a block, in its own units with y upwards.
@@ -76,11 +70,44 @@ QColor glowOf(const Shape& levelText) {
   return glow;
 }
 
+/// A text about its middle, with a halo that keeps it apart from what it stands on.
+class Lettering {
+ public:
+  Lettering(const std::string& text, const QFont& font)
+      : m_text(QString::fromStdString(text)), m_font(font), m_metrics(font) {}
+
+  [[nodiscard]] QRect box() const {
+    using plot_look::Halo;
+    return QRectF(base().x() - Halo, base().y() - m_metrics.ascent() - Halo, -2 * base().x() + 2 * Halo,
+                  m_metrics.height() + 2 * Halo)
+        .toAlignedRect();
+  }
+  void draw(QPainter& painter, const QColor& colour) const {
+    QPainterPath letters;
+    letters.addText(base(), m_font, m_text);
+    painter.strokePath(
+        letters, QPen(theme::colour("well"), plot_look::Halo, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.setFont(m_font);
+    painter.setPen(colour);
+    painter.drawText(base(), m_text);
+  }
+
+ private:
+  /// Digits stand on the line, as tall as capitals: their middle is the text's.
+  [[nodiscard]] QPointF base() const {
+    return {-m_metrics.horizontalAdvance(m_text) / 2, m_metrics.capHeight() / 2};
+  }
+
+  QString m_text;
+  QFont m_font;
+  QFontMetricsF m_metrics;
+};
+
 /// A mark beside the level tells its source without its colour: a square for manual, a triangle for the
 /// input, a disc for a submaster. The cue players, from which most light comes, have none.
 void paintSourceMark(QPainter& painter, Colour source, QPointF left) {
-  constexpr double Size = 7;
-  QRectF box(left.x(), left.y() - Size / 2, Size, Size);
+  using plot_look::MarkSize;
+  const QRectF box(left.x(), left.y() - MarkSize / 2, MarkSize, MarkSize);
   painter.setPen(Qt::NoPen);
   painter.setBrush(theme::ofLevelText(source));
   switch (source) {
@@ -98,13 +125,13 @@ void paintSourceMark(QPainter& painter, Colour source, QPointF left) {
   }
 }
 
-void paintGrid(QPainter& painter, const PlotPainter::View& view, const QRectF& area) {
+void paintGrid(QPainter& painter, const WorldView& view, const QRegion& area) {
   constexpr int Last = 20;
   painter.setPen(QPen(theme::colour("grid"), 1.5));
   for (int column = 0; column <= Last; ++column) {
     for (int row = 0; row <= Last; ++row) {
-      const QPointF dot = at(Point{.x = column * GridPitch, .y = row * GridPitch}, view);
-      if (area.contains(dot)) painter.drawPoint(dot);
+      const QPointF dot = view.at(Point{.x = column * GridPitch, .y = row * GridPitch});
+      if (area.intersects(QRectF(dot - QPointF(1, 1), QSizeF(2, 2)).toAlignedRect())) painter.drawPoint(dot);
     }
   }
 }
@@ -121,37 +148,32 @@ const QPainterPath& PlotPainter::outline(const std::shared_ptr<const Block>& blo
   return path;
 }
 
-const PlotPainter::Kept& PlotPainter::keep(const Look& look, const Kept& kept) {
-  if (m_kept.size() >= MostKept) m_kept.clear();
-  return *m_kept.insert(look, kept);
+template <class Draw>
+const PlotPainter::Kept& PlotPainter::keep(const Look& look, Draw draw) {
+  if (const Kept* const known = m_kept.object(look)) return *known;
+  auto* const made = new Kept(draw());
+  const QSize size = made->picture.size();
+  constexpr int BytesOfPixel = 4;
+  m_kept.insert(look, made, size.width() * size.height() * BytesOfPixel);
+  return *made;
 }
 
-PlotPainter::Roles PlotPainter::rolesIn(const PlotPicture& plot) {
-  Roles roles;
-  for (const FixtureShapes& fixture : plot.fixtures) {
-    roles.bodies.emplace(fixture.body, &fixture);
-    roles.channels.insert(fixture.channelText);
-  }
-  for (const Shape& shape : plot.drawing.shapes)
-    if (shape.kind == Shape::Kind::Text) roles.texts.emplace(shape.number, &shape);
-  return roles;
-}
-
-void PlotPainter::paint(QPainter& painter, const PlotPicture& plot, const View& view, const QRectF& area) {
-  const Roles roles = rolesIn(plot);
+void PlotPainter::paint(QPainter& painter, const PlotPicture& plot, const View& view, const QRegion& area) {
   forgetOtherScales(view);
   painter.setRenderHint(QPainter::Antialiasing);
   if (plot.grid && m_medium == Medium::Screen) paintGrid(painter, view, area);
-  for (const Shape& shape : plot.drawing.shapes) {
-    if (!isSeen(shape, view, area)) continue;
+  const QRectF around = area.boundingRect();
+  for (std::size_t number = 0; number < plot.drawing.shapes.size(); ++number) {
+    const QRectF box = boxOf(plot, number, view);
+    if (!box.intersects(around) || !area.intersects(box.toAlignedRect())) continue;
+    const Shape& shape = plot.drawing.shapes[number];
+    const auto role = plot.partOf(number).role;
     if (shape.kind == Shape::Kind::Insert)
-      paintInsert(painter, shape, roles, view);
-    else if (shape.colour == Black)
-      continue;  // black on the black plot is there to be painted by a tool
+      paintInsert(painter, plot, number, view);
     else if (shape.kind == Shape::Kind::Text)
-      paintText(painter, shape, roles.channels.contains(shape.number), view);
+      paintText(painter, shape, role, view);
     else
-      paintFigure(painter, shape, view);
+      paintFigure(painter, shape, role, view);
   }
 }
 
@@ -161,58 +183,54 @@ void PlotPainter::forgetOtherScales(const View& view) {
   if (std::exchange(m_keptAt, at) != at) m_kept.clear();
 }
 
-bool PlotPainter::isSeen(const Shape& shape, const View& view, const QRectF& area) {
-  constexpr double Reach = 60;  // halo, marks, and the width of a text
-  QRectF box(at(shape.at, view), QSizeF(0, 0));
-  if (shape.kind == Shape::Kind::Insert && shape.block != nullptr)
-    box = at(extentsOf(*shape.block, placingOf(shape)), view);
-  else if (shape.kind == Shape::Kind::Line)
-    box = QRectF(at(shape.at, view), at(shape.to, view)).normalized();
-  else if (shape.kind == Shape::Kind::Rectangle)
-    box.adjust(-shape.to.x * view.pixelsPerUnit, -shape.to.y * view.pixelsPerUnit,
-               shape.to.x * view.pixelsPerUnit, shape.to.y * view.pixelsPerUnit);
-  const double reach = Reach + TextUnits * 2 * view.pixelsPerUnit;
-  return box.adjusted(-reach, -reach, reach, reach).intersects(area);
-}
-
-void PlotPainter::paintFigure(QPainter& painter, const Shape& shape, const View& view) const {
+void PlotPainter::paintFigure(QPainter& painter, const Shape& shape, PlotPicture::Role role,
+                              const View& view) const {
   QColor line = m_medium == Medium::Paper ? QColor(Qt::black) : theme::ofFixture(shape.colour);
   if (shape.colour == AtRest) line.setAlphaF(0.25F);  // a fixture's centre stands behind its level
-  painter.setPen(QPen(line, 1));
+  if (shape.colour == 0 && role == PlotPicture::Role::SnapMark) line = theme::colour("edge");
+  const double width = shape.colour == AtRest ? 1 : 2;
+  painter.setPen(QPen(line, width));
   painter.setBrush(Qt::NoBrush);
   if (shape.kind == Shape::Kind::Line) {
-    painter.drawLine(at(shape.at, view), at(shape.to, view));
+    painter.drawLine(onPixels(painter, view.at(shape.at), width),
+                     onPixels(painter, view.at(shape.to), width));
     return;
   }
   const QPointF half(shape.to.x * view.pixelsPerUnit, shape.to.y * view.pixelsPerUnit);
+  const QPointF middle = view.at(shape.at);
+  if (shape.angle == 0) {
+    painter.drawRect(
+        QRectF(onPixels(painter, middle - half, width), onPixels(painter, middle + half, width)));
+    return;
+  }
   painter.save();
-  painter.translate(at(shape.at, view));
+  painter.translate(middle);
   painter.rotate(-shape.angle);
   painter.drawRect(QRectF(-half, half));
   painter.restore();
 }
 
-void PlotPainter::paintInsert(QPainter& painter, const Shape& shape, const Roles& roles, const View& view) {
-  if (shape.block == nullptr || shape.colour == Black) return;
+void PlotPainter::paintInsert(QPainter& painter, const PlotPicture& plot, std::size_t number,
+                              const View& view) {
+  const Shape& shape = plot.drawing.shapes[number];
+  if (shape.block == nullptr) return;
   if (m_medium == Medium::Paper) {
     painter.save();
-    painter.translate(at(shape.at, view));
+    painter.translate(view.at(shape.at));
     drawBody(painter, shape, Qt::black, Qt::transparent, view);
     painter.restore();
     return;
   }
-  const auto fixture = roles.bodies.find(shape.number);
-  const auto level =
-      fixture == roles.bodies.end() ? roles.texts.end() : roles.texts.find(fixture->second->levelText);
-  if (level == roles.texts.end() || levelOf(*level->second) <= 0) {
+  const Shape* const level = plot.levelOn(plot.partOf(number));
+  if (level == nullptr || levelOf(*level) <= 0) {
     paintBody(painter, shape, Qt::transparent, view);
     return;
   }
-  const Colour source = level->second->colour;
-  paintBody(painter, shape, glowOf(*level->second), view);
-  constexpr double Away = 5;
-  const QRectF body = at(extentsOf(*shape.block, placingOf(shape)), view);
-  paintSourceMark(painter, source, {body.right() + Away, middleOf(*level->second, view).y()});
+  paintBody(painter, shape, glowOf(*level), view);
+  const double right = view.at(extentsOf(*shape.block, placingOf(shape))).right();
+  paintSourceMark(
+      painter, level->colour,
+      {right + plot_look::MarkAway, plot_look::middleOfText(*level, PlotPicture::Role::Level, view).y()});
 }
 
 /// The body about the shape's own point.
@@ -230,48 +248,53 @@ void PlotPainter::drawBody(QPainter& painter, const Shape& shape, const QColor& 
   painter.drawPath(placing.map(outline(shape.block)));
 }
 
+/// A picture of what `draw` paints about 0, 0.
+template <class Draw>
+PlotPainter::Kept PlotPainter::drawnApart(const QRect& box, double ratio, Draw draw) {
+  QPixmap picture(box.size() * ratio);
+  picture.setDevicePixelRatio(ratio);
+  picture.fill(Qt::transparent);
+  QPainter painter(&picture);
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.translate(-box.topLeft());
+  draw(painter);
+  return {.picture = picture, .corner = box.topLeft()};
+}
+
 void PlotPainter::paintBody(QPainter& painter, const Shape& shape, const QColor& fill, const View& view) {
   const QColor line = theme::ofFixture(shape.colour);
-  constexpr double LargestKept = 256;  // pixels; a larger body is drawn where it stands
-  if (extentsOf(*shape.block, placingOf(shape)).width() * view.pixelsPerUnit > LargestKept) {
+  const double scale = shape.scale * view.pixelsPerUnit;
+  const Extents& drawn = shape.block->extents;
+  if (std::max(drawn.width(), drawn.height()) * scale * view.ratio > LargestBody) {
     painter.save();
-    painter.translate(at(shape.at, view));
+    painter.translate(view.at(shape.at));
     drawBody(painter, shape, line, fill, view);
     painter.restore();
     return;
   }
   const Look look{.block = shape.block.get(),
-                  .scale = shape.scale * view.pixelsPerUnit * view.ratio,
+                  .scale = scale * view.ratio,
                   .angle = shape.angle,
                   .outline = line.rgba(),
                   .fill = fill.rgba(),
                   .text = {},
                   .pixels = 0};
-  const auto draw = [&] {
+  const Kept& kept = keep(look, [&] {
     const Placing placing{.at = {}, .scale = shape.scale, .angle = shape.angle};
     const View own{.origin = {}, .pixelsPerUnit = view.pixelsPerUnit, .ratio = view.ratio};
-    const QRect box = at(extentsOf(*shape.block, placing), own).adjusted(-3, -3, 3, 3).toAlignedRect();
-    QPixmap picture(box.size() * view.ratio);
-    picture.setDevicePixelRatio(view.ratio);
-    picture.fill(Qt::transparent);
-    QPainter body(&picture);
-    body.setRenderHint(QPainter::Antialiasing);
-    body.translate(-box.topLeft());
-    drawBody(body, shape, line, fill, own);
-    return Kept{.picture = picture, .corner = box.topLeft()};
-  };
-  const auto found = m_kept.constFind(look);
-  const Kept& kept = found != m_kept.constEnd() ? *found : keep(look, draw());
-  painter.drawPixmap((at(shape.at, view) + kept.corner).toPoint(), kept.picture);
+    const QRect box = own.at(extentsOf(*shape.block, placing)).adjusted(-3, -3, 3, 3).toAlignedRect();
+    return drawnApart(box, view.ratio, [&](QPainter& body) { drawBody(body, shape, line, fill, own); });
+  });
+  painter.drawPixmap(onPixels(painter, view.at(shape.at) + kept.corner), kept.picture);
 }
 
-void PlotPainter::paintText(QPainter& painter, const Shape& shape, bool channel, const View& view) {
-  constexpr int LargestText = 200;  // pixels: what stands closer than that is read anyhow
-  const int pixels = std::clamp(qRound(TextUnits * view.pixelsPerUnit), SmallestText, LargestText);
-  const QFont font = theme::font(pixels, !channel);
-  const QString text = QString::fromStdString(shape.text);
-  const QPointF middle = middleOf(shape, view);
+void PlotPainter::paintText(QPainter& painter, const Shape& shape, PlotPicture::Role role, const View& view) {
+  const bool channel = role == PlotPicture::Role::Channel;
+  const int pixels = plot_look::textPixels(view);
+  const QPointF middle = plot_look::middleOfText(shape, role, view);
   if (m_medium == Medium::Paper) {
+    const QFont font = theme::font(pixels, !channel);
+    const QString text = QString::fromStdString(shape.text);
     const QSizeF size(QFontMetricsF(font).horizontalAdvance(text) + 2, 2.0 * pixels);
     painter.setFont(font);
     painter.setPen(Qt::black);
@@ -281,41 +304,25 @@ void PlotPainter::paintText(QPainter& painter, const Shape& shape, bool channel,
   }
   const bool plain = channel && shape.colour == InputText;
   const QColor colour = plain ? theme::colour("chanText") : theme::ofLevelText(shape.colour);
+  if (pixels * view.ratio > LargestText) {
+    painter.save();
+    painter.translate(middle);
+    Lettering(shape.text, theme::font(pixels, !channel)).draw(painter, colour);
+    painter.restore();
+    return;
+  }
   const Look look{.block = nullptr,
                   .scale = view.ratio,
                   .angle = 0,
                   .outline = colour.rgba(),
                   .fill = channel ? 1U : 0U,
-                  .text = text,
+                  .text = shape.text,
                   .pixels = pixels};
-  const Kept& kept = keptText(look, font, view.ratio);
-  painter.drawPixmap((middle + kept.corner).toPoint(), kept.picture);
-}
-
-const PlotPainter::Kept& PlotPainter::keptText(const Look& look, const QFont& font, double ratio) {
-  const auto found = m_kept.constFind(look);
-  if (found != m_kept.constEnd()) return *found;
-  QPainterPath letters;
-  letters.addText(0, 0, font, look.text);
-  const QFontMetricsF metrics(font);
-  const double width = metrics.horizontalAdvance(look.text);
-  // Digits stand on the line, as tall as capitals: their middle is the text's.
-  const QPointF base(Halo - width / 2, metrics.capHeight() / 2);
-  const QRect box =
-      QRectF(-width / 2 - Halo, -metrics.ascent() - Halo, width + 4 * Halo, metrics.height() + 2 * Halo)
-          .toAlignedRect();
-  QPixmap picture(box.size() * ratio);
-  picture.setDevicePixelRatio(ratio);
-  picture.fill(Qt::transparent);
-  QPainter painter(&picture);
-  painter.setRenderHint(QPainter::Antialiasing);
-  painter.translate(base - QPointF(Halo, 0) - box.topLeft());
-  painter.strokePath(letters, QPen(theme::colour("well"), Halo, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-  painter.setFont(font);
-  painter.setPen(QColor::fromRgba(look.outline));
-  painter.drawText(QPointF(0, 0), look.text);
-  painter.end();
-  return keep(look, {.picture = picture, .corner = box.topLeft()});
+  const Kept& kept = keep(look, [&] {
+    const Lettering text(shape.text, theme::font(pixels, !channel));
+    return drawnApart(text.box(), view.ratio, [&](QPainter& letters) { text.draw(letters, colour); });
+  });
+  painter.drawPixmap(onPixels(painter, middle + kept.corner), kept.picture);
 }
 
 }  // namespace velgrove

@@ -1,16 +1,16 @@
 #include "desktop/plot_view.h"
 
-#include <QGridLayout>
 #include <QMouseEvent>
-#include <QSignalBlocker>
+#include <QWheelEvent>
 #include <algorithm>
+#include <cmath>
 
 #include "desktop/theme.h"
 
 namespace velgrove {
 namespace {
 
-QCursor cursorNamed(const std::string& name) {
+QCursor cursorNamed(const std::string& name, double ratio) {
   static const std::array<std::pair<const char*, const char*>, 5> Drawn{{
       {"rotate", "ID_Rotate"},
       {"light", "ID_AddLight"},
@@ -23,8 +23,10 @@ QCursor cursorNamed(const std::string& name) {
   const auto* const drawn = std::ranges::find(Drawn, name, &std::pair<const char*, const char*>::first);
   if (drawn == Drawn.end()) return Qt::ArrowCursor;
   constexpr int Size = 24;
-  return QCursor(theme::picture(drawn->second, Size, theme::colour("text"), 1.0), Size / 2, Size / 2);
+  return QCursor(theme::picture(drawn->second, Size, theme::colour("text"), ratio), Size / 2, Size / 2);
 }
+
+constexpr Qt::MouseButtons ForDrawing = Qt::LeftButton | Qt::RightButton;
 
 int buttonOf(Qt::MouseButtons buttons) {
   if ((buttons & Qt::LeftButton) != 0) return mouse::Left;
@@ -36,13 +38,15 @@ int flagsOf(Qt::KeyboardModifiers keys) {
          ((keys & Qt::ControlModifier) != 0 ? mouse::Ctrl : 0);
 }
 
-struct ScrollLook {
-  int min = 0;
-  int max = 0;
-  int value = 0;
-  int page = 0;
-  friend bool operator==(const ScrollLook&, const ScrollLook&) = default;
-};
+Pixel pixelOf(QPointF at) {
+  return {.x = at.x(), .y = at.y()};
+}
+
+/// A rectangle's line, and nothing of what it holds.
+QRegion lineOf(const QRect& box) {
+  constexpr int Pen = 2;
+  return QRegion(box.adjusted(-Pen, -Pen, Pen, Pen)) - QRegion(box.adjusted(Pen, Pen, -Pen, -Pen));
+}
 
 }  // namespace
 
@@ -60,32 +64,52 @@ bool PlotView::copy() {
   frmDocument* document = m_find();
   if (document == nullptr) return false;
   const Drawing& drawing = document->FlpCAD1;
-  const bool redrawn = m_plot.drawing.revision != drawing.revision();
-  if (!redrawn && m_plot.grid == drawing.Snap && m_band == drawing.rubberBand() &&
-      m_cursor == drawing.cursor())
-    return false;
-  if (redrawn) {
-    drawing.copyTo(m_plot.drawing);
-    copyFixtures(*document);
+  const bool cross =
+      drawing.ViewMousePointer == pointers::Cross || document->Window.MousePointer == pointers::Cross;
+  m_trimmings = {.band = drawing.rubberBand(), .cursor = drawing.cursor(), .cross = cross};
+  m_redrawn = m_plot.drawing.revision != drawing.revision() || m_plot.grid != drawing.Snap;
+  if (m_redrawn) {
+    drawing.copyTo(m_next.drawing);
+    m_next.fixtures = fixturesOf(*document);
+    m_next.snapMark = document->SnapCursor;
+    m_next.grid = drawing.Snap;
   }
-  m_plot.grid = drawing.Snap;
-  m_band = drawing.rubberBand();
-  m_cursor = drawing.cursor();
-  return true;
+  return m_redrawn || m_trimmings != m_shown;
 }
 
-void PlotView::copyFixtures(const frmDocument& document) {
-  m_plot.fixtures.clear();
-  if (document.ActiveView == nullptr) return;
-  for (const auto& fixture : document.ActiveView->colFixtures())
-    m_plot.fixtures.push_back({.body = fixture->Shape,
-                               .channelText = fixture->ChannelTextShape,
-                               .levelText = fixture->LevelTextShape});
+std::vector<FixtureShapes> PlotView::fixturesOf(const frmDocument& document) {
+  std::vector<FixtureShapes> shapes;
+  if (document.ActiveView == nullptr) return shapes;
+  auto& fixtures = document.ActiveView->colFixtures();
+  shapes.reserve(static_cast<std::size_t>(fixtures.count()));
+  for (const auto& fixture : fixtures)
+    shapes.push_back({.body = fixture->Shape,
+                      .channelText = fixture->ChannelTextShape,
+                      .levelText = fixture->LevelTextShape,
+                      .blindText = fixture->DMXInTextShape});
+  return shapes;
 }
 
 void PlotView::apply() {
-  setCursor(cursorNamed(m_cursor));
-  update();
+  if (m_redrawn) {
+    m_next.giveRoles();
+    std::swap(m_plot, m_next);
+    const bool same = m_plot.drawing.limits == m_next.drawing.limits && m_plot.grid == m_next.grid;
+    update(same ? changedArea(m_next, m_plot, view(), rect()) : QRegion(rect()));
+  }
+  showTrimmings();
+}
+
+void PlotView::showTrimmings() {
+  const Trimmings before = std::exchange(m_shown, m_trimmings);
+  if (before.cursor != m_shown.cursor || before.cross != m_shown.cross) setCursor(cursorOf(m_shown));
+  if (before.band == m_shown.band) return;
+  for (const auto& band : {before.band, m_shown.band})
+    if (band) update(lineOf(bandRect(*band)));
+}
+
+QCursor PlotView::cursorOf(const Trimmings& trimmings) const {
+  return trimmings.cross ? QCursor(Qt::CrossCursor) : cursorNamed(trimmings.cursor, devicePixelRatioF());
 }
 
 void PlotView::setMode(Mode mode) {
@@ -93,7 +117,7 @@ void PlotView::setMode(Mode mode) {
 }
 
 /// The part of the world that is shown is fitted into the window and stands in its middle.
-PlotPainter::View PlotView::view() const {
+WorldView PlotView::view() const {
   const Extents& world = m_plot.drawing.limits;
   const double scale =
       std::min(width() / std::max(world.width(), 1e-6), height() / std::max(world.height(), 1e-6));
@@ -104,32 +128,29 @@ PlotPainter::View PlotView::view() const {
 }
 
 /// The part of the world that is shown; outside of it the window stays black.
-QRectF PlotView::worldRect(const PlotPainter::View& now) const {
-  const Extents& world = m_plot.drawing.limits;
-  return {QPointF(now.origin.x() + world.left * now.pixelsPerUnit,
-                  now.origin.y() - world.top * now.pixelsPerUnit),
-          QSizeF(world.width(), world.height()) * now.pixelsPerUnit};
+QRect PlotView::worldRect() const {
+  return view().at(m_plot.drawing.limits).toAlignedRect();
+}
+
+QRect PlotView::bandRect(const Extents& band) const {
+  return view().at(band).toAlignedRect();
 }
 
 void PlotView::paintEvent(QPaintEvent* event) {
   QPainter painter(this);
   painter.fillRect(event->rect(), theme::colour("well"));
-  const auto now = view();
   painter.save();
-  painter.setClipRect(worldRect(now));
-  m_painter.paint(painter, m_plot, now, event->rect());
+  painter.setClipRect(worldRect());
+  m_painter.paint(painter, m_plot, view(), event->region());
   painter.restore();
   painter.setBrush(Qt::NoBrush);
   if (hasFocus()) {
     painter.setPen(QPen(theme::colour("focus"), 2));
     painter.drawRect(rect().adjusted(1, 1, -1, -1));
   }
-  if (m_band) {
+  if (m_shown.band) {
     painter.setPen(QPen(theme::colour("text"), 1, Qt::DashLine));
-    const auto pixel = [&](double x, double y) {
-      return QPointF(now.origin.x() + x * now.pixelsPerUnit, now.origin.y() - y * now.pixelsPerUnit);
-    };
-    painter.drawRect(QRectF(pixel(m_band->left, m_band->top), pixel(m_band->right, m_band->bottom)));
+    painter.drawRect(bandRect(*m_shown.band));
   }
   if (m_mode != Mode::Stage) {
     constexpr int Width = 3;
@@ -143,81 +164,125 @@ void PlotView::paintEvent(QPaintEvent* event) {
 
 void PlotView::resizeEvent(QResizeEvent* event) {
   QWidget::resizeEvent(event);
-  m_face.deliver([this, size = size()] {
-    if (frmDocument* document = m_find()) document->FlpCAD1.setPixelSize(size.width(), size.height());
+  m_face.deliver([find = m_find, size = size()] {
+    if (frmDocument* document = find()) document->FlpCAD1.setPixelSize(size.width(), size.height());
   });
 }
 
-void PlotView::hand(void (Drawing::*handler)(int, int, Pixel), QMouseEvent* event, Qt::MouseButtons buttons) {
-  m_face.deliver([this, handler, button = buttonOf(buttons), flags = flagsOf(event->modifiers()),
-                  at = Pixel{.x = event->position().x(), .y = event->position().y()}] {
-    if (frmDocument* document = m_find()) (document->FlpCAD1.*handler)(button, flags, at);
-  });
+/// A locked plot takes no hand, so that none is over it.
+void PlotView::changeEvent(QEvent* event) {
+  QWidget::changeEvent(event);
+  if (event->type() == QEvent::EnabledChange && !isEnabled()) leave();
+}
+
+// ---- The mouse
+
+void PlotView::tell(const Hand& hand) {
+  m_motion.end();
+  m_face.deliver([find = m_find, hand] { hand.on(find); });
+}
+
+/// A box that comes up under the hand takes the release that belongs to a press. The drawing hears of it
+/// when the mouse is back, or a fixture would stick to the pointer.
+void PlotView::tellLostReleases(const QMouseEvent& event, Qt::MouseButtons stillDown) {
+  for (const auto button : {Qt::LeftButton, Qt::RightButton}) {
+    if (!m_down.testFlag(button) || stillDown.testFlag(button)) continue;
+    m_down.setFlag(button, false);
+    tell({.handler = &Drawing::release,
+          .button = buttonOf(button),
+          .flags = flagsOf(event.modifiers()),
+          .at = pixelOf(event.position())});
+  }
+  if (!event.buttons().testFlag(Qt::MiddleButton)) endPan();
 }
 
 void PlotView::mousePressEvent(QMouseEvent* event) {
-  hand(&Drawing::press, event, event->button());
+  tellLostReleases(*event, event->buttons() & ~event->button());
+  if (event->button() == Qt::MiddleButton) {
+    m_pannedTo = event->position();
+    setCursor(Qt::ClosedHandCursor);
+  }
+  if (!ForDrawing.testFlag(event->button())) return;
+  m_down.setFlag(event->button());
+  tell({.handler = &Drawing::press,
+        .button = buttonOf(event->button()),
+        .flags = flagsOf(event->modifiers()),
+        .at = pixelOf(event->position())});
 }
+
 void PlotView::mouseMoveEvent(QMouseEvent* event) {
-  hand(&Drawing::move, event, event->buttons());
+  tellLostReleases(*event, event->buttons());
+  if (m_pannedTo) return pan(event->position());
+  m_motion.deliver(m_face,
+                   {.handler = &Drawing::move,
+                    .button = buttonOf(event->buttons()),
+                    .flags = flagsOf(event->modifiers()),
+                    .at = pixelOf(event->position())},
+                   [find = m_find](const Hand& hand) { hand.on(find); });
 }
+
 void PlotView::mouseReleaseEvent(QMouseEvent* event) {
-  hand(&Drawing::release, event, event->button());
+  if (event->button() == Qt::MiddleButton) endPan();
+  if (!ForDrawing.testFlag(event->button())) return;
+  m_down.setFlag(event->button(), false);
+  tell({.handler = &Drawing::release,
+        .button = buttonOf(event->button()),
+        .flags = flagsOf(event->modifiers()),
+        .at = pixelOf(event->position())});
 }
 
-// ---- The window
-
-DocumentWindow::DocumentWindow(Face& face, FindDocument find, std::function<PlotView::Mode()> mode)
-    : m_find(std::move(find)), m_bindings(face), m_plot(new PlotView(m_bindings, m_find)) {
-  setObjectName("frmDocument");
-  auto* grid = new QGridLayout(this);
-  grid->setContentsMargins(0, 0, 0, 0);
-  grid->setSpacing(0);
-  grid->addWidget(m_plot, 0, 0);
-  grid->addWidget(&m_vertical, 0, 1);
-  grid->addWidget(&m_horizontal, 1, 0);
-  m_horizontal.setObjectName("HScroll1");
-  m_vertical.setObjectName("VScroll1");
-  for (QScrollBar* bar : {&m_horizontal, &m_vertical}) bar->setFocusPolicy(Qt::StrongFocus);
-  m_horizontal.setAccessibleName("Plot left and right");
-  m_vertical.setAccessibleName("Plot up and down");
-  bindScrollBar(m_horizontal, [](frmDocument& document) { return &document.HScroll1; });
-  bindScrollBar(m_vertical, [](frmDocument& document) { return &document.VScroll1; });
-  m_bindings.mirror(std::move(mode), [this](PlotView::Mode now) { m_plot->setMode(now); });
-  setFocusProxy(m_plot);
+void PlotView::leaveEvent(QEvent* event) {
+  QWidget::leaveEvent(event);
+  leave();
 }
 
-/// While the hand holds the bar, it isn't written; keys and clicks go to the control as a new value.
-void DocumentWindow::bindScrollBar(QScrollBar& bar, const FindSlider& slider) {
-  const auto shown = m_bindings.mirror(
-      [this, slider, across = bar.orientation() == Qt::Horizontal]() -> ScrollLook {
-        frmDocument* document = m_find();
-        if (document == nullptr) return {};
-        const Slider& control = *slider(*document);
-        const Extents& world = document->FlpCAD1.limits();
-        const double page = across ? world.width() : world.height();
-        return {.min = control.min(),
-                .max = control.max(),
-                .value = control.value(),
-                .page = static_cast<int>(std::min<double>(page, control.max()))};
-      },
-      [&bar](const ScrollLook& look) {
-        const QSignalBlocker quiet(&bar);
-        bar.setRange(look.min, look.max);
-        bar.setPageStep(std::max(look.page, 1));
-        bar.setSingleStep(std::max(look.page / 20, 1));
-        if (!bar.isSliderDown()) bar.setValue(look.value);
-      });
-  connect(&bar, &QScrollBar::actionTriggered, this, [this, &bar, slider, shown] {
-    const int value = std::clamp(bar.sliderPosition(), bar.minimum(), bar.maximum());
-    shown->value.value = value;
-    m_bindings.face().deliver([this, slider, value] {
-      if (frmDocument* document = m_find()) slider(*document)->drag(value);
-    });
+void PlotView::leave() {
+  m_motion.end();
+  m_face.deliver([find = m_find] {
+    if (frmDocument* document = find()) document->FlpCAD1.leave();
   });
-  connect(&bar, &QScrollBar::sliderReleased, this, [this, shown] {
-    shown->known = false;  // what the desk made of it in the meantime is shown now
-    m_bindings.face().pull();
+}
+
+// ---- The view by the hand
+
+void PlotView::pan(QPointF to) {
+  const QPointF by = to - *std::exchange(m_pannedTo, to);
+  m_face.deliver([find = m_find, by] {
+    if (frmDocument* document = find()) document->FlpCAD1.panBy(by.x(), by.y());
+  });
+}
+
+void PlotView::endPan() {
+  if (!std::exchange(m_pannedTo, std::nullopt)) return;
+  setCursor(cursorOf(m_shown));
+}
+
+/// With Ctrl the place under the mouse stays where it is while all about it grows or shrinks; the wheel alone
+/// is the window's.
+void PlotView::wheelEvent(QWheelEvent* event) {
+  if ((event->modifiers() & Qt::ControlModifier) == 0) {
+    emit wheelTurned(*event);
+    return;
+  }
+  constexpr double Notch = 0.9;
+  const double factor = std::pow(Notch, event->angleDelta().y() / double{QWheelEvent::DefaultDeltasPerStep});
+  m_face.deliver([find = m_find, factor, at = pixelOf(event->position())] {
+    frmDocument* document = find();
+    if (document == nullptr) return;
+    const Point fixed = document->FlpCAD1.toWorld(at);
+    const Point middle = document->FlpCAD1.limits().middle();
+    document->WorldZoom(true, 1 - factor, fixed.x + (middle.x - fixed.x) * factor,
+                        fixed.y + (middle.y - fixed.y) * factor);
+  });
+}
+
+/// A held key counts once.
+void PlotView::keyPressEvent(QKeyEvent* event) {
+  if (event->key() != Qt::Key_Delete) return QWidget::keyPressEvent(event);
+  constexpr int DeleteKey = 46;
+  if (event->isAutoRepeat()) return;
+  m_face.deliver([find = m_find] {
+    if (frmDocument* document = find()) document->Form_KeyDown(DeleteKey);
   });
 }
 

@@ -1,17 +1,18 @@
 #pragma once
 
-#include <QScrollBar>
 #include <QWidget>
 #include <functional>
 #include <optional>
 
 #include "desktop/binding.h"
+#include "desktop/newest.h"
 #include "desktop/plot_painter.h"
 #include "plot/document.h"
 
 namespace velgrove {
 
-/// The plot of a document on the screen: paints its drawing, and hands the mouse to it.
+/// The plot of a document on the screen: paints what of its drawing has changed, and hands the mouse and the
+/// Delete key to it. The wheel with Ctrl zooms about the mouse, the middle button moves the view.
 class PlotView : public QWidget {
   Q_OBJECT
 
@@ -23,47 +24,66 @@ class PlotView : public QWidget {
   enum class Mode { Stage, Blind, Live };
   void setMode(Mode mode);
 
+ signals:
+  void wheelTurned(const QWheelEvent& event);  ///< without Ctrl
+
  protected:
   void paintEvent(QPaintEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
+  void changeEvent(QEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
   void mouseMoveEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
+  void leaveEvent(QEvent* event) override;
+  void wheelEvent(QWheelEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
 
  private:
+  /// What is shown beside the picture.
+  struct Trimmings {
+    std::optional<Extents> band;
+    std::string cursor;
+    bool cross = false;  ///< stands over the tool's cursor
+    friend bool operator==(const Trimmings&, const Trimmings&) = default;
+  };
+  /// One thing that the hand does, as the drawing takes it.
+  struct Hand {
+    void (Drawing::*handler)(int button, int flags, Pixel at) = nullptr;
+    int button = 0;
+    int flags = 0;
+    Pixel at;
+
+    void on(const FindDocument& find) const {
+      if (frmDocument* document = find()) (document->FlpCAD1.*handler)(button, flags, at);
+    }
+  };
+
   bool copy();
-  void copyFixtures(const frmDocument& document);
+  static std::vector<FixtureShapes> fixturesOf(const frmDocument& document);
   void apply();
-  void hand(void (Drawing::*handler)(int, int, Pixel), QMouseEvent* event, Qt::MouseButtons buttons);
-  [[nodiscard]] PlotPainter::View view() const;
-  [[nodiscard]] QRectF worldRect(const PlotPainter::View& now) const;
+  void showTrimmings();
+  [[nodiscard]] QCursor cursorOf(const Trimmings& trimmings) const;
+  void tell(const Hand& hand);
+  void tellLostReleases(const QMouseEvent& event, Qt::MouseButtons stillDown);
+  void pan(QPointF to);
+  void endPan();
+  void leave();
+  [[nodiscard]] WorldView view() const;
+  [[nodiscard]] QRect worldRect() const;
+  [[nodiscard]] QRect bandRect(const Extents& band) const;
 
   Face& m_face;
   FindDocument m_find;
   PlotPicture m_plot;
-  std::optional<Extents> m_band;
-  std::string m_cursor;
+  PlotPicture m_next;      ///< copied, to be shown; then what was shown before
+  bool m_redrawn = false;  ///< it was copied
+  Trimmings m_trimmings;
+  Trimmings m_shown;
   PlotPainter m_painter;
   Mode m_mode = Mode::Stage;
-};
-
-/// The window of a document: the plot with its scroll bars.
-class DocumentWindow : public QWidget {
-  Q_OBJECT
-
- public:
-  using FindDocument = PlotView::FindDocument;
-  DocumentWindow(Face& face, FindDocument find, std::function<PlotView::Mode()> mode);
-
- private:
-  using FindSlider = std::function<Slider*(frmDocument&)>;
-  void bindScrollBar(QScrollBar& bar, const FindSlider& slider);
-
-  FindDocument m_find;
-  Bindings m_bindings;
-  PlotView* m_plot;
-  QScrollBar m_horizontal{Qt::Horizontal};
-  QScrollBar m_vertical{Qt::Vertical};
+  Newest<Hand> m_motion;
+  Qt::MouseButtons m_down;            ///< whose press the drawing knows, and no release
+  std::optional<QPointF> m_pannedTo;  ///< while the middle button moves the view
 };
 
 }  // namespace velgrove

@@ -30,20 +30,30 @@ StatusLine::StatusLine(LightingDesk& desk, Bindings& bindings) {
   m_input.setObjectName("inputMode");
   m_mode.setObjectName("displayMode");
   m_interface.setObjectName("interfaceState");
-  m_online.setContentsMargins(8, 0, 8, 0);
-  m_message.setContentsMargins(8, 0, 8, 0);
+  m_pointerPlace.setObjectName("pointerPlace");
+  m_pointerFixture.setObjectName("pointerFixture");
+  for (QLabel* label : {&m_online, &m_pointerPlace, &m_pointerFixture, static_cast<QLabel*>(&m_message)})
+    label->setContentsMargins(8, 0, 8, 0);
   addWidget(&m_online);
+  addWidget(&m_pointerPlace);
+  addWidget(&m_pointerFixture);
   addWidget(&m_message, 1);
   addPermanentWidget(together({&m_inputIcon, &m_input}));
   addPermanentWidget(together({&m_mode}));
   addPermanentWidget(together({&m_lamp, &m_interfaceIcon, &m_interface}));
   m_interfaceIcon.setPixmap(
       theme::picture("ID_viewStatus", IconSize, theme::colour("text2"), devicePixelRatioF()));
+  sizePointer();
 
   bindings.mirror([&desk] { return desk.frame.sbStatusBar.Text; },
                   [this](const std::string& text) { m_online.setText(QString::fromStdString(text)); });
   bindings.mirror([&desk] { return desk.frame.StatusMessage; },
                   [this](const std::string& text) { m_message.setText(QString::fromStdString(text)); });
+  bindings.mirror([this, &desk] { return m_underPointer.read(desk); },
+                  [this](const UnderPointer::Look& now) {
+                    m_pointerPlace.setText(QString::fromStdString(now.placeText()));
+                    m_pointerFixture.setText(QString::fromStdString(now.fixtureText()));
+                  });
   bindings.mirror([&desk] { return std::pair(desk.show.DMXDimmers, desk.show.DMXSubmasters); },
                   [this](const std::pair<bool, bool>& mode) {
                     if (mode.first)
@@ -64,6 +74,22 @@ StatusLine::StatusLine(LightingDesk& desk, Bindings& bindings) {
                   });
   bindings.mirror([&desk] { return interfaceOf(desk); },
                   [this](const Interface& now) { showInterface(now); });
+}
+
+/// As wide as the longest that they say on a plot in sight, so that nothing moves with the mouse.
+void StatusLine::sizePointer() {
+  constexpr int Margins = 2 * 8 + 2;
+  const UnderPointer::Look longest{
+      .place = std::pair(-8888, -8888),
+      .fixture = UnderPointer::Fixture{.channel = 888, .type = "practical", .level = 100, .blind = 100}};
+  for (const auto& [label, text] :
+       {std::pair(&m_pointerPlace, longest.placeText()), std::pair(&m_pointerFixture, longest.fixtureText())})
+    label->setFixedWidth(label->fontMetrics().horizontalAdvance(QString::fromStdString(text)) + Margins);
+}
+
+void StatusLine::changeEvent(QEvent* event) {
+  QStatusBar::changeEvent(event);
+  if (event->type() == QEvent::StyleChange || event->type() == QEvent::FontChange) sizePointer();
 }
 
 StatusLine::Interface StatusLine::interfaceOf(const LightingDesk& desk) {

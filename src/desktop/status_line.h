@@ -6,16 +6,20 @@
 #include "core/lighting_desk.h"
 #include "desktop/binding.h"
 #include "desktop/eliding_label.h"
+#include "desktop/under_pointer.h"
 
 namespace velgrove {
 
-/// The foot of the frame: "online" and the message at the left; input mode, display mode and the interface at
-/// the right.
+/// The foot of the frame: "online", where the mouse is on the plot and the message at the left; input mode,
+/// display mode and the interface at the right.
 class StatusLine : public QStatusBar {
   Q_OBJECT
 
  public:
   StatusLine(LightingDesk& desk, Bindings& bindings);
+
+ protected:
+  void changeEvent(QEvent* event) override;
 
  private:
   enum class Lamp { None, Starting, Up };
@@ -29,7 +33,10 @@ class StatusLine : public QStatusBar {
   void showMode(const QString& words, const char* background);
   void showInterface(const Interface& now);
 
-  QLabel m_online;
+  void sizePointer();
+
+  QLabel m_online, m_pointerPlace, m_pointerFixture;
+  UnderPointer m_underPointer;
   ElidingLabel m_message;
   QLabel m_inputIcon, m_input, m_mode, m_lamp, m_interfaceIcon, m_interface;
 };

@@ -7,8 +7,6 @@
 #include <QSignalSpy>
 #include <QTabBar>
 #include <fstream>
-#include <latch>
-#include <thread>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -326,21 +324,10 @@ TEST(OpenDialogOnScreen, FoldersAreWalkedAndAShowOpenedByDoubleClicks) {
 TEST(OpenDialogOnScreen, AKeyWhileTheDeskIsBusyChoosesWhenItIsFree) {
   DeskOnScreen house;
   house.screen.whenAsked([&] {
-    std::latch taken(1);
-    std::latch free(1);
-    std::thread busy([&] {
-      const DeskTurn turn(house.screen.lock);
-      house.screen.lock.keepTurn([&] {
-        taken.count_down();
-        free.wait();
-      });
+    house.screen.whileBusy([&] {
+      house.screen.key(Qt::Key_Home);
+      EXPECT_EQ(named<QListWidget>("frmOpenProject/filList").selectedItems().size(), 1);
     });
-    taken.wait();
-    house.screen.key(Qt::Key_Home);
-    EXPECT_EQ(named<QListWidget>("frmOpenProject/filList").selectedItems().size(), 1);
-    free.count_down();
-    busy.join();
-    house.screen.settle();
     house.screen.key(Qt::Key_Return);
   });
   house.start();

@@ -45,7 +45,7 @@ inline QColor colourAt(QWidget& widget, QPoint at) {
 namespace hand {
 
 inline void mouse(QTest::MouseAction action, QWidget& widget, QPoint at,
-                  Qt::MouseButton button = Qt::LeftButton) {
+                  Qt::MouseButton button = Qt::LeftButton, Qt::KeyboardModifiers with = {}) {
   QWidget* window = widget.window();
   const QPoint place = widget.mapTo(window, at);
   const QWidget* there = window->childAt(place);
@@ -53,16 +53,16 @@ inline void mouse(QTest::MouseAction action, QWidget& widget, QPoint at,
   const bool held = action == QTest::MouseMove || action == QTest::MouseRelease;
   EXPECT_TRUE(held || (widget.isVisible() && (there == &widget || widget.isAncestorOf(there))))
       << widget.objectName().toStdString() << " can't be seen there";
-  QTest::mouseEvent(action, window->windowHandle(), action == QTest::MouseMove ? Qt::NoButton : button, {},
+  QTest::mouseEvent(action, window->windowHandle(), action == QTest::MouseMove ? Qt::NoButton : button, with,
                     place);
 }
 
 /// Turns the wheel over a widget by eighths of a degree, 120 a notch, away from the operator.
-inline void wheel(const QWidget& widget, int angle) {
+inline void wheel(const QWidget& widget, int angle, Qt::KeyboardModifiers with = {}) {
   QWidget* window = widget.window();
   const QPoint place = widget.mapTo(window, widget.rect().center());
-  QWheelEvent turn(place, window->mapToGlobal(place), {}, {0, angle}, Qt::NoButton, Qt::NoModifier,
-                   Qt::NoScrollPhase, false);
+  QWheelEvent turn(place, window->mapToGlobal(place), {}, {0, angle}, Qt::NoButton, with, Qt::NoScrollPhase,
+                   false);
   QApplication::sendEvent(window->windowHandle(), &turn);
 }
 

@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <deque>
 #include <functional>
+#include <latch>
+#include <thread>
 #include <utility>
 
 #include <gtest/gtest.h>
@@ -69,6 +71,24 @@ class Screen {
       if (woken) face.serve();
     }
     if (m_waits == 0) QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  }
+
+  /// The operator acts while a handler of the desk thread sleeps; what he did reaches the desk behind it.
+  void whileBusy(const std::function<void()>& step) {
+    std::latch taken(1);
+    std::latch free(1);
+    std::thread busy([&] {
+      const DeskTurn turn(lock);
+      lock.keepTurn([&] {
+        taken.count_down();
+        free.wait();
+      });
+    });
+    taken.wait();
+    step();
+    free.count_down();
+    busy.join();
+    settle();
   }
 
   // ---- The operator's hand
