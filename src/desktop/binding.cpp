@@ -13,14 +13,15 @@ QString text(const std::string& desk) {
   return QString::fromStdString(desk);
 }
 
-/// Writes a text and leaves caret and selection where they were.
+/// Writes a text and leaves caret and selection where they were. What comes into a field that the hand has
+/// just emptied is marked, so that the next key takes its place.
 void write(QLineEdit& field, const QString& text) {
   if (field.text() == text) return;
   const QSignalBlocker quiet(field);
   const int caret = field.cursorPosition();
   const int start = field.selectionStart();
   const int length = field.selectionLength();
-  const bool all = length > 0 && length == field.text().size();
+  const bool all = length == field.text().size() && (length > 0 || field.hasFocus());
   field.setText(text);
   if (all)
     field.selectAll();
@@ -47,6 +48,11 @@ const char* stateOf(const QString& role, Colour back) {
   return "";
 }
 
+/// A control without a tip leaves that of its widget.
+void showTip(QWidget& widget, const std::string& tip) {
+  if (!tip.empty()) widget.setToolTip(text(tip));
+}
+
 /// A button that goes dark under the focus gives it back to where its window begins: the next button in the
 /// way of the focus may be one that nobody meant to press.
 void leave(const QAbstractButton& button) {
@@ -58,7 +64,7 @@ void leave(const QAbstractButton& button) {
 
 void show(QAbstractButton& button, const ButtonLook& look) {
   if (!look.caption.empty()) button.setText(text(look.caption));
-  if (!look.tip.empty()) button.setToolTip(text(look.tip));
+  showTip(button, look.tip);
   if (!look.enabled) leave(button);
   button.setEnabled(look.enabled);
   const QString role = button.property("role").toString();
@@ -100,11 +106,67 @@ class WheelWithFocus : public QObject {
 
 struct FieldLook {
   std::string text;
+  std::string tip;
   bool enabled = false;
   unsigned focuses = 0;
   unsigned selections = 0;
   bool operator==(const FieldLook&) const = default;
 };
+
+struct SliderLook {
+  int min = 0;
+  int max = 0;
+  int value = 0;
+  std::string tip;
+  bool enabled = false;
+  bool operator==(const SliderLook&) const = default;
+};
+
+/// The hand's move in a slider's own words: where to, or by how much from where the control stands.
+std::function<void(Slider&)> moveOf(const QAbstractSlider& slider, int action) {
+  const int to = slider.sliderPosition();
+  switch (action) {
+    case QAbstractSlider::SliderMove:
+    case QAbstractSlider::SliderToMinimum:
+    case QAbstractSlider::SliderToMaximum:
+      return [to](Slider& control) { control.drag(to); };
+    default:
+      return [by = to - slider.value()](Slider& control) { control.drag(control.value() + by); };
+  }
+}
+
+struct OptionLook {
+  std::string caption;
+  bool chosen = false;
+  bool enabled = false;
+  bool operator==(const OptionLook&) const = default;
+};
+
+/// Buttons that exclude each other keep one chosen by themselves; the desk may have none.
+void show(QRadioButton& button, const OptionLook& look) {
+  const QSignalBlocker quiet(button);
+  button.setText(text(look.caption));
+  button.setEnabled(look.enabled);
+  button.setAutoExclusive(look.chosen);
+  button.setChecked(look.chosen);
+  button.setAutoExclusive(true);
+}
+
+struct TabsLook {
+  std::vector<std::string> captions;
+  int selected = 0;  ///< from 1
+  bool operator==(const TabsLook&) const = default;
+};
+
+void show(QTabBar& tabs, const TabsLook& look) {
+  const QSignalBlocker quiet(tabs);
+  const int wanted = static_cast<int>(look.captions.size());
+  while (tabs.count() > wanted) tabs.removeTab(wanted);
+  while (tabs.count() < wanted) tabs.addTab({});
+  for (int tab = 0; tab < wanted; ++tab)
+    tabs.setTabText(tab, text(look.captions[static_cast<std::size_t>(tab)]));
+  tabs.setCurrentIndex(look.selected - 1);
+}
 
 struct ComboLook {
   const ComboBox* control = nullptr;
@@ -172,6 +234,7 @@ void Bindings::bind(Field* field, const Find<TextBox>& find) {
              const TextBox* control = find();
              FieldLook now = control == nullptr ? FieldLook{}
                                                 : FieldLook{.text = control->text(),
+                                                            .tip = control->ToolTip,
                                                             .enabled = control->Enabled,
                                                             .focuses = control->Focuses,
                                                             .selections = control->Selections};
@@ -182,6 +245,7 @@ void Bindings::bind(Field* field, const Find<TextBox>& find) {
        .apply =
            [field, shown, obeyed = FieldLook{}]() mutable {
              field->setEnabled(shown->enabled);
+             showTip(*field, shown->tip);
              write(*field, text(shown->text));
              if (obeyed.focuses != shown->focuses) field->setFocus();
              if (obeyed.selections != shown->selections) field->selectAll();
@@ -203,6 +267,12 @@ void Bindings::bind(Field* field, const Find<TextBox>& find) {
 }
 
 void Bindings::bind(Spinner* spinner, const Find<UpDown>& find) {
+  mirror(
+      [find] {
+        const UpDown* control = find();
+        return control == nullptr ? std::string() : control->ToolTip;
+      },
+      [spinner](const std::string& tip) { showTip(*spinner, tip); });
   QObject::connect(spinner, &Spinner::stepped, spinner, [this, find](bool up) {
     m_face.deliver([find, up] {
       UpDown* control = find();
@@ -258,6 +328,84 @@ void Bindings::bind(QGroupBox* group, const Find<Frame>& find) {
         group->setTitle(text(look.first));
         group->setEnabled(look.second);
       });
+}
+
+void Bindings::bind(QAbstractSlider* slider, const Find<Slider>& find) {
+  const Underway underway;
+  const auto shown = std::make_shared<SliderLook>();
+  shown->max = -1;  // as no control has it
+  add({.copy =
+           [slider, find, shown, underway] {
+             if (slider->isSliderDown() || underway.any()) return false;
+             const Slider* control = find();
+             SliderLook now = control == nullptr ? SliderLook{}
+                                                 : SliderLook{.min = control->min(),
+                                                              .max = control->max(),
+                                                              .value = control->value(),
+                                                              .tip = control->ToolTip,
+                                                              .enabled = true};
+             if (now == *shown) return false;
+             *shown = std::move(now);
+             return true;
+           },
+       .apply =
+           [slider, shown] {
+             const QSignalBlocker quiet(slider);
+             slider->setEnabled(shown->enabled);
+             showTip(*slider, shown->tip);
+             slider->setRange(shown->min, shown->max);
+             slider->setValue(shown->value);
+           }});
+  QObject::connect(slider, &QAbstractSlider::actionTriggered, slider,
+                   [this, slider, find, shown, underway](int action) {
+                     if (action == QAbstractSlider::SliderNoAction) return;
+                     shown->value = slider->sliderPosition();
+                     underway.deliver(m_face, [find, move = moveOf(*slider, action)] {
+                       if (Slider* control = find()) move(*control);
+                     });
+                   });
+  QObject::connect(slider, &QAbstractSlider::sliderReleased, slider, [this] { m_face.pull(); });
+}
+
+void Bindings::bind(QRadioButton* button, const Find<OptionButton>& find) {
+  const auto shown = mirror(
+      [find] {
+        const OptionButton* control = find();
+        return control == nullptr
+                   ? OptionLook{}
+                   : OptionLook{.caption = control->Caption, .chosen = control->Value, .enabled = true};
+      },
+      [button](const OptionLook& look) { show(*button, look); });
+  QObject::connect(button, &QAbstractButton::clicked, button, [this, find, shown] {
+    shown->known = false;  // the desk says what has become of it
+    m_face.deliver([find] {
+      if (OptionButton* control = find()) control->choose();
+    });
+  });
+}
+
+void Bindings::bind(QTabBar* tabs, const Find<TabStrip>& find) {
+  const Underway underway;
+  const auto shown = std::make_shared<TabsLook>();
+  shown->selected = -1;  // as no control has it
+  add({.copy =
+           [find, shown, underway] {
+             if (underway.any()) return false;
+             const TabStrip* control = find();
+             TabsLook now = control == nullptr
+                                ? TabsLook{}
+                                : TabsLook{.captions = control->captions(), .selected = control->selected()};
+             if (now == *shown) return false;
+             *shown = std::move(now);
+             return true;
+           },
+       .apply = [tabs, shown] { show(*tabs, *shown); }});
+  QObject::connect(tabs, &QTabBar::currentChanged, tabs, [this, find, shown, underway](int tab) {
+    shown->selected = tab + 1;
+    underway.deliver(m_face, [find, chosen = tab + 1] {
+      if (TabStrip* control = find()) control->choose(chosen);
+    });
+  });
 }
 
 }  // namespace velgrove

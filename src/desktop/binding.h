@@ -1,15 +1,19 @@
 #pragma once
 
 #include <QAbstractButton>
+#include <QAbstractSlider>
 #include <QComboBox>
 #include <QGroupBox>
 #include <QLabel>
+#include <QRadioButton>
+#include <QTabBar>
 #include <functional>
 #include <memory>
 #include <utility>
 #include <vector>
 
 #include "controls/face.h"
+#include "controls/tab_strip.h"
 #include "controls/widgets.h"
 #include "desktop/field.h"
 #include "desktop/spinner.h"
@@ -81,11 +85,16 @@ class Bindings {
   /// The text both ways. What the hand types goes to the control; the desk's text comes with the caret kept,
   /// and not while an input method composes. An Enter that comes up is told behind the text.
   void bind(Field* field, const Find<TextBox>& find);
-  /// Its steps go to the control; it has nothing to show.
+  /// Its steps go to the control; it has nothing to show but a tip.
   void bind(Spinner* spinner, const Find<UpDown>& find);
   void bind(QComboBox* combo, const Find<ComboBox>& find);
   /// Caption and state; a disabled group takes the hand from all that stands in it.
   void bind(QGroupBox* group, const Find<Frame>& find);
+  /// Range, value and tip. The hand's drags go to the control, its keys as steps from where the control
+  /// stands. A slider in the hand isn't written; when it is let go it shows what the desk has made of it.
+  void bind(QAbstractSlider* slider, const Find<Slider>& find);
+  void bind(QRadioButton* button, const Find<OptionButton>& find);
+  void bind(QTabBar* tabs, const Find<TabStrip>& find);
 
  private:
   Face& m_face;

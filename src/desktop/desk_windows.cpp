@@ -15,6 +15,8 @@ DeskWindows::DeskWindows(LightingDesk& desk, Face& face)
       m_about(&m_frame, face, desk.About),
       m_loop(m_frame, face, desk.windows.Loop),
       m_pasteQuestion(&m_frame, face, desk.windows.ConfirmPaste),
+      m_fixture(m_frame, face, desk, desk.windows.Fixture),
+      m_movingFixture(m_frame, face, desk, desk.windows.MovingFixture),
       m_dialogs(face, &m_frame) {
   desk.machine.Dialogs = m_dialogs.dialogs();
 }

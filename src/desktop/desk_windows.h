@@ -3,6 +3,7 @@
 #include <functional>
 
 #include "core/lighting_desk.h"
+#include "desktop/fixture_dialog.h"
 #include "desktop/frame_window.h"
 #include "desktop/loop_dialog.h"
 #include "desktop/open_dialog.h"
@@ -30,6 +31,8 @@ class DeskWindows {
   AboutWindow m_about;
   LoopDialog m_loop;
   PasteQuestion m_pasteQuestion;
+  FixtureDialog m_fixture;
+  FixtureDialog m_movingFixture;
   PlatformDialogs m_dialogs;
 };
 

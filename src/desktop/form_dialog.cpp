@@ -10,13 +10,18 @@ FormDialog::FormDialog(const QString& name, QWidget* above, Face& face, Form& fo
   setObjectName(name);
   m_bindings.mirror(
       [&form]() -> Look {
-        return {.caption = form.Caption, .visible = form.Visible, .modal = form.Modal, .fronts = form.Fronts};
+        return {.caption = form.Caption,
+                .visible = form.Visible,
+                .enabled = form.Enabled,
+                .modal = form.Modal,
+                .fronts = form.Fronts};
       },
       [this](const Look& look) { show(look); });
 }
 
 void FormDialog::show(const Look& look) {
   setWindowTitle(QString::fromStdString(look.caption));
+  setEnabled(look.enabled);
   if (!look.visible) {
     hide();
     return;
@@ -24,6 +29,7 @@ void FormDialog::show(const Look& look) {
   const bool appears = !isVisible();
   if (appears) {
     setWindowModality(look.modal ? Qt::ApplicationModal : Qt::NonModal);
+    takePlace();
     QDialog::show();
   }
   if (appears || std::exchange(m_fronts, look.fronts) != look.fronts) {

@@ -20,6 +20,8 @@ class FormDialog : public QDialog {
 
  protected:
   [[nodiscard]] Bindings& bindings() { return m_bindings; }
+  /// The dialog is about to come up: takes its size and place, so that it is never seen elsewhere.
+  virtual void takePlace() {}
   /// The dialog comes up: takes the focus to its place.
   virtual void appear() {}
 
@@ -30,6 +32,7 @@ class FormDialog : public QDialog {
   struct Look {
     std::string caption;
     bool visible = false;
+    bool enabled = true;
     bool modal = false;
     unsigned fronts = 0;
     friend bool operator==(const Look&, const Look&) = default;

@@ -199,6 +199,12 @@ QRect FrameWindow::ground() const {
   return {ground.mapToGlobal(QPoint(0, 0)), ground.size()};
 }
 
+QPoint FrameWindow::plotCorner(unsigned document) const {
+  const auto found = m_documents.find(document);
+  const PlotView* plot = found == m_documents.end() ? nullptr : found->second->findChild<PlotView*>();
+  return plot == nullptr ? ground().topLeft() : plot->mapToGlobal(QPoint(0, 0));
+}
+
 std::vector<QRect> FrameWindow::lists() const {
   std::vector<QRect> places;
   for (const CueWindow* list : m_children->findChildren<CueWindow*>())

@@ -34,6 +34,8 @@ class FrameWindow : public QMainWindow {
   // Where dialogs find room, in the screen's pixels:
 
   [[nodiscard]] QRect ground() const;  ///< of the child windows; their places count from its corner
+  /// Where the plot of a document begins; the corner of the ground when it isn't shown.
+  [[nodiscard]] QPoint plotCorner(unsigned document) const;
   [[nodiscard]] std::vector<QRect> lists() const;  ///< the windows of the players that can be seen
 
  protected:

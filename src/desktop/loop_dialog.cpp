@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <tuple>
 
+#include "desktop/room.h"
 #include "desktop/theme.h"
 #include "desktop/twips.h"
 
@@ -23,12 +24,6 @@ int covered(const QRect& area, const std::vector<QRect>& lists) {
     dots += both.width() * both.height();
   }
   return dots;
-}
-
-QRect within(QRect area, const QRect& room) {
-  area.moveLeft(std::clamp(area.left(), room.left(), std::max(room.left(), room.right() + 1 - area.width())));
-  area.moveTop(std::clamp(area.top(), room.top(), std::max(room.top(), room.bottom() + 1 - area.height())));
-  return area;
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <QPainter>
 #include <QStyle>
 #include <QWheelEvent>
+#include <algorithm>
 #include <cstdlib>
 
 #include "desktop/theme.h"
@@ -120,14 +121,15 @@ void Spinner::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(Qt::NoPen);
-  const double half = width() / 5.0;  // of an arrow's width
+  const double half = std::min(width() / 5.0, 8.0);  // of an arrow's width
+  const double apart = width() < InLevel ? 2 : 7;    // of the middle
   const double middle = width() / 2.0;
   for (const bool up : {true, false}) {
     const Arrow arrow = up ? Arrow::Up : Arrow::Down;
     const QRectF ground(0, up ? 0 : height() / 2.0, width(), height() / 2.0);
     if (m_held == arrow || (m_held == Arrow::None && m_under == arrow))
       painter.fillRect(ground, theme::colour(m_held == arrow ? "raised" : "hover"));
-    const double base = up ? height() / 2.0 - 2 : height() / 2.0 + 2;
+    const double base = up ? height() / 2.0 - apart : height() / 2.0 + apart;
     painter.setBrush(theme::colour(isEnabled() ? "text" : "disabled"));
     painter.drawPolygon(QPolygonF{QPointF(middle - half, base), QPointF(middle + half, base),
                                   QPointF(middle, up ? base - half - 1 : base + half + 1)});

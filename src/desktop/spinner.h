@@ -16,7 +16,7 @@ class Spinner : public QWidget {
   Q_OBJECT
 
  public:
-  enum Width { InWindow = 16, InDialog = 22 };  ///< pixels
+  enum Width { InWindow = 16, InDialog = 22, InLevel = 48 };  ///< pixels
 
   /// Stands in the field as long as it lives.
   explicit Spinner(Field& field, Width width = InWindow);

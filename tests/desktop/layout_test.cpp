@@ -156,6 +156,28 @@ TEST(Layout, NothingIsCutOffInTheFrameOrItsDialogs) {
     house.screen.click(named("ABQueueList/cmdLoop"));
     for (const char* window : {"frmMain", "VelgroveComm", "frmAbout", "frmConfirmPaste"})
       expectNothingCutOff(named(window));
+    house.screen.onDesk([&] {
+      auto& windows = house.desk.windows;
+      house.desk.show.CurrentFixture = windows.ActiveDocument->ActiveView->colFixtures().item(1);
+      windows.Fixture.Show();
+      windows.MovingFixture.Show();
+      house.desk.show.DMXInput.fill(250);
+      windows.MovingFixture.VSlider3.setValue(255);
+    });
+    for (const auto& [window, width] : {std::pair("FixtureDlg", 476), std::pair("MovingFixtureDlg", 660)}) {
+      QWidget& dialog = named(window);
+      auto& tabs = *dialog.findChild<QTabBar*>();
+      for (const int page : {1, 0}) {
+        house.screen.onDesk([&] {
+          auto& form = std::string(window) == "FixtureDlg" ? house.desk.windows.Fixture.Dialog
+                                                           : house.desk.windows.MovingFixture.Dialog;
+          form.TabStrip1.choose(page + 1);
+        });
+        EXPECT_EQ(tabs.currentIndex(), page);
+        EXPECT_EQ(dialog.width(), width);
+        expectNothingCutOff(dialog);
+      }
+    }
     house.runTo(500);
     house.screen.whenAsked([&] {
       expectNothingCutOff(named("frmWanttoSave"));

@@ -18,9 +18,11 @@ void failOnWarning(QtMsgType type, const QMessageLogContext&, const QString& tex
   ADD_FAILURE() << "the toolkit complains: " << text.toStdString();
 }
 
-/// Two monitors beside each other, the main one by its name first; the other draws two pixels for one.
+/// Three monitors beside each other, the main one by its name first; one draws two pixels for one, and one is
+/// as small as a desk of 1280 x 800 that does so.
 constexpr const char* Monitors = R"({"screens": [
   {"name": "2 fine", "x": 1920, "y": 0, "width": 1920, "height": 1080, "logicalDpi": 96, "logicalBaseDpi": 96, "dpr": 2},
+  {"name": "3 small", "x": 3840, "y": 0, "width": 640, "height": 400, "logicalDpi": 96, "logicalBaseDpi": 96, "dpr": 1},
   {"name": "1 plain", "x": 0, "y": 0, "width": 1920, "height": 1080, "logicalDpi": 96, "logicalBaseDpi": 96, "dpr": 1}
 ]})";
 

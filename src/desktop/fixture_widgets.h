@@ -1,0 +1,53 @@
+#pragma once
+
+#include <QLabel>
+#include <QWidget>
+#include <functional>
+#include <memory>
+
+#include "desktop/binding.h"
+#include "desktop/plot_painter.h"
+#include "plot/document.h"
+
+namespace velgrove {
+
+/// One fixture as it stands on its plot, always drawn as picked.
+class FixtureSymbol : public QWidget {
+  Q_OBJECT
+
+ public:
+  struct Subject {
+    const frmDocument* plot = nullptr;
+    std::shared_ptr<const clsFixture> fixture = {};
+  };
+
+  /// `find` runs with the desk held; either part may be missing.
+  FixtureSymbol(Bindings& bindings, std::function<Subject()> find);
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  bool copy();
+  [[nodiscard]] PlotPainter::View view() const;
+
+  std::function<Subject()> m_find;
+  PlotPicture m_picture;
+  PlotPainter m_painter;
+};
+
+/// "DMX input holds 30", with the triangle that stands for the input on the plot; nothing when it holds
+/// nothing.
+class InputHolds : public QLabel {
+  Q_OBJECT
+
+ public:
+  InputHolds();
+  /// A DMX value, 0 to 255.
+  void setLevel(int level);
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+};
+
+}  // namespace velgrove

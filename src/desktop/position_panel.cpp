@@ -1,0 +1,73 @@
+#include "desktop/position_panel.h"
+
+#include <QGridLayout>
+#include <array>
+
+namespace velgrove {
+
+PositionPanel::PositionPanel(Bindings& bindings, MovingFixtureDlg& dialog)
+    : m_watch(this, bindings, dialog.Mouse_Attach, dialog.Dialog.MouseHelper1) {
+  dress();
+  layOut();
+  bindings.bind(&m_x, [&dialog] { return &dialog.VSlider3; });
+  bindings.bind(&m_y, [&dialog] { return &dialog.VSlider4; });
+  bindings.bind(&m_xCaption, [&dialog] { return &dialog.xlev; });
+  bindings.bind(&m_yCaption, [&dialog] { return &dialog.YLEV; });
+  bindings.bind(&m_8bit, [&dialog] { return &dialog.res_8bit; });
+  bindings.bind(&m_16bit, [&dialog] { return &dialog.res_16Bit; });
+  bindings.bind(&m_attach, [&dialog] { return &dialog.cmdAttachMouse; });
+}
+
+void PositionPanel::dress() {
+  struct Dress {
+    QWidget* widget;
+    const char* name;
+    const char* spoken;
+  };
+  for (const auto& [widget, name, spoken] :
+       {Dress{&m_x, "VSlider3", "Position across the stage, 0 to 255"},
+        Dress{&m_y, "VSlider4", "Position up and down the stage, 0 to 255"},
+        Dress{&m_xCaption, "xlev", "Position across the stage"},
+        Dress{&m_yCaption, "YLEV", "Position up and down the stage"},
+        Dress{&m_8bit, "res_8bit", "Resolution of 8 bits"},
+        Dress{&m_16bit, "res_16Bit", "Resolution of 16 bits"},
+        Dress{&m_attach, "cmdAttachMouse", "Attach mouse to moving light"}}) {
+    widget->setObjectName(name);
+    widget->setAccessibleName(spoken);
+  }
+  constexpr int Middle = 128;
+  constexpr int Far = 255;
+  for (Fader* fader : {&m_x, &m_y}) {
+    fader->setFill("edge", Middle);
+    fader->setPageStep(16);
+    fader->setScale({{.value = Far, .words = "255"}, {.value = Middle, .words = "128"}, {.words = "0"}});
+  }
+  constexpr int AboveTheGroove = 14;
+  for (QLabel* caption : {&m_xCaption, &m_yCaption}) {
+    caption->setProperty("type", "position");
+    caption->setIndent(AboveTheGroove);
+  }
+  m_attach.setProperty("role", "dialog");
+}
+
+void PositionPanel::layOut() {
+  auto* grid = new QGridLayout(this);
+  grid->setContentsMargins(0, 0, 0, 0);
+  grid->setHorizontalSpacing(4);
+  grid->setVerticalSpacing(4);
+  int column = 0;
+  for (const auto& [caption, fader] : {std::pair(&m_xCaption, &m_x), std::pair(&m_yCaption, &m_y)}) {
+    grid->addWidget(caption, 0, column);
+    grid->addWidget(fader, 1, column++, Qt::AlignHCenter);
+  }
+  grid->setRowStretch(1, 1);
+  grid->addWidget(&m_8bit, 2, 0, Qt::AlignLeft);
+  grid->addWidget(&m_16bit, 2, 1, Qt::AlignLeft);
+  grid->addWidget(&m_attach, 3, 0, 1, 2);
+}
+
+std::vector<QWidget*> PositionPanel::controls() {
+  return {&m_x, &m_y, &m_8bit, &m_16bit, &m_attach};
+}
+
+}  // namespace velgrove
