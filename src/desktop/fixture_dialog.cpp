@@ -6,6 +6,7 @@
 #include <QScreen>
 #include <QWheelEvent>
 #include <QWindow>
+#include <cstdlib>
 
 #include "controls/numbers.h"
 #include "desktop/room.h"
@@ -331,14 +332,11 @@ bool FixtureDialog::eventFilter(QObject* watched, QEvent* event) {
   return true;
 }
 
-/// Fine wheels and touch pads turn by less than a notch.
 void FixtureDialog::turn(const QWheelEvent& wheel) {
   constexpr int Notch = QWheelEvent::DefaultDeltasPerStep;
-  const int angle = wheel.angleDelta().y();
-  if ((angle > 0) != (m_turned > 0)) m_turned = 0;
-  m_turned += angle;
-  for (; m_turned <= -Notch || m_turned >= Notch; m_turned -= m_turned > 0 ? Notch : -Notch)
-    bindings().face().deliver([this, rotation = m_turned > 0 ? Notch : -Notch] {
+  const int notches = m_notches.take(wheel);
+  for (int done = 0; done < std::abs(notches); ++done)
+    bindings().face().deliver([this, rotation = notches > 0 ? Notch : -Notch] {
       bool handled = false;
       const auto& turned = m_form.MouseHelper1.MouseWheel;
       if (m_form.Window.Visible && turned) turned(rotation, handled);

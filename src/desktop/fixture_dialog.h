@@ -13,6 +13,7 @@
 #include "desktop/fixture_widgets.h"
 #include "desktop/form_dialog.h"
 #include "desktop/frame_window.h"
+#include "desktop/notches.h"
 #include "desktop/position_panel.h"
 
 namespace velgrove {
@@ -92,8 +93,8 @@ class FixtureDialog : public FormDialog {
   std::array<Field, FixtureForm::TextCount> m_texts;
   QPushButton m_ok, m_cancel;
   Bindings::Shown<Place> m_place;
-  Place m_stands;    ///< where it was put last
-  int m_turned = 0;  ///< of the wheel, in eighths of a degree, short of a notch
+  Place m_stands;  ///< where it was put last
+  Notches m_notches;
 };
 
 }  // namespace velgrove
