@@ -50,7 +50,6 @@ DocumentWindow::DocumentWindow(Face& face, FindDocument find, std::function<Plot
   m_bindings.mirror(std::move(mode), [this](PlotView::Mode now) { m_plot->setMode(now); });
   setFocusProxy(m_plot);
   connect(m_plot, &PlotView::wheelTurned, this, &DocumentWindow::scroll);
-  m_gauge.passFocusOn = [this] { m_plot->setFocus(); };
 }
 
 /// The gauge stands over the plot's top right corner.

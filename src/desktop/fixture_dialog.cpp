@@ -6,6 +6,7 @@
 #include <QScreen>
 #include <QWheelEvent>
 #include <QWindow>
+#include <cstdlib>
 
 #include "controls/numbers.h"
 #include "desktop/room.h"
@@ -332,10 +333,10 @@ bool FixtureDialog::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void FixtureDialog::turn(const QWheelEvent& wheel) {
+  constexpr int Notch = QWheelEvent::DefaultDeltasPerStep;
   const int notches = m_notches.take(wheel);
-  const int rotation = (notches > 0 ? 1 : -1) * QWheelEvent::DefaultDeltasPerStep;
-  for (int turned = 0; turned < std::abs(notches); ++turned)
-    bindings().face().deliver([this, rotation] {
+  for (int done = 0; done < std::abs(notches); ++done)
+    bindings().face().deliver([this, rotation = notches > 0 ? Notch : -Notch] {
       bool handled = false;
       const auto& wheeled = m_form.MouseHelper1.MouseWheel;
       if (m_form.Window.Visible && wheeled) wheeled(rotation, handled);

@@ -47,7 +47,8 @@ bool FixtureSymbol::copy() {
   if (plot != nullptr && fixture != nullptr) {
     now.fixtures = {{.body = fixture->Shape,
                      .channelText = fixture->ChannelTextShape,
-                     .levelText = fixture->LevelTextShape}};
+                     .levelText = fixture->LevelTextShape,
+                     .blindText = fixture->DMXInTextShape}};
     for (const ShapeNumber number :
          {fixture->Shape, fixture->ChannelTextShape, fixture->LevelTextShape, fixture->DMXInTextShape}) {
       const Shape* shape = plot->FlpCAD1.find(number);
@@ -61,7 +62,9 @@ bool FixtureSymbol::copy() {
       }
     }
   }
+  std::ranges::sort(now.drawing.shapes, {}, orderOf);
   if (now.drawing.shapes == m_picture.drawing.shapes) return false;
+  now.giveRoles();
   m_picture = std::move(now);
   return true;
 }

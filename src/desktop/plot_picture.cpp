@@ -3,17 +3,11 @@
 #include <algorithm>
 #include <cmath>
 #include <numbers>
-#include <tuple>
 
 namespace velgrove {
 namespace {
 
 constexpr double WidestPen = 2.2;
-
-/// The order in which a picture holds its shapes.
-auto orderOf(const Shape& shape) {
-  return std::pair(shape.layer, shape.number);
-}
 
 /// A block as if its outline filled its extents, which is quick to turn.
 QRectF boxOfInsert(const Shape& insert, const WorldView& view) {

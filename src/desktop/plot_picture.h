@@ -4,11 +4,17 @@
 #include <QRectF>
 #include <QRegion>
 #include <cstdint>
+#include <utility>
 #include <vector>
 
 #include "controls/drawing.h"
 
 namespace velgrove {
+
+/// The order in which a picture holds its shapes.
+[[nodiscard]] inline auto orderOf(const Shape& shape) {
+  return std::pair(shape.layer, shape.number);
+}
 
 /// Which shapes of the drawing are a fixture's.
 struct FixtureShapes {

@@ -69,7 +69,6 @@ void RotateGauge::show(const Look& look) {
     setValue(wholeDegrees(look.value));
     update();
   }
-  if (!look.visible && hasFocus() && passFocusOn) passFocusOn();
   setVisible(look.visible);
   if (look.visible) raise();
 }

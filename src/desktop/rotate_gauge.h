@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QDial>
-#include <functional>
 
 #include "controls/widgets.h"
 #include "desktop/binding.h"
@@ -19,8 +18,6 @@ class RotateGauge : public QDial {
 
  public:
   RotateGauge(Bindings& bindings, Bindings::Find<Gauge> find, QWidget* parent);
-  /// Called with the focus in it, before it goes out of sight.
-  std::function<void()> passFocusOn;
 
  protected:
   void paintEvent(QPaintEvent* event) override;

@@ -61,6 +61,22 @@ struct FixtureOnScreen : testing::Test {
   std::shared_ptr<clsFixture> fixture;
 };
 
+TEST_F(FixtureOnScreen, ItsSymbolGlowsAsOnThePlot) {
+  open();
+  const auto dark = [] {
+    const QImage symbol = named("FixtureDlg/Light").grab().toImage();
+    int found = 0;
+    for (int y = 0; y < symbol.height(); ++y)
+      for (int x = 0; x < symbol.width(); ++x)
+        found += symbol.pixelColor(x, y) == theme::colour("well") ? 1 : 0;
+    return found;
+  };
+  const int before = dark();
+  setLevel("100");
+  wait(400);
+  EXPECT_LT(dark(), before - 1500);
+}
+
 TEST_F(FixtureOnScreen, OpensWithItsLevelMarkedSoThatTypingSetsIt) {
   open();
   EXPECT_EQ(focus(), &named("FixtureDlg/Level"));
