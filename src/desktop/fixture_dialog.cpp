@@ -6,8 +6,9 @@
 #include <QScreen>
 #include <QWheelEvent>
 #include <QWindow>
+#include <cstdlib>
 
-#include "controls/numbers.h"
+#include "desktop/dress.h"
 #include "desktop/room.h"
 #include "desktop/theme.h"
 #include "desktop/twips.h"
@@ -25,23 +26,22 @@ bool isText(std::size_t index) {
 
 }  // namespace
 
+template <class Dialog>
+FixtureDialog::Parts FixtureDialog::partsOf(const char* name, Dialog& dialog, const char* sliderName,
+                                            Slider& slider) {
+  return {
+      .name = name, .form = dialog.Dialog, .sliderName = sliderName, .slider = slider, .close = [&dialog] {
+        dialog.Unload();
+      }};
+}
+
 FixtureDialog::FixtureDialog(FrameWindow& frame, Face& face, LightingDesk& desk, FixtureDlg& dialog)
-    : FixtureDialog(frame, face, desk,
-                    {.name = "FixtureDlg",
-                     .form = dialog.Dialog,
-                     .sliderName = "VSlider1",
-                     .slider = dialog.VSlider1,
-                     .close = [&dialog] { dialog.Unload(); }}) {
+    : FixtureDialog(frame, face, desk, partsOf("FixtureDlg", dialog, "VSlider1", dialog.VSlider1)) {
   orderFocus();
 }
 
 FixtureDialog::FixtureDialog(FrameWindow& frame, Face& face, LightingDesk& desk, MovingFixtureDlg& dialog)
-    : FixtureDialog(frame, face, desk,
-                    {.name = "MovingFixtureDlg",
-                     .form = dialog.Dialog,
-                     .sliderName = "VSlider2",
-                     .slider = dialog.VSlider2,
-                     .close = [&dialog] { dialog.Unload(); }}) {
+    : FixtureDialog(frame, face, desk, partsOf("MovingFixtureDlg", dialog, "VSlider2", dialog.VSlider2)) {
   m_position = new PositionPanel(bindings(), dialog);
   m_settings->addSpacing(12);
   m_settings->addWidget(m_position);
@@ -67,19 +67,14 @@ FixtureDialog::FixtureDialog(FrameWindow& frame, Face& face, LightingDesk& desk,
 // ---- Names and ties
 
 void FixtureDialog::dress(const char* sliderName) {
-  struct Dress {
-    QWidget* widget;
-    const char* name;
-    const char* spoken;
-  };
-  for (const auto& [widget, name, spoken] :
-       {Dress{&m_channel, "Channel", "DMX channel"}, Dress{&m_level, "Level", "Level, per cent"},
-        Dress{&m_arrows, "UpDown1", "Step: level"}, Dress{&m_name, "Moniker", "Name of the light"},
-        Dress{&m_fader, sliderName, "Level, 0 to 255"}, Dress{&m_tabs, "TabStrip1", "Pages of the fixture"},
-        Dress{&m_ok, "Command1", "OK"}, Dress{&m_cancel, "CancelButton", "Cancel"}}) {
-    widget->setObjectName(name);
-    widget->setAccessibleName(spoken);
-  }
+  dressAll({{&m_channel, "Channel", "DMX channel"},
+            {&m_level, "Level", "Level, per cent"},
+            {&m_arrows, "UpDown1", "Step: level"},
+            {&m_name, "Moniker", "Name of the light"},
+            {&m_fader, sliderName, "Level, 0 to 255"},
+            {&m_tabs, "TabStrip1", "Pages of the fixture"},
+            {&m_ok, "Command1", "OK"},
+            {&m_cancel, "CancelButton", "Cancel"}});
   m_channel.setProperty("type", "channel");
   m_level.setProperty("type", "level");
   m_name.setProperty("type", "moniker");
@@ -331,17 +326,14 @@ bool FixtureDialog::eventFilter(QObject* watched, QEvent* event) {
   return true;
 }
 
-/// Fine wheels and touch pads turn by less than a notch.
 void FixtureDialog::turn(const QWheelEvent& wheel) {
   constexpr int Notch = QWheelEvent::DefaultDeltasPerStep;
-  const int angle = wheel.angleDelta().y();
-  if ((angle > 0) != (m_turned > 0)) m_turned = 0;
-  m_turned += angle;
-  for (; m_turned <= -Notch || m_turned >= Notch; m_turned -= m_turned > 0 ? Notch : -Notch)
-    bindings().face().deliver([this, rotation = m_turned > 0 ? Notch : -Notch] {
+  const int notches = m_notches.turn(wheel);
+  for (int turned = 0; turned < std::abs(notches); ++turned)
+    bindings().face().deliver([this, rotation = notches > 0 ? Notch : -Notch] {
       bool handled = false;
-      const auto& turned = m_form.MouseHelper1.MouseWheel;
-      if (m_form.Window.Visible && turned) turned(rotation, handled);
+      const auto& hear = m_form.MouseHelper1.MouseWheel;
+      if (m_form.Window.Visible && hear) hear(rotation, handled);
     });
 }
 

@@ -53,6 +53,8 @@ class FixtureDialog : public FormDialog {
     friend bool operator==(const Place&, const Place&) = default;
   };
 
+  template <class Dialog>
+  static Parts partsOf(const char* name, Dialog& dialog, const char* sliderName, Slider& slider);
   FixtureDialog(FrameWindow& frame, Face& face, LightingDesk& desk, const Parts& parts);
 
   void dress(const char* sliderName);
@@ -92,8 +94,8 @@ class FixtureDialog : public FormDialog {
   std::array<Field, FixtureForm::TextCount> m_texts;
   QPushButton m_ok, m_cancel;
   Bindings::Shown<Place> m_place;
-  Place m_stands;    ///< where it was put last
-  int m_turned = 0;  ///< of the wheel, in eighths of a degree, short of a notch
+  Place m_stands;  ///< where it was put last
+  Notches m_notches;
 };
 
 }  // namespace velgrove

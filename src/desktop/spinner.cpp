@@ -5,6 +5,7 @@
 #include <QStyle>
 #include <QWheelEvent>
 #include <algorithm>
+#include <cstdlib>
 
 #include "desktop/theme.h"
 
@@ -63,21 +64,11 @@ bool Spinner::stepByKey(const QKeyEvent& key) {
   return true;
 }
 
-/// Fine wheels and touch pads turn by less than a notch.
 void Spinner::wheelEvent(QWheelEvent* event) {
   event->setAccepted(m_field.hasFocus());  // a hand that passes over it changes nothing
   if (!event->isAccepted()) return;
-  const int angle = event->angleDelta().y();
-  if ((angle > 0) != (m_turned > 0)) m_turned = 0;
-  m_turned += angle;
-  while (m_turned >= QWheelEvent::DefaultDeltasPerStep) {
-    m_turned -= QWheelEvent::DefaultDeltasPerStep;
-    step(true);
-  }
-  while (m_turned <= -QWheelEvent::DefaultDeltasPerStep) {
-    m_turned += QWheelEvent::DefaultDeltasPerStep;
-    step(false);
-  }
+  const int notches = m_notches.turn(*event);
+  for (int turned = 0; turned < std::abs(notches); ++turned) step(notches > 0);
 }
 
 // ---- The mouse

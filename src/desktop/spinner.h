@@ -4,6 +4,7 @@
 #include <QWidget>
 
 #include "desktop/field.h"
+#include "desktop/notches.h"
 
 namespace velgrove {
 
@@ -46,7 +47,7 @@ class Spinner : public QWidget {
   QTimer m_repeat{this};
   Arrow m_under = Arrow::None;  ///< the mouse
   Arrow m_held = Arrow::None;
-  int m_turned = 0;  ///< of the wheel, in eighths of a degree, short of a notch
+  Notches m_notches;
 };
 
 }  // namespace velgrove
