@@ -5,6 +5,7 @@
 #include <QVBoxLayout>
 #include <array>
 
+#include "desktop/dress.h"
 #include "desktop/theme.h"
 
 namespace velgrove {
@@ -30,22 +31,16 @@ QSize EffectsWindow::sizeHint() const {
 }
 
 void EffectsWindow::dress() {
-  struct Dress {
-    QWidget* widget;
-    const char* name;
-    const char* spoken;
-  };
-  for (const auto& [widget, name, spoken] :
-       {Dress{&m_list, "ListViewEffects", "Effects"}, Dress{&m_choice, "cmboEffects", "Kind of effect"},
-        Dress{&m_custom, "frmCustomChase", "Custom chase"},
-        Dress{&m_start, "txtChannelStart", "Start channel"}, Dress{&m_stop, "txtChannelStop", "Stop channel"},
-        Dress{&m_speed, "txtSpeedMS", "Speed, milliseconds a step"},
-        Dress{&m_loops, "txtDurationSec", "Loops"}, Dress{&m_add, "cmdAddEffect", "Add effect"},
-        Dress{&m_remove, "cmdRemoveEffect", "Remove the last effect"},
-        Dress{&m_test, "cmdTest", "Test effect"}}) {
-    widget->setObjectName(name);
-    widget->setAccessibleName(spoken);
-  }
+  dressAll({{&m_list, "ListViewEffects", "Effects"},
+            {&m_choice, "cmboEffects", "Kind of effect"},
+            {&m_custom, "frmCustomChase", "Custom chase"},
+            {&m_start, "txtChannelStart", "Start channel"},
+            {&m_stop, "txtChannelStop", "Stop channel"},
+            {&m_speed, "txtSpeedMS", "Speed, milliseconds a step"},
+            {&m_loops, "txtDurationSec", "Loops"},
+            {&m_add, "cmdAddEffect", "Add effect"},
+            {&m_remove, "cmdRemoveEffect", "Remove the last effect"},
+            {&m_test, "cmdTest", "Test effect"}});
   for (QLabel* caption : {&m_startCaption, &m_stopCaption, &m_speedCaption, &m_loopsCaption})
     caption->setProperty("type", "caption");
   for (QPushButton* button : {&m_add, &m_remove, &m_test}) {

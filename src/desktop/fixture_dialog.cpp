@@ -8,7 +8,7 @@
 #include <QWindow>
 #include <cstdlib>
 
-#include "controls/numbers.h"
+#include "desktop/dress.h"
 #include "desktop/room.h"
 #include "desktop/theme.h"
 #include "desktop/twips.h"
@@ -26,23 +26,22 @@ bool isText(std::size_t index) {
 
 }  // namespace
 
+template <class Dialog>
+FixtureDialog::Parts FixtureDialog::partsOf(const char* name, Dialog& dialog, const char* sliderName,
+                                            Slider& slider) {
+  return {
+      .name = name, .form = dialog.Dialog, .sliderName = sliderName, .slider = slider, .close = [&dialog] {
+        dialog.Unload();
+      }};
+}
+
 FixtureDialog::FixtureDialog(FrameWindow& frame, Face& face, LightingDesk& desk, FixtureDlg& dialog)
-    : FixtureDialog(frame, face, desk,
-                    {.name = "FixtureDlg",
-                     .form = dialog.Dialog,
-                     .sliderName = "VSlider1",
-                     .slider = dialog.VSlider1,
-                     .close = [&dialog] { dialog.Unload(); }}) {
+    : FixtureDialog(frame, face, desk, partsOf("FixtureDlg", dialog, "VSlider1", dialog.VSlider1)) {
   orderFocus();
 }
 
 FixtureDialog::FixtureDialog(FrameWindow& frame, Face& face, LightingDesk& desk, MovingFixtureDlg& dialog)
-    : FixtureDialog(frame, face, desk,
-                    {.name = "MovingFixtureDlg",
-                     .form = dialog.Dialog,
-                     .sliderName = "VSlider2",
-                     .slider = dialog.VSlider2,
-                     .close = [&dialog] { dialog.Unload(); }}) {
+    : FixtureDialog(frame, face, desk, partsOf("MovingFixtureDlg", dialog, "VSlider2", dialog.VSlider2)) {
   m_position = new PositionPanel(bindings(), dialog);
   m_settings->addSpacing(12);
   m_settings->addWidget(m_position);
@@ -68,19 +67,14 @@ FixtureDialog::FixtureDialog(FrameWindow& frame, Face& face, LightingDesk& desk,
 // ---- Names and ties
 
 void FixtureDialog::dress(const char* sliderName) {
-  struct Dress {
-    QWidget* widget;
-    const char* name;
-    const char* spoken;
-  };
-  for (const auto& [widget, name, spoken] :
-       {Dress{&m_channel, "Channel", "DMX channel"}, Dress{&m_level, "Level", "Level, per cent"},
-        Dress{&m_arrows, "UpDown1", "Step: level"}, Dress{&m_name, "Moniker", "Name of the light"},
-        Dress{&m_fader, sliderName, "Level, 0 to 255"}, Dress{&m_tabs, "TabStrip1", "Pages of the fixture"},
-        Dress{&m_ok, "Command1", "OK"}, Dress{&m_cancel, "CancelButton", "Cancel"}}) {
-    widget->setObjectName(name);
-    widget->setAccessibleName(spoken);
-  }
+  dressAll({{&m_channel, "Channel", "DMX channel"},
+            {&m_level, "Level", "Level, per cent"},
+            {&m_arrows, "UpDown1", "Step: level"},
+            {&m_name, "Moniker", "Name of the light"},
+            {&m_fader, sliderName, "Level, 0 to 255"},
+            {&m_tabs, "TabStrip1", "Pages of the fixture"},
+            {&m_ok, "Command1", "OK"},
+            {&m_cancel, "CancelButton", "Cancel"}});
   m_channel.setProperty("type", "channel");
   m_level.setProperty("type", "level");
   m_name.setProperty("type", "moniker");

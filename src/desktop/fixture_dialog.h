@@ -54,6 +54,8 @@ class FixtureDialog : public FormDialog {
     friend bool operator==(const Place&, const Place&) = default;
   };
 
+  template <class Dialog>
+  static Parts partsOf(const char* name, Dialog& dialog, const char* sliderName, Slider& slider);
   FixtureDialog(FrameWindow& frame, Face& face, LightingDesk& desk, const Parts& parts);
 
   void dress(const char* sliderName);

@@ -1,7 +1,8 @@
 #include "desktop/position_panel.h"
 
 #include <QGridLayout>
-#include <array>
+
+#include "desktop/dress.h"
 
 namespace velgrove {
 
@@ -19,22 +20,13 @@ PositionPanel::PositionPanel(Bindings& bindings, MovingFixtureDlg& dialog)
 }
 
 void PositionPanel::dress() {
-  struct Dress {
-    QWidget* widget;
-    const char* name;
-    const char* spoken;
-  };
-  for (const auto& [widget, name, spoken] :
-       {Dress{&m_x, "VSlider3", "Position across the stage, 0 to 255"},
-        Dress{&m_y, "VSlider4", "Position up and down the stage, 0 to 255"},
-        Dress{&m_xCaption, "xlev", "Position across the stage"},
-        Dress{&m_yCaption, "YLEV", "Position up and down the stage"},
-        Dress{&m_8bit, "res_8bit", "Resolution of 8 bits"},
-        Dress{&m_16bit, "res_16Bit", "Resolution of 16 bits"},
-        Dress{&m_attach, "cmdAttachMouse", "Attach mouse to moving light"}}) {
-    widget->setObjectName(name);
-    widget->setAccessibleName(spoken);
-  }
+  dressAll({{&m_x, "VSlider3", "Position across the stage, 0 to 255"},
+            {&m_y, "VSlider4", "Position up and down the stage, 0 to 255"},
+            {&m_xCaption, "xlev", "Position across the stage"},
+            {&m_yCaption, "YLEV", "Position up and down the stage"},
+            {&m_8bit, "res_8bit", "Resolution of 8 bits"},
+            {&m_16bit, "res_16Bit", "Resolution of 16 bits"},
+            {&m_attach, "cmdAttachMouse", "Attach mouse to moving light"}});
   constexpr int Middle = 128;
   constexpr int Far = 255;
   for (Fader* fader : {&m_x, &m_y}) {

@@ -166,6 +166,28 @@ TEST_F(FixtureOnScreen, WearsTheColourOfTheHandAndInBlindThatOfBlind) {
   }
 }
 
+TEST_F(FixtureOnScreen, ShowsTheFixtureAsOnThePlotPickedAndGlowing) {
+  open();
+  const auto glowing = [] {
+    const QImage picture = named("FixtureDlg/Light").grab().toImage();
+    int pixels = 0;
+    for (int y = 0; y < picture.height(); ++y)
+      for (int x = 0; x < picture.width(); ++x) {
+        const QColor colour = picture.pixelColor(x, y);
+        if (colour.red() > 60 && 2 * colour.red() > 3 * colour.green()) ++pixels;
+      }
+    return pixels;
+  };
+  setLevel("0");
+  EXPECT_LT(glowing(), 300) << "nothing but the text of the level";
+  setLevel("60");
+  EXPECT_GT(glowing(), 2000);
+  QWidget& symbol = named("FixtureDlg/Light");
+  int x = 0;
+  while (x < symbol.width() && colourAt(symbol, {x, symbol.height() / 2}) != theme::colour("picked")) ++x;
+  EXPECT_LT(x, symbol.width());
+}
+
 TEST_F(FixtureOnScreen, TheWheelMeansTheLevelWhereverItIsTurned) {
   open();
   setLevel("50");
