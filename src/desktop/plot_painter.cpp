@@ -154,7 +154,7 @@ const PlotPainter::Kept& PlotPainter::keep(const Look& look, Draw draw) {
   auto* const made = new Kept(draw());
   const QSize size = made->picture.size();
   constexpr int BytesOfPixel = 4;
-  m_kept.insert(look, made, size.width() * size.height() * BytesOfPixel);
+  m_kept.insert(look, made, qsizetype{size.width()} * size.height() * BytesOfPixel);
   return *made;
 }
 

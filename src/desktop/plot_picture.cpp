@@ -121,10 +121,10 @@ void PlotPicture::giveRoles() {
     if (drawing.shapes[at].group == snapMark) m_parts[at].role = Role::SnapMark;
 }
 
-QRectF boxOf(const PlotPicture& plot, std::size_t number, const WorldView& view) {
-  const Shape& shape = plot.drawing.shapes[number];
-  const auto part = plot.partOf(number);
-  if (!plot.isPainted(number)) return {};
+QRectF boxOf(const PlotPicture& plot, std::size_t place, const WorldView& view) {
+  const Shape& shape = plot.drawing.shapes[place];
+  const auto part = plot.partOf(place);
+  if (!plot.isPainted(place)) return {};
   QRectF box;
   switch (shape.kind) {
     case Shape::Kind::Line:

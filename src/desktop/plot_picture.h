@@ -88,7 +88,7 @@ inline constexpr double MarkSize = 7;
 }  // namespace plot_look
 
 /// All pixels that a shape may touch, with its halo, its pen and its source mark; none when it isn't painted.
-[[nodiscard]] QRectF boxOf(const PlotPicture& plot, std::size_t shape, const WorldView& view);
+[[nodiscard]] QRectF boxOf(const PlotPicture& plot, std::size_t place, const WorldView& view);
 
 /// What has to be painted anew when one picture takes the place of another in the same view.
 [[nodiscard]] QRegion changedArea(const PlotPicture& before, const PlotPicture& now, const WorldView& view,

@@ -212,7 +212,10 @@ void PlotView::mousePressEvent(QMouseEvent* event) {
 
 void PlotView::mouseMoveEvent(QMouseEvent* event) {
   tellLostReleases(*event, event->buttons());
-  if (m_pannedTo) return pan(event->position());
+  if (const auto from = m_pannedTo) {
+    m_pannedTo = event->position();
+    return pan(*from, event->position());
+  }
   m_motion.deliver(m_face,
                    {.handler = &Drawing::move,
                     .button = buttonOf(event->buttons()),
@@ -245,9 +248,8 @@ void PlotView::leave() {
 
 // ---- The view by the hand
 
-void PlotView::pan(QPointF to) {
-  const QPointF by = to - *std::exchange(m_pannedTo, to);
-  m_face.deliver([find = m_find, by] {
+void PlotView::pan(QPointF from, QPointF to) {
+  m_face.deliver([find = m_find, by = to - from] {
     if (frmDocument* document = find()) document->FlpCAD1.panBy(by.x(), by.y());
   });
 }

@@ -65,7 +65,7 @@ class PlotView : public QWidget {
   [[nodiscard]] QCursor cursorOf(const Trimmings& trimmings) const;
   void tell(const Hand& hand);
   void tellLostReleases(const QMouseEvent& event, Qt::MouseButtons stillDown);
-  void pan(QPointF to);
+  void pan(QPointF from, QPointF to);
   void endPan();
   void leave();
   [[nodiscard]] WorldView view() const;

@@ -35,7 +35,8 @@ QPointF onDial(double degrees, double radius) {
 
 }  // namespace
 
-RotateGauge::RotateGauge(Bindings& bindings, Bindings::Find<Gauge> find, QWidget* parent) : QDial(parent) {
+RotateGauge::RotateGauge(Bindings& bindings, const Bindings::Find<Gauge>& find, QWidget* parent)
+    : QDial(parent) {
   setObjectName("AGauge2");
   setAccessibleName("Rotation");
   setToolTip("Rotation of the picked fixture");

@@ -27,12 +27,14 @@ UnderPointer::Fixture told(const clsFixture& fixture, const ShowState& show) {
 }  // namespace
 
 UnderPointer::Look UnderPointer::read(const LightingDesk& desk) {
-  const auto& documents = desk.windows.Documents;
-  const auto under = std::ranges::find_if(
-      documents, [](const auto& document) { return document->FlpCAD1.pointer().has_value(); });
-  if (under == documents.end()) return {};
-  const frmDocument& document = **under;
-  const Point at = *document.FlpCAD1.pointer();
+  for (const auto& document : desk.windows.Documents) {
+    const auto& at = document->FlpCAD1.pointer();
+    if (at) return read(desk.show, *document, *at);
+  }
+  return {};
+}
+
+UnderPointer::Look UnderPointer::read(const ShowState& show, const frmDocument& document, Point at) {
   const Known now{.document = document.Window.Identity, .revision = document.FlpCAD1.revision(), .at = at};
   if (std::exchange(m_known, now) != now) m_shape = document.FlpCAD1.shapeAt(at);
 
@@ -40,7 +42,7 @@ UnderPointer::Look UnderPointer::read(const LightingDesk& desk) {
   if (m_shape <= 0 || document.ActiveView == nullptr) return look;
   for (const auto& fixture : document.ActiveView->colFixtures()) {
     if (fixture->Shape != m_shape) continue;
-    look.fixture = told(*fixture, desk.show);
+    look.fixture = told(*fixture, show);
     break;
   }
   return look;

@@ -30,6 +30,8 @@ class UnderPointer {
   [[nodiscard]] Look read(const LightingDesk& desk);
 
  private:
+  Look read(const ShowState& show, const frmDocument& document, Point at);
+
   struct Known {
     unsigned document = 0;
     unsigned revision = 0;
