@@ -1,10 +1,15 @@
 // Evenings at the desk, with real keys and a real mouse in the real windows.
 
+#include <algorithm>
+#include <fstream>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "desktop/theme.h"
+#include "model/show_file.h"
 #include "support/desk_on_screen.h"
+#include "support/show_maker.h"
 
 namespace velgrove::test {
 namespace {
@@ -199,6 +204,59 @@ TEST_F(Leaving, SaveAsAsksForANameAndWritesThere) {
   house.screen.key(Qt::Key_F, Qt::AltModifier);
   house.screen.key(Qt::Key_A);
   EXPECT_TRUE(fs::exists(house.folder / "other.kel"));
+}
+
+// ---- A rig
+
+TEST(Journey, ARigIsDrawnLitTurnedAndSaved) {
+  ShowMaker nothing;
+  nothing.channels.clear();
+  const fs::path file = nothing.write();
+  DeskOnScreen house({1280, 800}, file);
+  fs::remove(file);
+  std::array<std::uint8_t, ChannelCount> wire{};
+  house.house.box.onFrame = [&](InterfaceBox::Frame frame) { std::ranges::copy(frame, wire.begin()); };
+  house.open();
+  Screen& screen = house.screen;
+  auto& plot = named("frmDocument/FlpCAD1");
+  const auto at = [&](double x, double y) {
+    const Pixel pixel = house.desk.frame.ActiveForm().FlpCAD1.toPixels({.x = x, .y = y});
+    return QPoint(qRound(pixel.x), qRound(pixel.y));
+  };
+
+  screen.click(named("toolColumn/ID_AddLight"));
+  for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Return}) screen.key(key);
+  screen.click(plot, at(310, 290));
+  screen.click(plot, at(610, 290));
+  screen.click(plot, at(610, 290), Qt::RightButton);
+  screen.press(plot, at(250, 350));
+  screen.moveTo(plot, at(260, 600));
+  screen.moveTo(plot, at(260, 690));
+  screen.release(plot, at(260, 690));
+
+  screen.click(plot, at(200, 750), Qt::RightButton);
+  screen.type("50");
+  screen.key(Qt::Key_Return);
+  EXPECT_FALSE(named("FixtureDlg").isVisible());
+  house.runTo(2000);
+  EXPECT_EQ(wire[0], 128);
+
+  screen.click(named("toolColumn/ID_Rotate"));
+  screen.click(plot, at(550, 350));
+  named("AGauge2").setFocus();
+  screen.key(Qt::Key_PageUp);
+  screen.click(named("toolColumn/ID_Rotate"));
+  screen.click(named("band/ID_Save"));
+
+  std::ifstream saved(house.showFile, std::ios::binary);
+  const std::string bytes(std::istreambuf_iterator<char>(saved), {});
+  const auto show = readShow(bytes, DMXInputRecords::Leave).project;
+  const auto& rig = show->colViews().item(1)->colFixtures();
+  ASSERT_EQ(rig.count(), 2);
+  const auto& moved = *rig.item(1);
+  const auto& turned = *rig.item(2);
+  EXPECT_EQ(std::tuple(moved.IconShape, moved.Channel, moved.x, moved.y), std::tuple(2, 1, 200, 750));
+  EXPECT_EQ(std::tuple(turned.Channel, turned.x, turned.y, turned.Angle), std::tuple(2, 550, 350, 15));
 }
 
 // ---- What the desk tells
