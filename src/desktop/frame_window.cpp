@@ -312,6 +312,10 @@ void FrameWindow::bindRequests() {
                     [this](const std::pair<Arrangement::Code, unsigned>& asked) {
                       if (asked.second > 0) m_children->arrange(asked.first);
                     });
+  m_bindings.mirror([this] { return m_desk.frame.Window.Fronts; },
+                    [this](unsigned fronts) {
+                      if (fronts > 0 && isVisible()) activateWindow();
+                    });
   struct Asked {
     ToolBars::PopUp popUp;
     bool operator==(const Asked& other) const { return popUp.Count == other.popUp.Count; }
