@@ -7,8 +7,6 @@ namespace {
 constexpr std::array<const char*, FixtureTypes.size()> PlacingTools{
     "mnuFresnel", "mnuLeko", "mnuPar38", "mnuPractical", "mnuScoop", "mnuMoving_Light"};
 
-constexpr int MovingLight = 6;
-
 /// A fixture without a channel goes by 0.
 std::int16_t readPatch(std::string_view word) {
   return static_cast<std::int16_t>(readWhole("CHANNEL", word, 0, ChannelCount));
@@ -67,7 +65,7 @@ Action inDialog(Words words, Fill fill) {
 }  // namespace
 
 Action placeLight(Words words) {
-  const auto type = std::ranges::find(FixtureTypes, words[1]);
+  const auto* const type = std::ranges::find(FixtureTypes, words[1]);
   if (type == FixtureTypes.end())
     wrong("TYPE is fresnel, leko, par38, practical, scoop or icue, not " + std::string(words[1]));
   const char* const tool = PlacingTools[static_cast<std::size_t>(type - FixtureTypes.begin())];

@@ -11,8 +11,7 @@
 namespace velgrove {
 namespace {
 
-constexpr Colour White = 0xFFFFFF;
-constexpr Colour Ground = 0;
+constexpr Colour Ground = colours::Black;
 constexpr double TextWidth = 0.55;  // of a character, as a share of its height
 
 Placing placingOf(const Shape& insert) {
@@ -156,7 +155,7 @@ ShapeNumber Drawing::addBlock(std::shared_ptr<const Block> block) {
 ShapeNumber Drawing::add(Shape shape) {
   shape.number = ++m_lastNumber;
   shape.layer = static_cast<std::int16_t>(m_currentLayer);
-  shape.colour = White;
+  shape.colour = colours::White;
   m_layers[static_cast<std::size_t>(m_currentLayer) - 1].shapes.push_back(std::move(shape));
   changed();
   return m_lastNumber;

@@ -105,6 +105,7 @@ class Drawing {
   void move(int button, int flags, Pixel at);
   void release(int button, int flags, Pixel at);
   void leave() { m_pointer.reset(); }  ///< the mouse is elsewhere now
+  void letGo();                        ///< a pan or a rubber band that is under way ends without effect
   /// Where the mouse is, while it is over the control.
   [[nodiscard]] const std::optional<Point>& pointer() const { return m_pointer; }
   /// The flags that came with the hand last.

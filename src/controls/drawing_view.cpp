@@ -106,14 +106,19 @@ void Drawing::move(int button, int flags, Pixel at) {
 void Drawing::release(int button, int flags, Pixel at) {
   const Point world = note(flags, at);
   if (button == mouse::Left) {
-    m_held.reset();
-    m_bandFrom.reset();
-    const auto band = std::exchange(m_band, std::nullopt);
+    const auto band = m_band;
+    letGo();
     const double least = SmallestBand / pixelsPerUnit();
     if (band && std::min(band->width(), band->height()) >= least && WorldRectPos)
       WorldRectPos(band->left, band->top, band->right, band->bottom);
   }
   if (WorldMouseUp) WorldMouseUp(button, flags, world.x, world.y);
+}
+
+void Drawing::letGo() {
+  m_held.reset();
+  m_bandFrom.reset();
+  m_band.reset();
 }
 
 void Drawing::panBy(double pixelsX, double pixelsY) {

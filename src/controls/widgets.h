@@ -16,6 +16,14 @@ namespace velgrove {
 /// Colour values: red + 256 x green + 65536 x blue.
 using Colour = std::int32_t;
 
+namespace colours {
+inline constexpr Colour Black = 0;
+inline constexpr Colour Red = 255;
+inline constexpr Colour Green = 65280;
+inline constexpr Colour Blue = 16711680;
+inline constexpr Colour White = 16777215;
+}  // namespace colours
+
 using Event = std::function<void()>;
 
 inline void raise(const Event& event) {
@@ -150,11 +158,12 @@ class Slider {
   void setValue(int value) {
     if (take(value)) raise(Change);
   }
-  /// The operator drags the thumb.
+  /// The operator drags the thumb. A place that the desk has put it to already is still a motion of the hand.
   void drag(int value) {
-    if (!take(value)) return;
-    raise(Scroll);
-    raise(Change);
+    const bool changed = take(value);
+    const bool moved = takeNew(m_hand, std::clamp(value, m_min, m_max));
+    if (changed || moved) raise(Scroll);
+    if (changed) raise(Change);
   }
   /// Back to the design, without an event.
   void reset() { m_value = m_min; }
@@ -165,6 +174,7 @@ class Slider {
   int m_min;
   int m_max;
   int m_value;
+  int m_hand = m_min;  ///< where the hand put it last
 };
 
 /// A spinner: two arrows that step a value within a range. With a buddy it reads the buddy's text first (one

@@ -243,7 +243,10 @@ void frmMain::lockFixtures() {
         m_show.FixturesLocked = !m_show.FixturesLocked;
         SSActiveToolBars1.tool("ID_LockFixtures").Pressed = m_show.FixturesLocked;
       },
-      [&] { ActiveForm().Window.Enabled = !m_show.FixturesLocked; },
+      [&] {
+        (void)ActiveForm();
+        for (const auto& document : m_windows.Documents) document->Window.Enabled = !m_show.FixturesLocked;
+      },
       [&] {
         if (m_show.FixturesLocked)
           m_machine.boxes.show({.text = "Fixtures Locked!", .icon = BoxIcon::Critical});

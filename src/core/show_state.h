@@ -20,6 +20,7 @@ enum class SaveAnswer : std::int16_t { None = 0, DontSave = 1, Cancel = 2, Save 
 /// What the fixture types 1 to 6 are called; also the base names of their shape files.
 inline constexpr std::array<std::string_view, 6> FixtureTypes{"fresnel",   "leko",  "par38",
                                                               "practical", "scoop", "icue"};
+inline constexpr std::int32_t MovingLight = 6;  ///< the type that takes three channels
 
 /// What more than one window needs to know. There is one show in memory at a time.
 struct ShowState {

@@ -100,6 +100,11 @@ std::vector<std::string> Windows::linkTargets(const std::string& list) const {
 
 FixtureForm::Wiring Windows::fixtureWiring() {
   return {.document = [this]() -> frmDocument& { return activeDocument(); },
+          .setPointer =
+              [this](int pointer) {
+                for (const auto& document : Documents)
+                  document->Window.MousePointer = document->FlpCAD1.ViewMousePointer = pointer;
+              },
           .focusFrame = [this] { raise(m_wiring.focusFrame); }};
 }
 
@@ -111,7 +116,6 @@ void Windows::openFixture(Pixel at) {
     dialog.Dialog.Window.Top = twips(at.y);
     dialog.Show();
   };
-  constexpr int MovingLight = 6;
   m_show.CurrentFixture->IconShape == MovingLight ? show(MovingFixture) : show(Fixture);
 }
 
@@ -165,6 +169,7 @@ void Windows::openDocument() {
   frmDocument& made = *Documents.back();
   DocumentForm = ActiveDocument = &made;
   made.Form_Load();
+  made.Window.Enabled = !m_show.FixturesLocked;
   made.Window.Visible = true;
 }
 

@@ -79,6 +79,8 @@ void frmDocument::Form_Load() {
       [&] {
         FlpCAD1.Snap = true;
         forgetSelection();
+        for (const auto& fixture : GetCurrentView()->colFixtures())
+          fixture->Selected = fixture->SelectIndex = 0;  // as they were saved, but nothing is marked now
         m_show.LevelTextSource = 0;
       },
       [&] {

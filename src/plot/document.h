@@ -8,6 +8,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "controls/drawing.h"
 #include "controls/form.h"
@@ -223,10 +224,16 @@ class frmDocument {
   void openFixtureAt(Point at);
   void deleteFixtureAt(Point at);
   void giveChannelBack(const clsFixture& fixture);
+  void takeOffShow(const clsFixture& fixture);
   void eraseOutline(clsFixture& fixture);
   void hide(clsFixture& fixture);
 
   // Picking, moving, turning
+  [[nodiscard]] bool holds(const clsFixture& fixture) const;
+  /// The fixture that turns and is marked: the one picked last, if it is of this plot; or none.
+  [[nodiscard]] std::shared_ptr<clsFixture> picked() const;
+  [[nodiscard]] std::vector<std::shared_ptr<clsFixture>> ownSelection() const;
+  void deselect(const clsFixture& fixture);
   void paint(Colour colour, std::initializer_list<ShapeNumber> shapes);
   void mark(const clsFixture& fixture);
   void unmark(const clsFixture& fixture);
@@ -234,6 +241,7 @@ class frmDocument {
   void clearSelection();
   void startDrag(clsFixture& fixture);
   void moveFixture(clsFixture& fixture, Point to);
+  void stopDrag();
   void endDrag(const std::shared_ptr<clsFixture>& fixture);
   void forgetSelection();
   [[nodiscard]] Point snapped(Point at) const;

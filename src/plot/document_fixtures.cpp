@@ -1,15 +1,11 @@
 // Fixtures come and go: placing, the dialog, deleting.
 
-#include <span>
-
 #include "controls/numbers.h"
 #include "plot/document.h"
 
 namespace velgrove {
 namespace {
 
-constexpr Colour Black = 0;
-constexpr int MovingLight = 6;
 constexpr int MovingLightChannels = 3;  // brightness, and the position in two
 constexpr double OutOfSight = 2000;     // world units
 
@@ -66,13 +62,22 @@ void frmDocument::deleteFixtureAt(Point at) {
   if (fixture == nullptr) return;
   raise(m_wiring.closeFixture);
   m_show.CurrentFixture = fixture;
+  deselect(*fixture);
   m_errors.steps([&] { eraseOutline(*fixture); }, [&] { DeleteTextOnShape(*fixture); },
                  [&] {
                    // One without a channel has nothing on the wire.
                    if (isChannel(fixture->Channel)) m_show.ManualLevels[channelIndex(fixture->Channel)] = 0;
                  },
                  [&] { m_show.ProjectDirty = true; }, [&] { giveChannelBack(*fixture); },
-                 [&] { SearchRemove(GetCurrentView()->colFixtures(), fixture->Channel); });
+                 [&] { takeOffShow(*fixture); });
+}
+
+/// Fixtures go by their channel. One that has none can only go by itself.
+void frmDocument::takeOffShow(const clsFixture& fixture) {
+  auto& fixtures = GetCurrentView()->colFixtures();
+  if (fixture.Channel != 0) return SearchRemove(fixtures, fixture.Channel);
+  for (int position = 1; position <= fixtures.count(); ++position)
+    if (fixtures.item(position).get() == &fixture) return fixtures.Remove(position);
 }
 
 void frmDocument::giveChannelBack(const clsFixture& fixture) {
@@ -93,17 +98,16 @@ void frmDocument::DoDelete() {
   m_errors.run([&] { LastChannel = narrow<std::int16_t>(LastChannel - 1); });
   if (m_show.SelectionCount < 1) return;
   raise(m_wiring.closeFixture);
-  const auto fixtures =
-      std::span(m_show.SelectedFixtures).first(static_cast<std::size_t>(m_show.SelectionCount));
-  for (const auto& fixture : fixtures)
-    m_errors.run([&] { SearchRemove(GetCurrentView()->colFixtures(), fixture->Channel); });
+  stopDrag();
+  const auto fixtures = ownSelection();
+  for (const auto& fixture : fixtures) m_errors.run([&] { takeOffShow(*fixture); });
   for (const auto& fixture : fixtures) m_errors.run([&] { hide(*fixture); });
   forgetSelection();
   m_show.ProjectDirty = true;
 }
 
 void frmDocument::hide(clsFixture& fixture) {
-  paint(Black,
+  paint(colours::Black,
         {fixture.Shape, fixture.RectShape, fixture.CenterShape, fixture.CenterShape1, fixture.CenterShape2});
   DeleteTextOnShape(fixture);
 }

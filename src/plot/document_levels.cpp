@@ -6,8 +6,8 @@
 namespace velgrove {
 namespace {
 
-constexpr Colour White = 0xFFFFFF;
-constexpr Colour Blue = 0xFF0000;
+using colours::Blue;
+using colours::White;
 constexpr double BelowTop = 10;  // world units
 constexpr double LineHeight = 30;
 

@@ -1,5 +1,6 @@
 // Fixtures under the hand: picking one or many, and moving one.
 
+#include <algorithm>
 #include <cmath>
 
 #include "controls/numbers.h"
@@ -8,11 +9,11 @@
 namespace velgrove {
 namespace {
 
-constexpr Colour Black = 0;
-constexpr Colour Red = 255;
-constexpr Colour Green = 65280;
-constexpr Colour Blue = 16711680;
-constexpr Colour White = 0xFFFFFF;
+using colours::Black;
+using colours::Blue;
+using colours::Green;
+using colours::Red;
+using colours::White;
 constexpr int FirstLayer = 1;
 constexpr double SnapMarkLength = 50;  // world units
 
@@ -34,6 +35,35 @@ double snappedY(double y, double pitch) {
 
 }  // namespace
 
+// ---- What is selected: the windows of several plots share it, and each leaves to the others what is theirs
+
+bool frmDocument::holds(const clsFixture& fixture) const {
+  return ActiveView != nullptr && std::ranges::any_of(ActiveView->colFixtures(),
+                                                      [&](const auto& one) { return one.get() == &fixture; });
+}
+
+std::shared_ptr<clsFixture> frmDocument::picked() const {
+  const auto& fixture = m_show.SelectedFixture;
+  return FixtureSelected && fixture != nullptr && holds(*fixture) ? fixture : nullptr;
+}
+
+std::vector<std::shared_ptr<clsFixture>> frmDocument::ownSelection() const {
+  std::vector<std::shared_ptr<clsFixture>> own;
+  for (const auto& fixture : m_show.SelectedFixtures)
+    if (fixture != nullptr && holds(*fixture)) own.push_back(fixture);
+  return own;
+}
+
+void frmDocument::deselect(const clsFixture& fixture) {
+  const auto isIt = [&](const auto& one) { return one.get() == &fixture; };
+  auto& selected = m_show.SelectedFixtures;
+  const auto end = selected.begin() + m_show.SelectionCount;
+  const auto kept = std::remove_if(selected.begin(), end, isIt);
+  std::fill(kept, end, nullptr);
+  m_show.SelectionCount = narrow<std::int16_t>(kept - selected.begin());
+  if (isIt(m_show.SelectedFixture)) m_show.SelectedFixture = nullptr;
+}
+
 // ---- The marks of the selection
 
 void frmDocument::paint(Colour colour, std::initializer_list<ShapeNumber> shapes) {
@@ -46,8 +76,9 @@ void frmDocument::mark(const clsFixture& fixture) {
 
 void frmDocument::unmark(const clsFixture& fixture) {
   const Shape* const body = FlpCAD1.find(fixture.Shape);
-  if (body != nullptr && body->colour == Green)
-    paint(Red, {fixture.Shape, fixture.LevelTextShape, fixture.ChannelTextShape});
+  if (body == nullptr || body->colour != Green) return;
+  paint(Red, {fixture.Shape, fixture.LevelTextShape, fixture.ChannelTextShape});
+  if (fixture.Selected != 0) paint(Blue, {fixture.Shape});
 }
 
 void frmDocument::addToSelection(const std::shared_ptr<clsFixture>& fixture) {
@@ -63,16 +94,16 @@ void frmDocument::addToSelection(const std::shared_ptr<clsFixture>& fixture) {
 
 void frmDocument::clearSelection() {
   if (m_show.SelectionCount < 1) return;
-  for (int at = 0; at < m_show.SelectionCount; ++at) {
-    clsFixture& fixture = *m_show.SelectedFixtures[static_cast<std::size_t>(at)];
-    fixture.Selected = fixture.SelectIndex = 0;
-    paint(Red, {fixture.Shape, fixture.CenterShape1});
-    paint(Black, {fixture.RectShape});
+  for (const auto& fixture : ownSelection()) {
+    paint(Red, {fixture->Shape, fixture->CenterShape1});
+    paint(Black, {fixture->RectShape});
   }
   forgetSelection();
 }
 
 void frmDocument::forgetSelection() {
+  for (const auto& fixture : m_show.SelectedFixtures)
+    if (fixture != nullptr) fixture->Selected = fixture->SelectIndex = 0;
   m_show.SelectedFixtures.fill(nullptr);
   m_show.SelectionCount = 0;
   m_show.SelectedFixture = nullptr;
@@ -81,16 +112,16 @@ void frmDocument::forgetSelection() {
 void frmDocument::FlpCAD1_ShapeNumberSelected(int type, ShapeNumber number) {
   if (type != shape_types::BlockOrGroup) return;
   m_errors.run([&] {
-    const auto picked = GetFixtureObject(number);
-    const auto before = std::exchange(m_show.SelectedFixture, picked);
-    if (FixtureSelected && before != nullptr) unmark(*before);
+    const auto fixture = GetFixtureObject(number);
+    if (const auto before = picked()) unmark(*before);
+    m_show.SelectedFixture = fixture;
     FixtureSelected = true;
     const bool selecting = MouseMode == tools::Select;
-    if (selecting) m_show.SelectedFixtureType = picked->IconShape;
-    if (selecting && (FlpCAD1.keys() & mouse::Ctrl) != 0) return addToSelection(picked);
-    mark(*picked);
-    if (selecting) startDrag(*picked);
-    if (RotateActive) AGauge2.show(picked->Angle);
+    if (selecting) m_show.SelectedFixtureType = fixture->IconShape;
+    if (selecting && (FlpCAD1.keys() & mouse::Ctrl) != 0) return addToSelection(fixture);
+    mark(*fixture);
+    if (selecting) startDrag(*fixture);
+    if (RotateActive) AGauge2.show(fixture->Angle);
   });
 }
 
@@ -100,6 +131,14 @@ void frmDocument::startDrag(clsFixture& fixture) {
   DragActive = true;
   DeleteTextOnShape(fixture);
   if (FlpCAD1.Snap) FlpCAD1.setCursor(cursorOf(ToolCursor::Blank));
+}
+
+/// Where it stands: its release won't come, or isn't meant for it any more.
+void frmDocument::stopDrag() {
+  if (!std::exchange(DragActive, false)) return;
+  SetSnapCursor(0, 0, false);
+  FlpCAD1.setCursor(Drawing::ArrowCursor);
+  if (const auto fixture = picked()) unmark(*fixture);
 }
 
 void frmDocument::dragTo(Point at) {

@@ -13,8 +13,9 @@ constexpr std::int16_t Anticlockwise = 2;
 
 void frmDocument::AGauge2_Change() {
   m_errors.run([&] {
-    if (!FixtureSelected || m_show.SelectedFixture == nullptr) return;
-    const auto back = roundTo<std::int16_t>((AGauge2.value() - m_show.SelectedFixture->Angle) * -1);
+    const auto fixture = picked();
+    if (fixture == nullptr) return;
+    const auto back = roundTo<std::int16_t>((AGauge2.value() - fixture->Angle) * -1);
     if (back >= 1)
       RotateObject(narrow<std::int16_t>(-back), Clockwise, true);
     else
@@ -23,8 +24,7 @@ void frmDocument::AGauge2_Change() {
 }
 
 void frmDocument::RotateObject(std::int16_t change, std::int16_t direction, bool fromGauge) {
-  if (FixtureSelected && m_show.SelectedFixture != nullptr)
-    turn(*m_show.SelectedFixture, change, direction, fromGauge);
+  if (const auto fixture = picked()) turn(*fixture, change, direction, fromGauge);
 }
 
 void frmDocument::InitRotateFixture(clsFixture& fixture, std::int16_t change, std::int16_t direction,

@@ -9,8 +9,8 @@
 namespace velgrove {
 namespace {
 
-constexpr Colour Black = 0;
-constexpr Colour Red = 255;
+using colours::Black;
+using colours::Red;
 constexpr int FirstLayer = 1;
 constexpr double HitMargin = 5;       // world units
 constexpr double RotateHandle = 100;  // above the middle
@@ -104,6 +104,7 @@ void frmDocument::drawOutline(clsFixture& fixture, Point at) {
 }
 
 void frmDocument::drawHitBox(clsFixture& fixture) {
+  FlpCAD1.setCurrentLayer(FirstLayer);
   const Extents outline = FlpCAD1.extents(fixture.Shape);
   fixture.RectShape = FlpCAD1.addRectangle({.left = outline.left - HitMargin,
                                             .top = outline.top + HitMargin,

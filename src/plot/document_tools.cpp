@@ -8,10 +8,11 @@ namespace velgrove {
 
 /// What the tool before had set on the control ends.
 void frmDocument::takeTool(std::int16_t cursor) {
+  stopDrag();
+  FlpCAD1.letGo();
   FlpCAD1.setCursor(cursor);
   FlpCAD1.Selection = false;
   FlpCAD1.PanMode = false;
-  DragActive = false;
   SetSnapCursor(0, 0, false);
   clearControls();
 }
@@ -22,7 +23,7 @@ void frmDocument::clearControls() {
         if (std::exchange(RotateActive, false)) AGauge2.Visible = false;
       },
       [&] {
-        if (FixtureSelected && m_show.SelectedFixture != nullptr) unmark(*m_show.SelectedFixture);
+        if (const auto fixture = picked()) unmark(*fixture);
       },
       [&] {
         FlpCAD1.RubberBand = false;
@@ -44,7 +45,7 @@ void frmDocument::GridTool() {
 void frmDocument::takePlacingTool(std::int16_t mode, ToolCursor cursor) {
   MouseMode = mode;
   takeTool(cursorOf(cursor));
-  if (FlpCAD1.pointer()) showSnap(*FlpCAD1.pointer());
+  if (const auto& pointer = FlpCAD1.pointer()) showSnap(*pointer);
 }
 
 void frmDocument::LightTool() {
@@ -55,16 +56,17 @@ void frmDocument::SliderTool() {
   takePlacingTool(tools::Slider, ToolCursor::Slider);
 }
 
-/// Turning goes on with the fixture that was picked last, so that one is marked as long as the gauge shows.
+/// A fixture that was turned before, or added to the selection, is still the one that turns.
 void frmDocument::RotateTool() {
   if (RotateActive) return SelectTool();
   MouseMode = tools::Rotate;
   takeTool(cursorOf(ToolCursor::Rotate));
   FlpCAD1.Selection = true;
   RotateActive = AGauge2.Visible = true;
-  if (!FixtureSelected || m_show.SelectedFixture == nullptr) return;
-  mark(*m_show.SelectedFixture);
-  AGauge2.show(m_show.SelectedFixture->Angle);
+  const auto fixture = picked();
+  if (fixture == nullptr) return;
+  if (fixture->Selected == 0) mark(*fixture);
+  AGauge2.show(fixture->Angle);
 }
 
 void frmDocument::DelTool() {
@@ -126,7 +128,7 @@ void frmDocument::rightPress(Point at) {
 void frmDocument::FlpCAD1_WorldMouseMove(int /*button*/, int /*flags*/, double x, double y) {
   m_errors.run([&] {
     if (isPlacing()) showSnap({.x = x, .y = y});
-    if (m_show.FixturesLocked) DragActive = false;
+    if (m_show.FixturesLocked) stopDrag();
     if (DragActive) dragTo({.x = x, .y = y});
   });
 }

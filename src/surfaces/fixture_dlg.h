@@ -4,8 +4,8 @@
 
 namespace velgrove {
 
-/// The dialog of a conventional fixture. While it is open the hand holds the fixture's channel: opening takes
-/// the level over from the cue players.
+/// The dialog of a conventional fixture. Opening takes its level over from the cue players: the channel is
+/// the hand's until the next cue writes it.
 class FixtureDlg {
  public:
   FixtureDlg(ShowState& show, Machine& machine, FixtureForm::Wiring wiring);

@@ -192,7 +192,7 @@ void FixtureForm::setLevel(int level, const std::function<void(clsFixture&)>& be
   writeManual(fixture->Channel, level);
 }
 
-/// The group's texts follow with the next display; its channels don't wait.
+/// Outside Blind the group's texts follow with the next display; its channels don't wait.
 void FixtureForm::setByPercent(int level) {
   const auto fixture = current();
   if (inputHolds(*fixture, level)) return;

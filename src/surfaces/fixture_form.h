@@ -27,6 +27,8 @@ class FixtureForm {
   struct Wiring {
     /// The plot that the operator works on; Fault::ObjectMissing when none is open.
     std::function<frmDocument&()> document;
+    /// Shows one of `pointers` over all plots.
+    std::function<void(int pointer)> setPointer;
     /// Gives the focus back to the frame's active window.
     std::function<void()> focusFrame;
   };

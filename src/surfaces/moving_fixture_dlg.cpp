@@ -111,12 +111,12 @@ void MovingFixtureDlg::VSlider2_Change() {
   });
 }
 
-/// A light whose position channels would lie beyond the last one takes no position.
+/// A channel beyond the last takes no position, and a light without a channel has none behind it.
 void MovingFixtureDlg::setPosition(const Slider& slider, Label& label, const char* axis, int channelsBehind) {
   const auto fixture = Dialog.current();
   if (fixture == nullptr) return;
   label.Caption = axis + std::to_string(slider.value());
-  Dialog.writeManual(fixture->Channel + channelsBehind, slider.value());
+  if (fixture->Channel != 0) Dialog.writeManual(fixture->Channel + channelsBehind, slider.value());
 }
 
 void MovingFixtureDlg::VSlider3_Change() {
@@ -153,8 +153,7 @@ void MovingFixtureDlg::cmdAttachMouse_Click() {
   m_errors.steps([&] { Mouse_Attach.setEnabled(true); }, [&] { Mouse_Attach.setInterval(AttachInterval); },
                  [&] { cmdAttachMouse.Enabled = false; },
                  [&] { Dialog.Window.MousePointer = pointers::Cross; },
-                 [&] { m_wiring.document().Window.MousePointer = pointers::Cross; },
-                 [&] { m_wiring.document().FlpCAD1.ViewMousePointer = pointers::Cross; });
+                 [&] { m_wiring.setPointer(pointers::Cross); });
 }
 
 void MovingFixtureDlg::Mouse_Attach_Timer() {
@@ -180,9 +179,7 @@ void MovingFixtureDlg::detachMouse() {
   Dialog.MouseHelper1.ButtonDown = false;
   cmdAttachMouse.Enabled = true;
   Dialog.Window.MousePointer = pointers::Default;
-  frmDocument& plot = m_wiring.document();
-  plot.Window.MousePointer = pointers::Default;
-  plot.FlpCAD1.ViewMousePointer = pointers::Default;
+  m_wiring.setPointer(pointers::Default);
 }
 
 }  // namespace velgrove

@@ -118,10 +118,12 @@ TEST_F(Placing, TheDeleteToolTakesAFixtureAwayWithItsLevelAndGivesTheHighestChan
   for (double x : {100.0, 300.0, 500.0}) place(1, {x, 500});
   const std::size_t three = shapeCount();
   show.ManualLevels.fill(77);
+  show.ProjectDirty = false;
   plot->DelTool();
   EXPECT_EQ(plot->FlpCAD1.cursor(), "delete");
   press(mouse::Left, {500, 500});
   EXPECT_EQ(channels(), (std::vector{1, 2}));
+  EXPECT_TRUE(show.ProjectDirty);
   EXPECT_EQ((std::pair<int, int>(show.ManualLevels[2], show.ManualLevels[1])), (std::pair<int, int>(0, 77)));
   EXPECT_EQ(shapeCount(), three / 3 * 2) << "nothing of it stays on the plot";
   EXPECT_EQ(show.CurrentFixture->Channel, 3);
@@ -162,7 +164,7 @@ TEST_F(Placing, DeletingAMovingLightGivesItsThreeChannelsBack) {
   EXPECT_EQ(channels(), (std::vector{1, 3, 4})) << "the channels of its position stay patched";
 }
 
-TEST_F(Placing, AFixtureWithoutAChannelIsDeletedWithoutABox) {
+TEST_F(Placing, AFixtureWithoutAChannelIsDeletedToo) {
   add(0);
   open();
   boxes.clear();
@@ -170,6 +172,7 @@ TEST_F(Placing, AFixtureWithoutAChannelIsDeletedWithoutABox) {
   press(mouse::Left, {500, 500});
   EXPECT_TRUE(boxes.empty());
   EXPECT_EQ(plot->FlpCAD1.shapeAt({500, 500}), -1);
+  EXPECT_EQ(view->colFixtures().count(), 0);
 }
 
 TEST_F(Placing, TheDeleteKeyPaintsTheSelectionIntoTheGround) {
@@ -179,7 +182,9 @@ TEST_F(Placing, TheDeleteKeyPaintsTheSelectionIntoTheGround) {
   const clsFixture gone = at(3);
   plot->Form_KeyDown(13);
   EXPECT_EQ(view->colFixtures().count(), 3);
+  show.ProjectDirty = false;
   plot->Form_KeyDown(46);
+  EXPECT_TRUE(show.ProjectDirty);
   EXPECT_EQ(channels(), (std::vector{2, 3})) << "channel 3 isn't at the third place any more";
   EXPECT_EQ(plot->LastChannel, 2);
   EXPECT_EQ(show.SelectionCount, 0);

@@ -82,6 +82,13 @@ TEST_F(View, ARubberBandIsRememberedAndShownWhenTheWindowComesToTheFront) {
   expectExtents(limits(), {100, 900, 300, 600});
   EXPECT_GT(drawing.revision(), before);
   EXPECT_EQ(plot->HScroll1.value(), 100);
+
+  plot->NetSelectTool();
+  drawing.press(mouse::Left, 0, {100, 100});
+  drawing.move(mouse::Left, 0, {300, 400});
+  plot->SelectTool();
+  drawing.release(mouse::Left, 0, {300, 400});
+  EXPECT_EQ(view->colZooms().count(), 2) << "another tool ends the one before";
 }
 
 TEST_F(View, EachToolSetsItsModeItsCursorAndTheControl) {

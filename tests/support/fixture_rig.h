@@ -11,9 +11,14 @@ template <class Dlg>
 class FixtureRig : public PlotRig {
  protected:
   int focused = 0;
+  int plotPointer = pointers::Default;  ///< over the plots
   Dlg dialog{show,
              machine,
-             {.document = [this]() -> frmDocument& { return *plot; }, .focusFrame = [this] { ++focused; }}};
+             {.document = [this]() -> frmDocument& { return *plot; },
+              .setPointer = [this](int shape) { plotPointer = shape; },
+              .focusFrame = [this] { ++focused; }}};
+
+  std::vector<clsFixture*> followers;
 
   void TearDown() override { EXPECT_TRUE(boxes.empty()); }
 
@@ -23,9 +28,9 @@ class FixtureRig : public PlotRig {
     return fixture;
   }
   clsFixture& addSelected(int channel) {
-    clsFixture& fixture = add(channel, 0);
-    fixture.Selected = 1;
-    return fixture;
+    followers.push_back(&add(channel, 0));
+    followers.back()->Selected = 1;
+    return *followers.back();
   }
 
   /// Opens the dialog for a fixture, and the plot before it. The plot's timers stand still.
@@ -33,6 +38,7 @@ class FixtureRig : public PlotRig {
     if (!plot) {
       open();
       plot->stopTimers();
+      for (clsFixture* one : followers) one->Selected = 1;
     }
     show.CurrentFixture =
         *std::ranges::find(view->colFixtures(), &fixture, [](auto& one) { return one.get(); });

@@ -106,6 +106,15 @@ TEST_F(FixtureDialog, SliderPercentSpinnerAndWheelFollowEachOther) {
   }
 }
 
+TEST_F(FixtureDialog, FollowsASlowHandToBothEnds) {
+  openFor(add(5, 100));
+  for (const auto& [way, level] :
+       {std::pair(std::array{9, 7, 6, 3, 0}, "0"), std::pair(std::array{245, 248, 250, 252, 255}, "255")}) {
+    for (const int place : way) dialog.VSlider1.drag(place);
+    EXPECT_EQ(manual(5), level);
+  }
+}
+
 TEST_F(FixtureDialog, CannotPullALevelBelowTheInputExceptFromFull) {
   clsFixture& fixture = add(5, 150);
   show.DMXInput[4] = 100;

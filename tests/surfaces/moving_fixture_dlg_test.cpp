@@ -20,8 +20,7 @@ class MovingFixtureDialog : public FixtureRig<MovingFixtureDlg> {
   }
   void expectPointers(int pointer) const {
     EXPECT_EQ(form.Window.MousePointer, pointer);
-    EXPECT_EQ(plot->Window.MousePointer, pointer);
-    EXPECT_EQ(plot->FlpCAD1.ViewMousePointer, pointer);
+    EXPECT_EQ(plotPointer, pointer);
     EXPECT_EQ(dialog.cmdAttachMouse.Enabled, pointer == pointers::Default);
     EXPECT_EQ(dialog.Mouse_Attach.enabled(), pointer == pointers::Cross);
   }
@@ -82,6 +81,13 @@ TEST_F(MovingFixtureDialog, MovesNothingBeyondTheLastChannel) {
     EXPECT_EQ(dialog.YLEV.Caption, "Y:100");
     dialog.Unload();
   }
+}
+
+TEST_F(MovingFixtureDialog, WithoutAChannelMovesNoOther) {
+  openFor(add(0, 51));
+  dialog.VSlider3.drag(200);
+  EXPECT_EQ(dialog.xlev.Caption, "X:200");
+  EXPECT_EQ(manual(1, 2), "0 0");
 }
 
 TEST_F(MovingFixtureDialog, TakesTheGroupAlongInBrightnessButWritesItsOwnChannelAlone) {
