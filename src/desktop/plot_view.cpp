@@ -279,12 +279,16 @@ void PlotView::wheelEvent(QWheelEvent* event) {
 }
 
 /// A held key counts once.
+/// Delete, and Home for the whole plot: zooms and drags of the view can leave it far out of sight.
 void PlotView::keyPressEvent(QKeyEvent* event) {
-  if (event->key() != Qt::Key_Delete) return QWidget::keyPressEvent(event);
-  constexpr int DeleteKey = 46;
+  const bool home = event->key() == Qt::Key_Home;
+  if (event->key() != Qt::Key_Delete && !home) return QWidget::keyPressEvent(event);
   if (event->isAutoRepeat()) return;
-  m_face.deliver([find = m_find] {
-    if (frmDocument* document = find()) document->Form_KeyDown(DeleteKey);
+  m_face.deliver([find = m_find, home] {
+    constexpr int DeleteKey = 46;
+    frmDocument* document = find();
+    if (document == nullptr) return;
+    home ? document->showWholePlot() : document->Form_KeyDown(DeleteKey);
   });
 }
 

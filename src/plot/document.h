@@ -167,6 +167,8 @@ class frmDocument {
   /// `direction` false the view's size is multiplied by `step` about its own middle.
   void WorldZoom(bool direction, double step, double x, double y);
 
+  void showWholePlot() { showLimits(World); }
+
   void FlpCAD1_WorldMouseDown(int button, int flags, double x, double y);
   void FlpCAD1_WorldMouseUp(int button, int flags, double x, double y);
   void FlpCAD1_WorldMouseMove(int button, int flags, double x, double y);

@@ -224,6 +224,9 @@ TEST_F(PlotOnScreen, TheWheelAndTheMiddleButtonMoveTheView) {
   screen.settle();
   EXPECT_NEAR(left - limits().left, 30 / document.FlpCAD1.pixelsPerUnit(), 1e-6);
   EXPECT_EQ(plot.cursor().shape(), Qt::ArrowCursor);
+  plot.setFocus();
+  screen.key(Qt::Key_Home);
+  EXPECT_EQ(limits(), whole);
 }
 
 TEST_F(PlotOnScreen, TheFootTellsThePlaceOfTheMouseAndTheFixtureUnderIt) {
