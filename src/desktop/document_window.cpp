@@ -66,14 +66,15 @@ void DocumentWindow::scroll(const QWheelEvent& event) {
   QPoint turn = event.angleDelta();
   if ((event.modifiers() & Qt::ShiftModifier) != 0 && turn.x() == 0) turn = turn.transposed();
   QScrollBar& bar = std::abs(turn.x()) > std::abs(turn.y()) ? m_horizontal : m_vertical;
-  if (bar.pageStep() >= bar.maximum()) return;
+  if (bar.minimum() == bar.maximum()) return;
   const int angle = &bar == &m_horizontal ? turn.x() : turn.y();
   QWheelEvent along(event.position(), event.globalPosition(), {}, {0, angle}, event.buttons(), {},
                     event.phase(), event.inverted());
   QApplication::sendEvent(&bar, &along);
 }
 
-/// While the hand holds the bar, it isn't written; keys and clicks go to the control as a new value.
+/// The bar's handle is as long as the part of the plot that is in view, and goes to the plot's end. While the
+/// hand holds the bar, it isn't written; keys and clicks go to the control as a new value.
 void DocumentWindow::bindScrollBar(QScrollBar& bar, const FindSlider& slider) {
   const auto shown = m_bindings.mirror(
       [this, slider, across = bar.orientation() == Qt::Horizontal]() -> ScrollLook {
@@ -81,11 +82,12 @@ void DocumentWindow::bindScrollBar(QScrollBar& bar, const FindSlider& slider) {
         if (document == nullptr) return {};
         const Slider& control = *slider(*document);
         const Extents& world = document->FlpCAD1.limits();
-        const double page = across ? world.width() : world.height();
+        const double size = across ? world.width() : world.height();
+        const int page = static_cast<int>(std::min<double>(size, control.max()));
         return {.min = control.min(),
-                .max = control.max(),
+                .max = std::max(control.max() - page, control.value()),
                 .value = control.value(),
-                .page = static_cast<int>(std::min<double>(page, control.max()))};
+                .page = page};
       },
       [&bar](const ScrollLook& look) {
         const QSignalBlocker quiet(&bar);

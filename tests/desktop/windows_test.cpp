@@ -100,6 +100,8 @@ TEST_F(OpenDesk, AnotherShowBringsItsOwnPlotAndRows) {
 TEST_F(OpenDesk, AScrollBarIsntWrittenWhileTheHandHoldsIt) {
   auto& bar = named<QScrollBar>("frmDocument/HScroll1");
   Slider& control = house.desk.frame.ActiveForm().HScroll1;
+  EXPECT_EQ(bar.maximum(), 0) << "all of the plot is in view";
+  screen.onDesk([&] { house.desk.frame.ActiveForm().WorldZoom(true, 0.5, 250, 500); });
   const QPoint thumb(15, bar.height() / 2);
   screen.press(bar, thumb);
   screen.moveTo(bar, thumb + QPoint(100, 0));
@@ -111,8 +113,9 @@ TEST_F(OpenDesk, AScrollBarIsntWrittenWhileTheHandHoldsIt) {
   screen.release(bar, thumb + QPoint(100, 0));
   EXPECT_EQ(bar.value(), 0);
   bar.setFocus();
-  screen.key(Qt::Key_PageDown);  // by what the view shows, the whole world
-  EXPECT_EQ(control.value(), 1000);
+  screen.key(Qt::Key_PageDown);  // by what the view shows, half of the plot
+  EXPECT_EQ(control.value(), 500);
+  EXPECT_EQ(bar.maximum(), 500) << "where the plot ends";
 }
 
 TEST_F(OpenDesk, AnOpenComboShowsAllItsItems) {
