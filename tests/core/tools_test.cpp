@@ -152,9 +152,11 @@ TEST_F(Tools, LockingTheFixturesTwiceOpensThemAgain) {
   tool("ID_LockFixtures");
   EXPECT_TRUE(desk->show.FixturesLocked && toolState("ID_LockFixtures").Pressed);
   EXPECT_FALSE(desk->windows.DocumentForm->Window.Enabled);
+  desk->windows.openDocument();
+  EXPECT_FALSE(desk->windows.DocumentForm->Window.Enabled) << "the lock holds for every plot";
   tool("ID_LockFixtures");
   EXPECT_FALSE(desk->show.FixturesLocked || toolState("ID_LockFixtures").Pressed);
-  EXPECT_TRUE(desk->windows.DocumentForm->Window.Enabled);
+  for (const auto& document : desk->windows.Documents) EXPECT_TRUE(document->Window.Enabled);
   EXPECT_THAT(takeBoxes(), ElementsAre("Fixtures Locked!", "Fixtures Unlocked."));
 }
 

@@ -54,10 +54,12 @@ TEST_F(Picking, ColoursTellTheStateOfAFixture) {
   EXPECT_EQ(plot->AGauge2.value(), 0);
   plot->SelectTool();
   EXPECT_EQ(colours(2), (Colours{Red, Black, Red, Red, Red})) << "the tool is put away";
+  tick();
   click({200, 500}, mouse::Ctrl);
   click({400, 500}, mouse::Ctrl);
   for (int channel : {1, 2}) {
     EXPECT_EQ(colours(channel)[0], Blue);
+    EXPECT_EQ(colours(channel)[3], White) << "no text tells of a selection";
     EXPECT_EQ(colours(channel)[1], Green);
     EXPECT_EQ(colours(channel)[2], Green);
   }
