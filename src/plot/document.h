@@ -226,7 +226,7 @@ class frmDocument {
   void openFixtureAt(Point at);
   void deleteFixtureAt(Point at);
   void giveChannelBack(const clsFixture& fixture);
-  void takeOffShow(const clsFixture& fixture);
+  void takeOffShow(const clsFixture& fixture) const;
   void eraseOutline(clsFixture& fixture);
   void hide(clsFixture& fixture);
 

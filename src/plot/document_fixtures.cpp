@@ -73,7 +73,7 @@ void frmDocument::deleteFixtureAt(Point at) {
 }
 
 /// Fixtures go by their channel. One that has none can only go by itself.
-void frmDocument::takeOffShow(const clsFixture& fixture) {
+void frmDocument::takeOffShow(const clsFixture& fixture) const {
   auto& fixtures = GetCurrentView()->colFixtures();
   if (fixture.Channel != 0) return SearchRemove(fixtures, fixture.Channel);
   for (int position = 1; position <= fixtures.count(); ++position)

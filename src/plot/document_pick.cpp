@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <span>
 
 #include "controls/numbers.h"
 #include "plot/document.h"
@@ -56,11 +57,10 @@ std::vector<std::shared_ptr<clsFixture>> frmDocument::ownSelection() const {
 
 void frmDocument::deselect(const clsFixture& fixture) {
   const auto isIt = [&](const auto& one) { return one.get() == &fixture; };
-  auto& selected = m_show.SelectedFixtures;
-  const auto end = selected.begin() + m_show.SelectionCount;
-  const auto kept = std::remove_if(selected.begin(), end, isIt);
-  std::fill(kept, end, nullptr);
-  m_show.SelectionCount = narrow<std::int16_t>(kept - selected.begin());
+  const std::span selected(m_show.SelectedFixtures.begin(), static_cast<std::size_t>(m_show.SelectionCount));
+  const auto gone = std::ranges::remove_if(selected, isIt);
+  std::ranges::fill(gone, nullptr);
+  m_show.SelectionCount = narrow<std::int16_t>(m_show.SelectionCount - std::ssize(gone));
   if (isIt(m_show.SelectedFixture)) m_show.SelectedFixture = nullptr;
 }
 
