@@ -166,7 +166,7 @@ class Slider {
     if (changed) raise(Change);
   }
   /// Back to the design, without an event.
-  void reset() { m_value = m_min; }
+  void reset() { m_value = m_hand = m_min; }
 
  private:
   bool take(int value) { return takeNew(m_value, std::clamp(value, m_min, m_max)); }
