@@ -147,6 +147,19 @@ TEST_F(FixtureOnScreen, ShowsWhatTheInputHoldsAndTheHandCantPullBelow) {
   screen.press(fader(), onFader(fader(), 0.1));
   screen.release(fader(), onFader(fader(), 0.1));
   EXPECT_EQ(manual(), 153);
+
+  QWidget& holds = named("FixtureDlg/DmxHolds");
+  const auto onScreen = [&] {
+    const QPoint mark = holds.mapTo(holds.window(), QPoint(4, holds.height() / 2 - 1));
+    return holds.screen()->grabWindow(holds.window()->winId()).toImage().pixelColor(mark);
+  };
+  EXPECT_EQ(onScreen(), theme::colour("input"));
+  for (const int nothing : {7, 0}) {
+    screen.onDesk([&] { desk.show.DMXInput[channel()] = static_cast<std::uint8_t>(nothing); });
+    EXPECT_EQ(named<QLabel>("FixtureDlg/DmxHolds").text(), "");
+    EXPECT_FALSE(fader().mark());
+    EXPECT_EQ(onScreen(), theme::colour("panel"));
+  }
 }
 
 TEST_F(FixtureOnScreen, WearsTheColourOfTheHandAndInBlindThatOfBlind) {
@@ -229,6 +242,14 @@ TEST_F(FixtureOnScreen, PropertiesAreWrittenByOkAndByNoOtherEnd) {
     EXPECT_FALSE(desk.windows.Fixture.Dialog.Window.Loaded);
     EXPECT_EQ(fixture->Mood, end.writes ? "Warm" : "Cold");
   }
+}
+
+TEST_F(FixtureOnScreen, EnterMeansOkAgainAfterCancelWasPressed) {
+  open();
+  screen.click(named("FixtureDlg/CancelButton"));
+  open();
+  EXPECT_TRUE(named<QPushButton>("FixtureDlg/Command1").isDefault());
+  EXPECT_FALSE(named<QPushButton>("FixtureDlg/CancelButton").isDefault());
 }
 
 TEST_F(FixtureOnScreen, TheTabsAndEveryControlAreReachedByKeys) {
