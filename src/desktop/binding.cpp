@@ -4,6 +4,7 @@
 #include <QSignalBlocker>
 #include <algorithm>
 
+#include "desktop/lost_release.h"
 #include "desktop/theme.h"
 
 namespace velgrove {
@@ -331,6 +332,7 @@ void Bindings::bind(QGroupBox* group, const Find<Frame>& find) {
 }
 
 void Bindings::bind(QAbstractSlider* slider, const Find<Slider>& find) {
+  new LostRelease(slider);
   const Underway underway;
   const auto shown = std::make_shared<SliderLook>();
   shown->max = -1;  // as no control has it

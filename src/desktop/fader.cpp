@@ -107,11 +107,6 @@ void Fader::mouseReleaseEvent(QMouseEvent* event) {
   update();
 }
 
-void Fader::hideEvent(QHideEvent* event) {
-  setSliderDown(false);
-  QAbstractSlider::hideEvent(event);
-}
-
 void Fader::changeEvent(QEvent* event) {
   if (event->type() == QEvent::EnabledChange && !isEnabled()) setSliderDown(false);
   QAbstractSlider::changeEvent(event);

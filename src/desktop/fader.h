@@ -29,6 +29,9 @@ class Fader : public QAbstractSlider {
   void setMark(std::optional<int> value);
   [[nodiscard]] std::optional<int> mark() const { return m_mark; }
 
+  /// Where the middle of the handle stands for a value.
+  [[nodiscard]] QPointF placeOf(int value) const { return {axis(), heightOf(value)}; }
+
   [[nodiscard]] QSize sizeHint() const override;
   [[nodiscard]] QSize minimumSizeHint() const override;
 
@@ -37,7 +40,6 @@ class Fader : public QAbstractSlider {
   void mousePressEvent(QMouseEvent* event) override;
   void mouseMoveEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
-  void hideEvent(QHideEvent* event) override;
   void changeEvent(QEvent* event) override;
 
  private:

@@ -79,7 +79,7 @@ void FixtureDialog::dress(const char* sliderName) {
   m_level.setProperty("type", "level");
   m_name.setProperty("type", "moniker");
   for (QPushButton* button : {&m_ok, &m_cancel}) button->setProperty("role", "dialog");
-  m_ok.setDefault(true);
+  setDefault(m_ok);
   m_fader.setSingleStep(OnePercent);
   m_fader.setPageStep(TenPercent);
   std::vector<Fader::ScaleMark> scale{{.value = FullLevel, .words = "FL"}};
@@ -148,8 +148,9 @@ FixtureDialog::Held FixtureDialog::held() const {
 
 void FixtureDialog::show(const Held& held) {
   m_fader.setFill(held.blind ? "blind" : "manual");
-  m_fader.setMark(held.input > 0 ? std::optional(held.input) : std::nullopt);
-  m_inputHolds.setLevel(held.input);
+  const int percent = qRound(DMXToPct(static_cast<std::int16_t>(held.input)));
+  m_fader.setMark(percent > 0 ? std::optional(held.input) : std::nullopt);
+  m_inputHolds.setLevel(percent);
   theme::setState(&m_level, "state", held.blind ? "blind" : "stage");
 }
 

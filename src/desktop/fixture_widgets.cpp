@@ -99,9 +99,9 @@ InputHolds::InputHolds() {
   setTextFormat(Qt::PlainText);
 }
 
-void InputHolds::setLevel(int level) {
-  const float percent = DMXToPct(static_cast<std::int16_t>(level));
-  setText(level > 0 ? QString("DMX input holds %1").arg(qRound(percent)) : QString());
+void InputHolds::setLevel(int percent) {
+  setText(percent > 0 ? QString("DMX input holds %1").arg(percent) : QString());
+  update();  // the mark too, which stands beside the words' place
 }
 
 void InputHolds::paintEvent(QPaintEvent* event) {

@@ -36,15 +36,14 @@ class FixtureSymbol : public QWidget {
   PlotPainter m_painter;
 };
 
-/// "DMX input holds 30", with the triangle that stands for the input on the plot; nothing when it holds
-/// nothing.
+/// "DMX input holds 30", with the triangle that stands for the input on the plot; empty at 0.
 class InputHolds : public QLabel {
   Q_OBJECT
 
  public:
   InputHolds();
-  /// A DMX value, 0 to 255.
-  void setLevel(int level);
+  /// Per cent, 0 to 100.
+  void setLevel(int percent);
 
  protected:
   void paintEvent(QPaintEvent* event) override;

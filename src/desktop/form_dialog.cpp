@@ -37,7 +37,18 @@ void FormDialog::show(const Look& look) {
     if (look.modal || !appears) activateWindow();
   }
   m_fronts = look.fronts;
-  if (appears) appear();
+  if (!appears) return;
+  appear();
+  if (m_default != nullptr) m_default->setDefault(true);  // the button that closed it was the default then
+}
+
+void FormDialog::appear() {
+  if (m_default != nullptr) m_default->setFocus();
+}
+
+void FormDialog::setDefault(QPushButton& button) {
+  m_default = &button;
+  button.setDefault(true);
 }
 
 void FormDialog::closeEvent(QCloseEvent* event) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QDialog>
+#include <QPushButton>
 #include <functional>
 
 #include "controls/form.h"
@@ -22,8 +23,10 @@ class FormDialog : public QDialog {
   [[nodiscard]] Bindings& bindings() { return m_bindings; }
   /// The dialog is about to come up: takes its size and place, so that it is never seen elsewhere.
   virtual void takePlace() {}
-  /// The dialog comes up: takes the focus to its place.
-  virtual void appear() {}
+  /// The dialog comes up: takes the focus to its place. That is the default button, when it has no better.
+  virtual void appear();
+  /// What Enter presses where the focus is on no other button, each time the dialog comes up.
+  void setDefault(QPushButton& button);
 
   void closeEvent(QCloseEvent* event) override;
   void reject() override;
@@ -42,6 +45,7 @@ class FormDialog : public QDialog {
   std::function<void()> m_close;
   Bindings m_bindings;
   unsigned m_fronts = 0;
+  QPushButton* m_default = nullptr;
 };
 
 }  // namespace velgrove

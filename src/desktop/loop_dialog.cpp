@@ -57,7 +57,7 @@ LoopDialog::LoopDialog(FrameWindow& frame, Face& face, frmLoop& form)
     button->setProperty("role", "dialog");
     bindings().bind(button, [&form, control] { return &(form.*control); });
   }
-  m_ok.setDefault(true);
+  setDefault(m_ok);
   layOut();
   // Tied last: the fields have their texts when the first one is marked.
   bindings().mirror([&form] { return std::pair(form.Window.Visible, placeOf(form.Window).topLeft()); },

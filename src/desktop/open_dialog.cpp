@@ -36,7 +36,7 @@ OpenDialog::OpenDialog(QWidget* above, Face& face, frmOpenProject& form)
     button->setProperty("role", "dialog");
     buttons->addWidget(button);
   }
-  m_open.setDefault(true);
+  setDefault(m_open);
   m_cancel.setAutoDefault(false);
   all->addLayout(buttons);
   bindings().bind(&m_open, [this] { return &m_form.cmdOpenButton; });

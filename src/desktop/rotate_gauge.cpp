@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <numbers>
 
+#include "desktop/lost_release.h"
 #include "desktop/theme.h"
 
 namespace velgrove {
@@ -45,6 +46,7 @@ RotateGauge::RotateGauge(Bindings& bindings, const Bindings::Find<Gauge>& find, 
   setRange(0, Round);  // of a dial that wraps, the end is the start
   setPageStep(ShortMark);
   setCursor(Qt::ArrowCursor);
+  new LostRelease(this);
   hide();
   m_shown = bindings.mirror(
       [find]() -> Look {
@@ -92,20 +94,11 @@ void RotateGauge::mousePressEvent(QMouseEvent* event) {
 }
 
 void RotateGauge::mouseMoveEvent(QMouseEvent* event) {
-  if (!isSliderDown()) return;
-  if (event->buttons().testFlag(Qt::LeftButton))
-    turnTo(*event);
-  else
-    setSliderDown(false);  // a box took the release
+  if (isSliderDown()) turnTo(*event);
 }
 
 void RotateGauge::mouseReleaseEvent(QMouseEvent* event) {
   if (event->button() == Qt::LeftButton) setSliderDown(false);
-}
-
-void RotateGauge::focusOutEvent(QFocusEvent* event) {
-  QDial::focusOutEvent(event);
-  setSliderDown(false);
 }
 
 void RotateGauge::wheelEvent(QWheelEvent* event) {

@@ -141,17 +141,13 @@ SaveQuestion::SaveQuestion(QWidget* above, Face& face, frmWanttoSave& form)
     dress(*button, name);
     row->addWidget(button);
   }
-  m_save.setDefault(true);
+  setDefault(m_save);
   column->addLayout(row);
   setMinimumWidth(460);
   bindings().bind(&m_words, [&form] { return &form.Label1; });
   bindings().bind(&m_save, [&form] { return &form.Save; });
   bindings().bind(&m_dontSave, [&form] { return &form.DontSave; });
   bindings().bind(&m_cancel, [&form] { return &form.Cancel; });
-}
-
-void SaveQuestion::appear() {
-  m_save.setFocus();
 }
 
 // ---- The warning before a paste
@@ -173,7 +169,7 @@ PasteQuestion::PasteQuestion(QWidget* above, Face& face, frmConfirmPaste& form)
     dress(*button, name);
     row->addWidget(button);
   }
-  m_no.setDefault(true);
+  setDefault(m_no);
   column->addLayout(row);
   bindings().bind(&m_question, [&form] { return &form.Question; });
   bindings().bind(&m_warning, [&form] { return &form.Warning; });
@@ -191,7 +187,7 @@ AboutWindow::AboutWindow(QWidget* above, Face& face, frmAbout& form)
   m_words.setObjectName("Description");
   column->addWidget(&m_words);
   dress(m_ok, "cmdOK");
-  m_ok.setDefault(true);
+  setDefault(m_ok);
   column->addWidget(&m_ok, 0, Qt::AlignRight);
   setMinimumWidth(320);
   bindings().bind(&m_words, [&form] { return &form.Description; });

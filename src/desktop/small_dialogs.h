@@ -55,9 +55,6 @@ class SaveQuestion : public FormDialog {
  public:
   SaveQuestion(QWidget* above, Face& face, frmWanttoSave& form);
 
- protected:
-  void appear() override;
-
  private:
   QLabel m_words;
   QPushButton m_save, m_dontSave, m_cancel;

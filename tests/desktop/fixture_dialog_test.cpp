@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "desktop/theme.h"
+#include "desktop/twips.h"
 #include "support/desk_on_screen.h"
 
 namespace velgrove::test {
@@ -27,20 +28,18 @@ struct FixtureOnScreen : testing::Test {
       auto& moving = desk.windows.MovingFixture;
       auto& plain = desk.windows.Fixture;
       FixtureForm& form = kind == "FixtureDlg" ? plain.Dialog : moving.Dialog;
-      form.Window.Left = twipsOf(at.x());
-      form.Window.Top = twipsOf(at.y());
+      form.Window.Left = twips(at.x());
+      form.Window.Top = twips(at.y());
       kind == "FixtureDlg" ? plain.Show() : moving.Show();
     });
   }
   void open() { open("FixtureDlg", {200, 150}); }
 
-  static float twipsOf(int pixels) { return static_cast<float>(pixels) * 15; }
   static QString text(const QString& field) { return named<QLineEdit>("FixtureDlg/" + field).text(); }
   static QWidget* focus() { return QApplication::focusWidget(); }
   static Fader& fader(const QString& path = "FixtureDlg/VSlider1") { return named<Fader>(path); }
   static QPoint onFader(const Fader& fader, double share) {
-    constexpr int EndOfTravel = 18;
-    return {36, qRound(fader.height() - EndOfTravel - share * (fader.height() - 2 * EndOfTravel))};
+    return fader.placeOf(qRound(share * fader.maximum())).toPoint();
   }
   [[nodiscard]] int manual(int behind = 0) const {
     return desk.show.ManualLevels[channelIndex(fixture->Channel + behind)];
@@ -60,22 +59,6 @@ struct FixtureOnScreen : testing::Test {
   LightingDesk& desk = house.desk;
   std::shared_ptr<clsFixture> fixture;
 };
-
-TEST_F(FixtureOnScreen, ItsSymbolGlowsAsOnThePlot) {
-  open();
-  const auto dark = [] {
-    const QImage symbol = named("FixtureDlg/Light").grab().toImage();
-    int found = 0;
-    for (int y = 0; y < symbol.height(); ++y)
-      for (int x = 0; x < symbol.width(); ++x)
-        found += symbol.pixelColor(x, y) == theme::colour("well") ? 1 : 0;
-    return found;
-  };
-  const int before = dark();
-  setLevel("100");
-  wait(400);
-  EXPECT_LT(dark(), before - 1500);
-}
 
 TEST_F(FixtureOnScreen, OpensWithItsLevelMarkedSoThatTypingSetsIt) {
   open();
@@ -140,6 +123,17 @@ TEST_F(FixtureOnScreen, TheFaderStaysInTheHandAndRestsWhereTheDeskPutsIt) {
   EXPECT_EQ(const_cast<QAccessibleInterface*>(spoken)->valueInterface()->currentValue(), 255);
 }
 
+TEST_F(FixtureOnScreen, TheFaderLetsGoWhenABoxTookTheRelease) {
+  open();
+  screen.press(fader(), onFader(fader(), 0.6));
+  screen.expectBox("Lamp");
+  screen.onDesk([&] { screen.face.postBox({.text = "Lamp"}); });
+  setLevel("80");
+  EXPECT_EQ(fader().value(), 204);
+  screen.moveTo(fader(), onFader(fader(), 0.3));
+  EXPECT_EQ(fader().value(), 204);
+}
+
 TEST_F(FixtureOnScreen, ShowsWhatTheInputHoldsAndTheHandCantPullBelow) {
   open();
   setLevel("60");
@@ -153,6 +147,19 @@ TEST_F(FixtureOnScreen, ShowsWhatTheInputHoldsAndTheHandCantPullBelow) {
   screen.press(fader(), onFader(fader(), 0.1));
   screen.release(fader(), onFader(fader(), 0.1));
   EXPECT_EQ(manual(), 153);
+
+  QWidget& holds = named("FixtureDlg/DmxHolds");
+  const auto onScreen = [&] {
+    const QPoint mark = holds.mapTo(holds.window(), QPoint(4, holds.height() / 2 - 1));
+    return holds.screen()->grabWindow(holds.window()->winId()).toImage().pixelColor(mark);
+  };
+  EXPECT_EQ(onScreen(), theme::colour("input"));
+  for (const int nothing : {7, 0}) {
+    screen.onDesk([&] { desk.show.DMXInput[channel()] = static_cast<std::uint8_t>(nothing); });
+    EXPECT_EQ(named<QLabel>("FixtureDlg/DmxHolds").text(), "");
+    EXPECT_FALSE(fader().mark());
+    EXPECT_EQ(onScreen(), theme::colour("panel"));
+  }
 }
 
 TEST_F(FixtureOnScreen, WearsTheColourOfTheHandAndInBlindThatOfBlind) {
@@ -235,6 +242,14 @@ TEST_F(FixtureOnScreen, PropertiesAreWrittenByOkAndByNoOtherEnd) {
     EXPECT_FALSE(desk.windows.Fixture.Dialog.Window.Loaded);
     EXPECT_EQ(fixture->Mood, end.writes ? "Warm" : "Cold");
   }
+}
+
+TEST_F(FixtureOnScreen, EnterMeansOkAgainAfterCancelWasPressed) {
+  open();
+  screen.click(named("FixtureDlg/CancelButton"));
+  open();
+  EXPECT_TRUE(named<QPushButton>("FixtureDlg/Command1").isDefault());
+  EXPECT_FALSE(named<QPushButton>("FixtureDlg/CancelButton").isDefault());
 }
 
 TEST_F(FixtureOnScreen, TheTabsAndEveryControlAreReachedByKeys) {
