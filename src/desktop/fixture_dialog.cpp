@@ -6,6 +6,7 @@
 #include <QScreen>
 #include <QWheelEvent>
 #include <QWindow>
+#include <algorithm>
 #include <cstdlib>
 
 #include "desktop/dress.h"
@@ -53,10 +54,7 @@ FixtureDialog::FixtureDialog(FrameWindow& frame, Face& face, LightingDesk& desk,
       m_frame(frame),
       m_desk(desk),
       m_form(parts.form),
-      m_symbol(bindings(), [&desk] {
-        return FixtureSymbol::Subject{.plot = desk.windows.ActiveDocument,
-                                      .fixture = desk.show.CurrentFixture};
-      }) {
+      m_symbol(bindings(), [this] { return subject(); }) {
   dress(parts.sliderName);
   layOut();
   bindControls(parts.slider);
@@ -137,6 +135,16 @@ void FixtureDialog::bindState() {
                                 if (m_stands != place) takePlace();
                                 focusFirst(FixtureForm::Settings);
                               });
+}
+
+/// The fixture as long as the plot holds it: when another show was opened, its numbers mean other shapes.
+FixtureSymbol::Subject FixtureDialog::subject() const {
+  const frmDocument* plot = m_desk.windows.ActiveDocument;
+  const auto& fixture = m_desk.show.CurrentFixture;
+  if (!m_form.Window.Visible || plot == nullptr || plot->ActiveView == nullptr) return {};
+  const auto& fixtures = plot->ActiveView->colFixtures();
+  if (std::ranges::find(fixtures, fixture) == fixtures.end()) return {};
+  return {.plot = plot, .fixture = fixture};
 }
 
 FixtureDialog::Held FixtureDialog::held() const {

@@ -69,6 +69,7 @@ class FixtureDialog : public FormDialog {
   void focusFirst(int page);
   void fit();
   [[nodiscard]] QSize decoration() const;
+  [[nodiscard]] FixtureSymbol::Subject subject() const;
   [[nodiscard]] Held held() const;
   void show(const Held& held);
   [[nodiscard]] Place place() const;

@@ -43,23 +43,22 @@ FixtureSymbol::FixtureSymbol(Bindings& bindings, std::function<Subject()> find) 
 /// The plot's other shapes may have changed alone, so the few of this fixture are compared.
 bool FixtureSymbol::copy() {
   const auto [plot, fixture] = m_find();
+  if (plot == nullptr || fixture == nullptr) return false;
   PlotPicture now;
-  if (plot != nullptr && fixture != nullptr) {
-    now.fixtures = {{.body = fixture->Shape,
-                     .channelText = fixture->ChannelTextShape,
-                     .levelText = fixture->LevelTextShape,
-                     .blindText = fixture->DMXInTextShape}};
-    for (const ShapeNumber number :
-         {fixture->Shape, fixture->ChannelTextShape, fixture->LevelTextShape, fixture->DMXInTextShape}) {
-      const Shape* shape = plot->FlpCAD1.find(number);
-      if (shape == nullptr) continue;
-      now.drawing.shapes.push_back(*shape);
-      if (number == fixture->Shape) {
-        now.drawing.shapes.back().colour = Picked;
-        now.drawing.limits = plot->FlpCAD1.extents(number);
-      } else {
-        now.drawing.limits = both(now.drawing.limits, reachOf(*shape));
-      }
+  now.fixtures = {{.body = fixture->Shape,
+                   .channelText = fixture->ChannelTextShape,
+                   .levelText = fixture->LevelTextShape,
+                   .blindText = fixture->DMXInTextShape}};
+  for (const ShapeNumber number :
+       {fixture->Shape, fixture->ChannelTextShape, fixture->LevelTextShape, fixture->DMXInTextShape}) {
+    const Shape* shape = plot->FlpCAD1.find(number);
+    if (shape == nullptr) continue;
+    now.drawing.shapes.push_back(*shape);
+    if (number == fixture->Shape) {
+      now.drawing.shapes.back().colour = Picked;
+      now.drawing.limits = plot->FlpCAD1.extents(number);
+    } else {
+      now.drawing.limits = both(now.drawing.limits, reachOf(*shape));
     }
   }
   std::ranges::sort(now.drawing.shapes, {}, orderOf);

@@ -21,7 +21,7 @@ class FixtureSymbol : public QWidget {
     std::shared_ptr<const clsFixture> fixture = {};
   };
 
-  /// `find` runs with the desk held; either part may be missing.
+  /// `find` runs with the desk held. While a part is missing, the symbol stays as it is.
   FixtureSymbol(Bindings& bindings, std::function<Subject()> find);
 
  protected:

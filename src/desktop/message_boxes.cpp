@@ -1,6 +1,8 @@
 #include "desktop/message_boxes.h"
 
+#include <QApplication>
 #include <QMessageBox>
+#include <QPointer>
 #include <QPushButton>
 #include <vector>
 
@@ -41,6 +43,14 @@ QMessageBox::Icon iconOf(BoxIcon icon) {
   }
 }
 
+/// A box that closes gives the operator back the window that he had before him. The system would take the
+/// frame.
+void giveBack(QWidget* before, const QWidget& box) {
+  const QWidget* active = QApplication::activeWindow();
+  const bool wentOn = active != nullptr && active != &box;
+  if (before != nullptr && before->isVisible() && !wentOn) before->activateWindow();
+}
+
 }  // namespace
 
 void showMessageBox(QWidget* above, const Box& box, bool waitedFor, std::function<void(BoxAnswer)> answered) {
@@ -67,10 +77,14 @@ void showMessageBox(QWidget* above, const Box& box, bool waitedFor, std::functio
   // Aborting ends the desk: it is never a key press away.
   shown->setDefaultButton(box.buttons == BoxButtons::YesNo ? first : last);
   const BoxAnswer byClosing = all.back().answer;
-  QObject::connect(shown, &QMessageBox::finished, shown, [shown, byClosing, answered = std::move(answered)] {
-    const QAbstractButton* clicked = shown->clickedButton();
-    answered(clicked == nullptr ? byClosing : static_cast<BoxAnswer>(clicked->property("answer").toInt()));
-  });
+  const QPointer before = QApplication::activeWindow();
+  QObject::connect(
+      shown, &QMessageBox::finished, shown, [shown, before, byClosing, answered = std::move(answered)] {
+        giveBack(before, *shown);
+        const QAbstractButton* clicked = shown->clickedButton();
+        answered(clicked == nullptr ? byClosing
+                                    : static_cast<BoxAnswer>(clicked->property("answer").toInt()));
+      });
   shown->show();
   shown->raise();
   shown->activateWindow();

@@ -2,7 +2,6 @@
 
 #include <QApplication>
 #include <QCursor>
-#include <QMouseEvent>
 
 namespace velgrove {
 
@@ -11,21 +10,31 @@ MouseWatch::MouseWatch(QObject* parent, Bindings& bindings, const Timer& mode, M
   constexpr int Interval = 30;  // ms
   m_poll.setObjectName("poll");
   m_poll.setInterval(Interval);
-  connect(&m_poll, &QTimer::timeout, this, [this] { tell(QCursor::pos()); });
+  connect(&m_poll, &QTimer::timeout, this, [this] { look(); });
   bindings.mirror([&mode] { return mode.enabled(); }, [this](bool on) { setOn(on); });
 }
 
 void MouseWatch::setOn(bool on) {
   if (std::exchange(m_on, on) == on) return;
-  if (!on) {
-    m_poll.stop();
-    if (!m_pressed) qApp->removeEventFilter(this);
-    return;
-  }
+  if (!on) return keepDown(m_swallowed);
   qApp->installEventFilter(this);
   m_poll.start();
   m_told = QCursor::pos() - QPoint(1, 0);  // so that it is told now
   tell(QCursor::pos());
+}
+
+/// What isn't down any more was let go, wherever its release went. The mode is over for the mouse when the
+/// press that ended it is let go: nothing of the next click is swallowed.
+void MouseWatch::keepDown(Qt::MouseButtons down) {
+  m_swallowed &= down;
+  if (m_on || m_swallowed != Qt::NoButton) return;
+  m_poll.stop();
+  qApp->removeEventFilter(this);
+}
+
+void MouseWatch::look() {
+  if (m_on) tell(QCursor::pos());
+  keepDown(QGuiApplication::mouseButtons());
 }
 
 void MouseWatch::tell(QPoint at) {
@@ -36,30 +45,41 @@ void MouseWatch::tell(QPoint at) {
   });
 }
 
-/// For the desk it stays down until the mode has ended: a click is shorter than the desk looks.
-void MouseWatch::tellButton() {
-  m_pressed = true;
-  if (!m_on) return;
-  m_face.deliver([this] { m_source.ButtonDown = true; });
-}
-
 bool MouseWatch::eventFilter(QObject* /*watched*/, QEvent* event) {
   switch (event->type()) {
     case QEvent::MouseMove:
-      if (m_on) tell(static_cast<QMouseEvent*>(event)->globalPosition().toPoint());
-      return m_pressed;
+      return moves(*static_cast<QMouseEvent*>(event));
     case QEvent::MouseButtonPress:
+      m_swallowed.setFlag(static_cast<QMouseEvent*>(event)->button(), false);  // its release was lost
+      [[fallthrough]];
     case QEvent::MouseButtonDblClick:
-      tellButton();
-      return true;
+      return presses(static_cast<QMouseEvent*>(event)->button());
     case QEvent::MouseButtonRelease:
-      if (static_cast<QMouseEvent*>(event)->buttons() == Qt::NoButton && std::exchange(m_pressed, false) &&
-          !m_on)
-        qApp->removeEventFilter(this);
-      return true;
+      return releases(static_cast<QMouseEvent*>(event)->button());
     default:
       return false;
   }
+}
+
+bool MouseWatch::moves(const QMouseEvent& event) {
+  if (m_on) tell(event.globalPosition().toPoint());
+  keepDown(event.buttons());
+  return m_swallowed != Qt::NoButton;
+}
+
+/// For the desk it stays down until the mode has ended: a click is shorter than the desk looks.
+bool MouseWatch::presses(Qt::MouseButton button) {
+  keepDown(m_swallowed);
+  if (!m_on && m_swallowed == Qt::NoButton) return false;
+  m_swallowed.setFlag(button);
+  if (m_on) m_face.deliver([this] { m_source.ButtonDown = true; });
+  return true;
+}
+
+bool MouseWatch::releases(Qt::MouseButton button) {
+  const bool itsPressToo = m_swallowed.testFlag(button);
+  keepDown(m_swallowed & ~Qt::MouseButtons(button));
+  return itsPressToo;
 }
 
 }  // namespace velgrove

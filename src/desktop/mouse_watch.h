@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QMouseEvent>
 #include <QObject>
 #include <QTimer>
 
@@ -24,14 +25,19 @@ class MouseWatch : public QObject {
  private:
   void setOn(bool on);
   void tell(QPoint at);
-  void tellButton();
+  void look();
+  void keepDown(Qt::MouseButtons down);
+  // Whether it is swallowed:
+  [[nodiscard]] bool moves(const QMouseEvent& event);
+  [[nodiscard]] bool presses(Qt::MouseButton button);
+  [[nodiscard]] bool releases(Qt::MouseButton button);
 
   Face& m_face;
   MouseSource& m_source;
   QTimer m_poll{this};  ///< for where no window of ours lies under the mouse
   QPoint m_told;
   bool m_on = false;
-  bool m_pressed = false;  ///< since the mode began; its release is still to come
+  Qt::MouseButtons m_swallowed;  ///< presses that did nothing; their releases are still to come
 };
 
 }  // namespace velgrove

@@ -16,7 +16,21 @@ PositionPanel::PositionPanel(Bindings& bindings, MovingFixtureDlg& dialog)
   bindings.bind(&m_yCaption, [&dialog] { return &dialog.YLEV; });
   bindings.bind(&m_8bit, [&dialog] { return &dialog.res_8bit; });
   bindings.bind(&m_16bit, [&dialog] { return &dialog.res_16Bit; });
+  // Tied before the button, which can't keep the focus while the mouse is attached.
+  bindings.mirror([&dialog] { return dialog.Mouse_Attach.enabled(); },
+                  [this](bool attached) { handFocusOn(attached); });
   bindings.bind(&m_attach, [&dialog] { return &dialog.cmdAttachMouse; });
+  bindings.mirror([&dialog] { return dialog.cmdAttachMouse.Enabled; },
+                  [this](bool enabled) {
+                    if (enabled && window()->focusWidget() == &m_x && std::exchange(m_lentFocus, false))
+                      m_attach.setFocus();
+                  });
+}
+
+void PositionPanel::handFocusOn(bool attached) {
+  if (!attached || window()->focusWidget() != &m_attach) return;
+  m_lentFocus = true;
+  m_x.setFocus();
 }
 
 void PositionPanel::dress() {

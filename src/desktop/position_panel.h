@@ -23,6 +23,7 @@ class PositionPanel : public QWidget {
   [[nodiscard]] std::vector<QWidget*> controls();
 
  private:
+  void handFocusOn(bool attached);
   void dress();
   void layOut();
 
@@ -31,6 +32,7 @@ class PositionPanel : public QWidget {
   QRadioButton m_8bit, m_16bit;
   QPushButton m_attach;
   MouseWatch m_watch;
+  bool m_lentFocus = false;  ///< by the button to a fader, until the mouse is let go
 };
 
 }  // namespace velgrove

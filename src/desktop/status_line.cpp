@@ -34,6 +34,8 @@ StatusLine::StatusLine(LightingDesk& desk, Bindings& bindings) {
   m_pointerFixture.setObjectName("pointerFixture");
   for (QLabel* label : {&m_online, &m_pointerPlace, &m_pointerFixture, static_cast<QLabel*>(&m_message)})
     label->setContentsMargins(8, 0, 8, 0);
+  for (QLabel* label : {&m_online, &m_pointerPlace, &m_pointerFixture, &m_input, &m_mode, &m_interface})
+    label->setTextFormat(Qt::PlainText);
   addWidget(&m_online);
   addWidget(&m_pointerPlace);
   addWidget(&m_pointerFixture);
@@ -90,6 +92,13 @@ void StatusLine::sizePointer() {
 void StatusLine::changeEvent(QEvent* event) {
   QStatusBar::changeEvent(event);
   if (event->type() == QEvent::StyleChange || event->type() == QEvent::FontChange) sizePointer();
+}
+
+/// On a small screen the interface's state comes first.
+void StatusLine::resizeEvent(QResizeEvent* event) {
+  QStatusBar::resizeEvent(event);
+  constexpr int RoomForPointer = 900;
+  for (QLabel* label : {&m_pointerPlace, &m_pointerFixture}) label->setVisible(width() >= RoomForPointer);
 }
 
 StatusLine::Interface StatusLine::interfaceOf(const LightingDesk& desk) {

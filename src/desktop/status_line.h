@@ -20,6 +20,7 @@ class StatusLine : public QStatusBar {
 
  protected:
   void changeEvent(QEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
 
  private:
   enum class Lamp { None, Starting, Up };

@@ -132,6 +132,7 @@ TEST_F(FixtureOnScreen, TheFaderLetsGoWhenABoxTookTheRelease) {
   EXPECT_EQ(fader().value(), 204);
   screen.moveTo(fader(), onFader(fader(), 0.3));
   EXPECT_EQ(fader().value(), 204);
+  EXPECT_EQ(focus(), &fader()) << "the box gave the focus to another window";
 }
 
 TEST_F(FixtureOnScreen, ShowsWhatTheInputHoldsAndTheHandCantPullBelow) {
@@ -193,6 +194,15 @@ TEST_F(FixtureOnScreen, ShowsTheFixtureAsOnThePlotPickedAndGlowing) {
   int x = 0;
   while (x < symbol.width() && colourAt(symbol, {x, symbol.height() / 2}) != theme::colour("picked")) ++x;
   EXPECT_LT(x, symbol.width());
+
+  const QImage before = symbol.grab().toImage();
+  screen.onDesk([&] {
+    auto other = std::make_shared<clsFixture>(*fixture);  // as one of the show before
+    other->Shape = 1;
+    other->LevelTextShape = 0;
+    desk.show.CurrentFixture = other;
+  });
+  EXPECT_EQ(symbol.grab().toImage(), before);
 }
 
 TEST_F(FixtureOnScreen, TheWheelMeansTheLevelWhereverItIsTurned) {
@@ -319,8 +329,17 @@ TEST_F(FixtureOnScreen, TheAttachedMouseMovesTheLightAndTheClickThatEndsItDoesNo
   EXPECT_TRUE(dialog.isVisible()) << "the click pressed what lay under it";
   EXPECT_NE(dialog.cursor().shape(), Qt::CrossCursor);
   EXPECT_TRUE(named("MovingFixtureDlg/cmdAttachMouse").isEnabled());
+  EXPECT_EQ(focus(), &named("MovingFixtureDlg/cmdAttachMouse"));
+
+  screen.key(Qt::Key_Space);
+  EXPECT_TRUE(moving.Mouse_Attach.enabled());
+  screen.press(dialog, {4, 4});
+  wait(100);
+  EXPECT_FALSE(moving.Mouse_Attach.enabled());
+  screen.expectBox("Lamp");  // takes the release
+  screen.onDesk([&] { screen.face.postBox({.text = "Lamp"}); });
   screen.click(ok);
-  EXPECT_FALSE(dialog.isVisible());
+  EXPECT_FALSE(dialog.isVisible()) << "the click that ended the mode took the next one with it";
 }
 
 TEST(FixtureDialogOnASmallScreen, ScrollsToWhatHasTheFocus) {
