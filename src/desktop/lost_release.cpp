@@ -27,10 +27,10 @@ LostRelease::LostRelease(QAbstractSlider* slider) : QObject(slider) {
 }
 
 bool LostRelease::eventFilter(QObject* watched, QEvent* event) {
-  auto& slider = *static_cast<QAbstractSlider*>(watched);
-  if (!slider.isSliderDown() || !isLost(*event)) return false;
-  slider.setSliderDown(false);
-  slider.update();
+  auto* slider = qobject_cast<QAbstractSlider*>(watched);  // none while it is being taken apart
+  if (slider == nullptr || !slider->isSliderDown() || !isLost(*event)) return false;
+  slider->setSliderDown(false);
+  slider->update();
   return false;
 }
 
