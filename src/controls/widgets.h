@@ -147,6 +147,7 @@ class Slider {
   std::string ToolTip;
   Event Change;
   Event Scroll;
+  Event MouseUp;
 
   [[nodiscard]] int value() const { return m_value; }
   [[nodiscard]] int min() const { return m_min; }
@@ -165,8 +166,11 @@ class Slider {
     if (changed || moved) raise(Scroll);
     if (changed) raise(Change);
   }
+  /// The operator lets go of the thumb.
+  void letGo() const { raise(MouseUp); }
   /// Back to the design, without an event.
-  void reset() { m_value = m_hand = m_min; }
+  void reset() { reset(m_min); }
+  void reset(int value) { m_value = m_hand = value; }
 
  private:
   bool take(int value) { return takeNew(m_value, std::clamp(value, m_min, m_max)); }
@@ -248,6 +252,19 @@ struct OptionButton {
   /// The operator's choice; what becomes of the others is the window's business.
   void choose() {
     Value = true;
+    raise(Click);
+  }
+};
+
+/// A box to tick. Only the hand raises Click.
+struct CheckBox {
+  std::string Caption;
+  int Value = 0;  ///< 1 while it is ticked, else 0
+  Event Click = {};
+
+  /// The operator's click.
+  void toggle() {
+    Value = Value == 0 ? 1 : 0;
     raise(Click);
   }
 };

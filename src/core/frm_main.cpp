@@ -27,7 +27,11 @@ frmMain::frmMain(ShowState& show, Machine& machine, Windows& windows, Wiring wir
 void frmMain::MDIForm_Load() {
   Window.Loaded = true;
   m_machine.errors.steps([&] { m_wiring.showSplash(); }, [&] { readPosition(); },
-                         [&] { SubPaneVisible = true; }, [&] { DisableTools(); },
+                         [&] {
+                           m_windows.SubPane.Form_Load();
+                           SubPaneVisible = true;
+                         },
+                         [&] { DisableTools(); },
                          [&] {
                            m_show.StageMode = true;
                            readDefaults();

@@ -56,11 +56,6 @@ class frmMain {
     std::function<void(OpenTab tab)> showOpenProject;
     /// Opens the help at its contents; none while the desk has no help.
     std::function<void()> showHelp;
-    std::function<void()> showGrandMaster;
-    std::function<void()> showGrandMasterAtBottom;
-    std::function<void()> showPreferences;
-    /// Opens a new window of bars: "Input" or "Output".
-    std::function<void(const std::string& what)> showBars;
   };
 
   frmMain(ShowState& show, Machine& machine, Windows& windows, Wiring wiring);

@@ -118,17 +118,15 @@ void frmMain::showEffects() {
 }
 
 void frmMain::showGrandMaster() {
-  m_machine.errors.run([&] { raise(m_wiring.showGrandMaster); });
+  m_machine.errors.run([&] { m_windows.GrandMaster.Show(); });
 }
 
 void frmMain::showPreferences() {
-  m_machine.errors.run([&] { raise(m_wiring.showPreferences); });
+  m_machine.errors.run([&] { m_windows.Preferences.Show(); });
 }
 
 void frmMain::showBars(const char* what) {
-  m_machine.errors.run([&] {
-    if (m_wiring.showBars) m_wiring.showBars(what);
-  });
+  m_machine.errors.run([&] { m_windows.openBars(what); });
 }
 
 void frmMain::viewStatus() {
@@ -212,7 +210,7 @@ void frmMain::blackout() {
     if (player != nullptr && player->Window.Visible) player->cmdStop_Click();
   };
   m_machine.errors.steps([&] { stop(m_windows.ABQ); }, [&] { stop(m_windows.XYQ); },
-                         [&] { raise(m_wiring.showGrandMasterAtBottom); });
+                         [&] { m_windows.GrandMaster.showAtBottom(); });
 }
 
 // ---- What received levels do

@@ -37,7 +37,7 @@ LightingDesk::Wiring HeadlessDesk::wiring(const Folders& folders) {
                                                : std::vector<InterfaceDevice>{};
                           },
                       .findAgain = [](const InterfaceDevice& lost) { return std::optional(lost.path); },
-                      .triggerEnabled = [] { return true; },
+                      .triggerEnabled = {},
                       .triggerGo = {},
                       .repaint = [] {}},
                   .showCuePanel = {},

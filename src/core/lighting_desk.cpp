@@ -39,6 +39,7 @@ LightingDesk::LightingDesk(Clock clock, const MessageBoxes& boxes, Wiring wiring
       frame(show, machine, windows, frameWiring()),
       m_wiring(std::move(wiring)),
       m_saver(show, machine, m_wiring.dataFolder, m_wiring.disk) {
+  furnish();
   machine.timers.onUnhandled = [this](const RunTimeError&) { m_wiring.quit(); };
 }
 
@@ -49,6 +50,11 @@ Windows::Wiring LightingDesk::tied(Windows::Wiring wiring) {
   };
   wiring.showStatus = [this](const std::string& text) { frame.StatusMessage = text; };
   wiring.focusFrame = [this] { frame.Window.SetFocus(); };
+  wiring.showSubPane = [this](bool visible) { frame.SubPaneVisible = visible; };
+  wiring.setting = [this](const std::string& key) { return setting("Project", key, "0"); };
+  wiring.saveSetting = [this](const std::string& key, const std::string& text) {
+    saveSetting("Project", key, text);
+  };
   wiring.interface.repaint = [this, repaint = std::move(wiring.interface.repaint)] {
     Splash.Status.Caption = windows.Comm.Version.Caption;
     repaint();
@@ -73,11 +79,7 @@ frmMain::Wiring LightingDesk::frameWiring() {
           .showAbout = [this] { About.Form_Load(); },
           .askToSave = [this] { WanttoSave.ShowModal(); },
           .showOpenProject = [this](OpenTab tab) { OpenProject.Show(tab); },
-          .showHelp = {},
-          .showGrandMaster = {},
-          .showGrandMasterAtBottom = {},
-          .showPreferences = {},
-          .showBars = {}};
+          .showHelp = {}};
 }
 
 // ---- Settings
@@ -88,13 +90,21 @@ std::string LightingDesk::setting(const std::string& section, const std::string&
 }
 
 void LightingDesk::saveSetting(const std::string& section, const std::string& key, const std::string& value) {
-  if (!m_wiring.settingsFolder.empty()) SaveStringSetting(store, "Velgrove", section, key, value);
+  SaveStringSetting(store, "Velgrove", section, key, value);
 }
 
-bool LightingDesk::triggerEnabled() const {
-  bool enabled = false;
-  ErrorPattern::skip([&] { enabled = toNumber(setting("Project", "Base", "0")) != 0; });
-  return enabled;
+/// A new desk has bars to show. One that keeps no settings is driven by a program, which sends a trigger when
+/// it means one.
+void LightingDesk::furnish() {
+  const auto begin = [this](const char* key, const char* text) {
+    store.furnish("Velgrove", "Project", key, text);
+  };
+  if (store.isNew()) {
+    begin("BarColumns", "24");
+    begin("BarRows", "8");
+    begin("BarGap", "100");
+  }
+  if (m_wiring.settingsFolder.empty()) begin("Base", "1");
 }
 
 // ---- Start-up

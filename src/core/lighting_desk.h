@@ -66,9 +66,6 @@ class LightingDesk {
   /// All windows that are loaded.
   [[nodiscard]] std::vector<OpenForm> openForms();
 
-  /// Whether the settings have the electronic trigger switched on.
-  [[nodiscard]] bool triggerEnabled() const;
-
  private:
   class Acting;
 
@@ -77,6 +74,7 @@ class LightingDesk {
   [[nodiscard]] std::string setting(const std::string& section, const std::string& key,
                                     const std::string& fallback) const;
   void saveSetting(const std::string& section, const std::string& key, const std::string& value);
+  void furnish();
   void prepareShapes();
   void readRecentFiles();
   void showSplash();

@@ -120,7 +120,7 @@ LightingDesk::Wiring LiveDesk::wiring() {
                       .line = keepingTurn(makePosixLine(), m_lock),
                       .findInterfaces = [this] { return findInterfaces(m_roots, portByHand()); },
                       .findAgain = [this](const InterfaceDevice& lost) { return findAgain(m_roots, lost); },
-                      .triggerEnabled = [this] { return !m_options.places || m_desk.triggerEnabled(); },
+                      .triggerEnabled = {},
                       .triggerGo = {},
                       .repaint = [this] { statusChanged(); },
                   },

@@ -60,7 +60,12 @@ struct ShowState {
   std::int32_t SelectedFixtureType = 0;  ///< 1 fresnel, 2 leko, 3 par38, 4 practical, 5 scoop, 6 moving light
   std::int16_t CurrentPlayer = 0;        ///< the list being addressed: 1 AB, 2 XY, 0 before any has loaded
   std::int16_t CurrentSubMasterIndex = -1;  ///< the submaster in the record dialog; -1 none
-  std::int16_t PrefShowSubs = 0;
+  std::int16_t NUMSubs = 0;                 ///< submasters, from the first, that follow the DMX input
+  std::int16_t PrefShowSubs = 0;            ///< -1 shows the panel of the submasters at start
+  std::int16_t TriggerSetting =
+      0;  ///< of the electronic trigger as loaded or saved last; the poll asks the box
+  std::int16_t RecordSetting = 0;  ///< of the logging, as loaded or saved last
+  bool DebugLogging = false;
   std::int16_t BarColumns = 0;
   std::int16_t BarRows = 0;
   std::int16_t BarGap = 0;

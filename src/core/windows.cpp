@@ -29,13 +29,17 @@ const ChannelBytes* stageCue(const QueueList* player, const PlayerTraits& traits
 }  // namespace
 
 Windows::Windows(ShowState& show, Machine& machine, Wiring wiring)
-    : Comm(show, machine, withTriggerGo(wiring.interface, [this] { goByTrigger(); })),
+    : Comm(show, machine, interfaceWiring(wiring.interface)),
       Effects(show, machine),
       Loop(
           show, machine, [this]() -> QueueList& { return abPlayer(); },
           [this]() -> QueueList& { return xyPlayer(); }),
       Fixture(show, machine, fixtureWiring()),
       MovingFixture(show, machine, fixtureWiring()),
+      SubPane(show, machine, [this] { return activeDocument().GetCurrentView(); }),
+      GrandMaster(show, machine),
+      Timings(show, machine, timingsWiring()),
+      Preferences(show, machine, preferencesWiring()),
       m_show(show),
       m_machine(machine),
       m_wiring(std::move(wiring)),
@@ -44,9 +48,25 @@ Windows::Windows(ShowState& show, Machine& machine, Wiring wiring)
                .XYQ = [this]() -> QueueList& { return xyPlayer(); },
                .startEffect = [this](const std::string& number) { startEffect(number); }}) {}
 
-VelgroveComm::Wiring Windows::withTriggerGo(VelgroveComm::Wiring wiring, std::function<void()> go) {
-  wiring.triggerGo = std::move(go);
+VelgroveComm::Wiring Windows::interfaceWiring(VelgroveComm::Wiring wiring) {
+  wiring.triggerEnabled = [this] { return Preferences.triggerEnabled(); };
+  wiring.triggerGo = [this] { goByTrigger(); };
   return wiring;
+}
+
+frmTimings::Wiring Windows::timingsWiring() {
+  return {.SendTimer = [this]() -> Timer& { return Comm.SendTimer; },
+          .RecieveTimer = [this]() -> Timer& { return Comm.RecieveTimer; },
+          .fadeTimer = [this] { return XYQ == nullptr ? nullptr : &XYQ->q_timer; }};
+}
+
+frmPreferences::Wiring Windows::preferencesWiring() {
+  return {.setting = [this](const std::string& key) { return m_wiring.setting(key); },
+          .saveSetting = [this](const std::string& key,
+                                const std::string& text) { m_wiring.saveSetting(key, text); },
+          .showSubPane = [this](bool visible) { m_wiring.showSubPane(visible); },
+          .maximiseDocument = [this] { activeDocument().Window.WindowState = WindowState::Maximised; },
+          .showTimings = [this] { Timings.Show(); }};
 }
 
 QueueList& Windows::abPlayer() const {
@@ -155,8 +175,8 @@ void Windows::unloadPlayer(std::unique_ptr<QueueList>& player) {
 }
 
 frmDocument::Wiring Windows::documentWiring() {
-  return {.followInput = {},
-          .rebuildSubMasters = {},
+  return {.followInput = [this] { SubPane.SubsInput_Timer(); },
+          .rebuildSubMasters = [this] { SubPane.showNames(*activeDocument().GetCurrentView()); },
           .abStageCue = [this] { return stageCue(ABQ.get(), AB); },
           .xyStageCue = [this] { return stageCue(XYQ.get(), XY); },
           .graphics = m_wiring.graphics,
@@ -191,6 +211,23 @@ void Windows::closeDocuments() {
   }
 }
 
+void Windows::openBars(const std::string& what) {
+  Bars.push_back(std::make_unique<frmBars>(m_show, m_machine));
+  frmBars& made = *Bars.back();
+  made.Form_Load();
+  made.Window.Show();
+  made.Window.Caption = "Bar Style - DMX " + what;
+  made.StartUpdate(what);
+}
+
+void Windows::closeBars(const frmBars& bars) {
+  const auto open = std::ranges::find(Bars, &bars, &std::unique_ptr<frmBars>::get);
+  if (open == Bars.end()) return;
+  (*open)->Form_Unload();
+  retire(std::move(*open));
+  Bars.erase(open);
+}
+
 std::vector<OpenForm> Windows::openForms() {
   std::vector<OpenForm> open;
   const auto note = [&open](Form& form, std::function<void()> unload) {
@@ -211,6 +248,14 @@ std::vector<OpenForm> Windows::openForms() {
   note(Effects.Window, [this] { Effects.Unload(); });
   note(Fixture.Dialog.Window, [this] { Fixture.Unload(); });
   note(MovingFixture.Dialog.Window, [this] { MovingFixture.Unload(); });
+  note(SubPane.Window, [this] { SubPane.Form_Unload(); });
+  note(SubPane.Fader.Window, [this] { SubPane.Fader.Unload(); });
+  note(SubPane.Record.Window, [this] { SubPane.Record.Unload(); });
+  note(GrandMaster.Window, [this] { GrandMaster.Unload(); });
+  note(Timings.Window, [this] { Timings.Unload(); });
+  note(Preferences.Window, [this] { Preferences.Unload(); });
+  for (const auto& bars : Bars)
+    open.push_back({.form = &bars->Window, .unload = [this, form = bars.get()] { closeBars(*form); }});
   return open;
 }
 

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "dmx/frm_bars.h"
 #include "dmx/velgrove_comm.h"
 #include "playback/cue_links.h"
 #include "playback/effects_queue.h"
@@ -14,6 +15,10 @@
 #include "playback/queue_list.h"
 #include "plot/document.h"
 #include "surfaces/fixture_dlg.h"
+#include "surfaces/frm_grand_master.h"
+#include "surfaces/frm_preferences.h"
+#include "surfaces/frm_sub_pane.h"
+#include "surfaces/frm_timings.h"
 #include "surfaces/moving_fixture_dlg.h"
 
 namespace velgrove {
@@ -41,10 +46,15 @@ struct OpenForm {
 class Windows {
  public:
   struct Wiring {
-    VelgroveComm::Wiring interface;                        ///< all but the trigger's Go
-    std::function<void(const std::string&)> showCuePanel;  ///< these two lead to the frame
+    VelgroveComm::Wiring interface;  ///< all but what the trigger asks and does
+    // These lead to the frame:
+    std::function<void(const std::string&)> showCuePanel;
     std::function<void(const std::string&)> showStatus;
     std::function<void()> focusFrame = {};
+    std::function<void(bool visible)> showSubPane = {};
+    // A setting of the section "Project"; "0" when there is none.
+    std::function<std::string(const std::string& key)> setting = {};
+    std::function<void(const std::string& key, const std::string& text)> saveSetting = {};
     std::filesystem::path graphics = {};  ///< of the plots; empty where nobody sees them
   };
 
@@ -58,6 +68,11 @@ class Windows {
   frmConfirmPaste ConfirmPaste;
   FixtureDlg Fixture;
   MovingFixtureDlg MovingFixture;
+  frmSubPane SubPane;
+  frmGrandMaster GrandMaster;
+  frmTimings Timings;
+  frmPreferences Preferences;
+  std::vector<std::unique_ptr<frmBars>> Bars;
   std::unique_ptr<QueueList> ABQ;
   std::unique_ptr<QueueList> XYQ;
   std::vector<std::unique_ptr<frmDocument>> Documents;
@@ -79,19 +94,24 @@ class Windows {
   /// makes way: the hand would set a fixture that the dialog doesn't show.
   void openFixture(Pixel at);
   void closeFixture();
+  /// A new window of bars, of "Input" or "Output".
+  void openBars(const std::string& what);
+  void closeBars(const frmBars& bars);
   [[nodiscard]] std::vector<OpenForm> openForms();
   void endRepaints() const;  ///< of both players: a window that may not paint now isn't waited for
 
  private:
   template <class Window>
   void retire(std::unique_ptr<Window> window);
-  static VelgroveComm::Wiring withTriggerGo(VelgroveComm::Wiring wiring, std::function<void()> go);
+  [[nodiscard]] VelgroveComm::Wiring interfaceWiring(VelgroveComm::Wiring wiring);
   void unloadPlayer(std::unique_ptr<QueueList>& player);
   [[nodiscard]] std::unique_ptr<QueueList> makePlayer(const PlayerTraits& traits);
   [[nodiscard]] frmDocument& activeDocument() const;
   [[nodiscard]] std::vector<std::string> linkTargets(const std::string& list) const;
   [[nodiscard]] frmDocument::Wiring documentWiring();
   [[nodiscard]] FixtureForm::Wiring fixtureWiring();
+  [[nodiscard]] frmTimings::Wiring timingsWiring();
+  [[nodiscard]] frmPreferences::Wiring preferencesWiring();
   void goByTrigger();
   void startEffect(const std::string& number);
 

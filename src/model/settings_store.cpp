@@ -100,7 +100,8 @@ void SettingsStore::read() {
   std::string reason;
   try {
     std::error_code ignored;
-    if (!fs::exists(fs::symlink_status(m_file, ignored))) return;
+    m_new = !fs::exists(fs::symlink_status(m_file, ignored));
+    if (m_new) return;
     m_tree->root = toml::parse(readFile(m_file));
     return;
   } catch (const toml::parse_error& error) {
@@ -167,7 +168,7 @@ void SettingsStore::prepareWriting() {
 void SettingsStore::replace(Tree changed) {
   const std::string text = tomlOf(changed.root);
   if (!readsBack(text)) fail(settings_errors::SetValue);
-  m_aside([&] { write(text); });
+  if (!m_file.empty()) m_aside([&] { write(text); });
   *m_tree = std::move(changed);
 }
 
@@ -182,12 +183,21 @@ void SettingsStore::write(const std::string& text) {
 
 void SettingsStore::setText(std::string_view app, std::string_view section, std::string_view key,
                             std::string_view text) {
-  if (holds(app, section, key, text)) return;
+  if (!holds(app, section, key, text)) replace(with(app, section, key, text));
+}
+
+void SettingsStore::furnish(std::string_view app, std::string_view section, std::string_view key,
+                            std::string_view text) {
+  *m_tree = with(app, section, key, text);
+}
+
+SettingsStore::Tree SettingsStore::with(std::string_view app, std::string_view section, std::string_view key,
+                                        std::string_view text) const {
   Tree changed = *m_tree;
   toml::table& table = tableIn(tableIn(changed.root, app), section);
   const auto at = entryOf(table, key);
   table.insert_or_assign(at == table.end() ? key : at->first.str(), std::string(text));
-  replace(std::move(changed));
+  return changed;
 }
 
 void SettingsStore::remove(std::string_view app, std::string_view section, std::string_view key) {

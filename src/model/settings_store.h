@@ -23,9 +23,9 @@ inline constexpr const char* NotAString = "Registry data not a string";
 /// without case. The file is read once; every change writes it anew in one step.
 class SettingsStore {
  public:
-  /// Reads the file; one that isn't there is an empty store. A damaged one is set aside as `<name>.damaged`
-  /// (or the next free number) and the store is empty: `message` then has words for the operator.
-  /// Writes wait for the disk by `aside`; one ends before the next begins.
+  /// Reads the file; one that isn't there is an empty store. Without a name all stays in memory. A damaged
+  /// one is set aside as `<name>.damaged` (or the next free number) and the store is empty: `message` then
+  /// has words for the operator. Writes wait for the disk by `aside`; one ends before the next begins.
   explicit SettingsStore(std::filesystem::path file, Disk disk = systemDisk(), Aside aside = doAtOnce);
   ~SettingsStore();
   SettingsStore(const SettingsStore&) = delete;
@@ -33,6 +33,10 @@ class SettingsStore {
 
   [[nodiscard]] const std::optional<std::string>& message() const { return m_message; }
   [[nodiscard]] const std::filesystem::path& file() const { return m_file; }
+  /// Whether there was no file: nobody has ever set anything.
+  [[nodiscard]] bool isNew() const { return m_new; }
+  /// What a new desk begins with. It comes to the file with the first change.
+  void furnish(std::string_view app, std::string_view section, std::string_view key, std::string_view text);
 
   /// The text of a key; nothing when there is none. NotAString for a value of another type, OpenSection when
   /// the section's name holds a value.
@@ -55,6 +59,8 @@ class SettingsStore {
   [[nodiscard]] std::optional<std::string> setAside(std::string& reason);
   [[nodiscard]] bool holds(std::string_view app, std::string_view section, std::string_view key,
                            std::string_view text) const;
+  [[nodiscard]] Tree with(std::string_view app, std::string_view section, std::string_view key,
+                          std::string_view text) const;
   void prepareWriting();
   void write(const std::string& text);
   void replace(Tree changed);
@@ -64,6 +70,7 @@ class SettingsStore {
   Aside m_aside;
   std::unique_ptr<Tree> m_tree;
   std::optional<std::string> m_message;
+  bool m_new = false;
   bool m_inTheWay = false;  ///< a damaged file still has the name and must not be written over
 };
 

@@ -106,7 +106,8 @@ TEST_F(StartUp, AFirstStartTakesTheDefaultsAndTheWholeScreen) {
   EXPECT_EQ(std::tuple(frame.Left, frame.Top, frame.Width, frame.Height), std::tuple(1000, 1000, 6500, 6500));
   EXPECT_EQ(frame.WindowState, WindowState::Maximised);
   EXPECT_FALSE(desk->frame.SubPaneVisible);
-  EXPECT_FALSE(desk->show.DMXDimmers || desk->show.DMXSubmasters || desk->triggerEnabled());
+  EXPECT_FALSE(desk->show.DMXDimmers || desk->show.DMXSubmasters ||
+               desk->windows.Preferences.triggerEnabled());
   EXPECT_EQ(desk->show.DefaultUp, 0);
 }
 
@@ -123,7 +124,7 @@ TEST_F(StartUp, SettingsComeIn) {
   EXPECT_TRUE(desk->show.DMXDimmers);
   EXPECT_FALSE(desk->show.DMXSubmasters);
   EXPECT_TRUE(desk->frame.SubPaneVisible);
-  EXPECT_TRUE(desk->triggerEnabled());
+  EXPECT_TRUE(desk->windows.Preferences.triggerEnabled());
   EXPECT_EQ(desk->show.BarRows, 7);
   EXPECT_EQ(desk->frame.Window.Left, 1200.5F);
   EXPECT_EQ(desk->frame.Window.WindowState, WindowState::Normal);
@@ -137,7 +138,8 @@ TEST_F(StartUp, ASettingThatIsNoNumberIsOneErrorAndTheRestComesIn) {
   auto* const desk = start();
   EXPECT_THAT(takeBoxes(), ElementsAre(SystemError));
   EXPECT_EQ(desk->show.DefaultDown, 5);
-  EXPECT_FALSE(desk->triggerEnabled());
+  EXPECT_FALSE(desk->windows.Preferences.triggerEnabled());
+  EXPECT_THAT(takeBoxes(), ElementsAre(SystemError, SystemError)) << "the form reads both anew";
 }
 
 TEST_F(StartUp, ADamagedSettingsFileIsToldAndTheDefaultsAreUsed) {

@@ -1,0 +1,57 @@
+#include "surfaces/frm_sub_master_small.h"
+
+#include "controls/numbers.h"
+#include "surfaces/frm_sub_pane.h"
+
+namespace velgrove {
+
+frmSubMasterSmall::frmSubMasterSmall(ShowState& show, Machine& machine, frmSubPane& panel)
+    : m_show(show), m_machine(machine), m_panel(panel) {
+  Pot.Scroll = [this] { Pot_Scroll(); };
+  Pot.MouseUp = [this] { Pot_MouseUp(); };
+  MouseHelper2.MouseWheel = [this](int rotation, bool& handled) {
+    MouseHelper2_MouseWheel(rotation, handled);
+  };
+}
+
+void frmSubMasterSmall::load() {
+  if (!Window.Loaded) Form_Load();
+}
+
+void frmSubMasterSmall::Form_Load() {
+  Window.Loaded = true;
+  Pot.reset();
+  Text2.reset("0");
+  Pot_Scroll();
+}
+
+void frmSubMasterSmall::Pot_Scroll() {
+  const auto value = [this] { return std::to_string(Pot.value()); };
+  m_machine.errors.steps(
+      [&] {
+        m_show.LevelTextSource = static_cast<std::int16_t>(Source::Submaster);
+        Pot.setMax(100);
+      },
+      [&] { m_panel.level(m_panel.ActiveSubIndex).Caption = value(); }, [&] { Text2.setText(value()); },
+      [&] { m_panel.writeWhereHighest(m_panel.ActiveSubIndex); });
+}
+
+void frmSubMasterSmall::Pot_MouseUp() {
+  m_machine.errors.steps([&] { Window.Visible = false; },
+                         [&] { m_panel.level(m_panel.ActiveSubIndex).Caption = Text2.text(); },
+                         [&] { Text2.setText("0"); });
+}
+
+/// The bounds are looked at before the step: the fader's own range holds it at its ends.
+void frmSubMasterSmall::MouseHelper2_MouseWheel(int rotation, bool& handled) {
+  handled = true;
+  m_machine.errors.steps(
+      [&] {
+        const int value = Pot.value();
+        if (rotation < 1 ? value >= Pot.min() : value <= Pot.max())
+          Pot.setValue(rotation < 1 ? value - WheelStep : value + WheelStep);
+      },
+      [&] { Text2.setText(std::to_string(Pot.value())); }, [&] { Pot_Scroll(); });
+}
+
+}  // namespace velgrove
