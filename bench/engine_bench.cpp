@@ -7,6 +7,8 @@
 #include "dmx/velgrove_comm.h"
 #include "playback/crossfade.h"
 #include "plot/document.h"
+#include "surfaces/frm_grand_master.h"
+#include "surfaces/frm_sub_pane.h"
 
 namespace velgrove {
 namespace {
@@ -120,6 +122,54 @@ void CopyPicture(benchmark::State& state) {
   for (auto _ : state) drawing.copyTo(picture);
 }
 BENCHMARK(CopyPicture);
+
+/// A motion of a submaster's fader: 512 fixtures, 24 submasters, all of them up.
+void FaderMove(benchmark::State& state) {
+  HandClock clock;
+  ShowState show;
+  Machine machine(clock.clock(), {});
+  const auto view = std::make_shared<clsView>();
+  for (int channel = 1; channel <= ChannelCount; ++channel) {
+    auto fixture = std::make_shared<clsFixture>();
+    fixture->Channel = static_cast<std::int16_t>(channel);
+    view->colFixtures().add(std::move(fixture));
+  }
+  for (int i = 0; i < ShowState::SubMasterCount; ++i) {
+    auto submaster = std::make_shared<clsSubMaster>();
+    ChannelBytes look{};
+    for (std::size_t c = 0; c < look.size(); ++c)
+      look[c] = static_cast<std::uint8_t>((c + 1) * (i + 3) % 256);
+    submaster->setDimmerLevel(look);
+    view->colSubMasters().add(std::move(submaster));
+  }
+  frmSubPane panel(show, machine, [&view] { return view; });
+  for (int i = 0; i < ShowState::SubMasterCount; ++i) panel.level(i).Caption = std::to_string(50 + i);
+  panel.Command1_Click(12);
+  int percent = 0;
+  for (auto _ : state) {
+    panel.Fader.Pot.drag(percent = (percent + 1) % 101);
+    benchmark::DoNotOptimize(show.SubLevels.data());
+    benchmark::ClobberMemory();
+  }
+}
+BENCHMARK(FaderMove);
+
+/// A motion of the grand master over 512 lit channels.
+void GrandMasterMove(benchmark::State& state) {
+  HandClock clock;
+  ShowState show;
+  fill(show);
+  Machine machine(clock.clock(), {});
+  frmGrandMaster master(show, machine);
+  master.Show();
+  int value = 0;
+  for (auto _ : state) {
+    master.VSlider1.drag(value = (value + 1) % 101);
+    benchmark::DoNotOptimize(show.ManualLevels.data());
+    benchmark::ClobberMemory();
+  }
+}
+BENCHMARK(GrandMasterMove);
 
 }  // namespace
 }  // namespace velgrove

@@ -5,6 +5,7 @@
 #include "player_commands.h"
 #include "plot_commands.h"
 #include "script_words.h"
+#include "surface_commands.h"
 
 namespace velgrove {
 namespace {
@@ -112,6 +113,23 @@ constexpr LineCommand Commands[] = {
      "patch CHANNEL NEW     a fixture's dialog: its channel; CHANNEL 0 is one without,"},
     {"fixture", 2, 2, setFixture, "fixture CHANNEL PERCENT\n                        its level,"},
     {"aim", 3, 3, aimFixture, "aim CHANNEL X Y       a moving light's place, 0 to 255; each ends by OK"},
+    {"sub", 2, AnyNumber, subMaster,
+     "sub N PERCENT         the fader of submaster N, 1 to 24, moved there and released\n"
+     "  sub record N [NAME]   the stage's look into it; the name is the rest of the line\n"
+     "  sub delete N"},
+    {"bump", 1, 1, bumpSubMaster, "bump N                a click on its level: full or off by turns"},
+    {"gm", 1, 1, grandMaster,
+     "gm VALUE|ok|cancel    the grand master's slider, -100 to 100, opened if need be;\n"
+     "                        its buttons, which end the run when it isn't open"},
+    {"blackout", 0, 0, [](Words) { return tool("ID_Blackout"); },
+     "blackout              stops both players, and the grand master at its bottom"},
+    {"pref", 1, AnyNumber, setPreference,
+     "pref KEY VALUE        the preferences, and Save: Up, Down, Delay, BarColumns, BarRows,\n"
+     "                        BarGap and NUMSubs take a text; DMXNothing, DMXDimmers,\n"
+     "                        DMXSubmasters, PREF_SHOWSUBS, Record and Base 0 or 1"},
+    {"timing", 1, AnyNumber, setTiming,
+     "timing FIELD VALUE    the timings, and Update: OutRate, InRate, FadeRate, DisplayRate,\n"
+     "                        SubsRate, CalcRate or NumFixtures"},
     {"manual", 2, 2, manual, "manual CHANNEL LEVEL  a level set by hand, 0 to 255"},
     {"input", 2, 2, input, "input CHANNEL LEVEL   what the box reports from then on"},
     {"mode", 1, 1, inputMode, "mode none|fixtures|subs\n                        what received levels do"},

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "controls/list_view.h"
+#include "controls/scroll_controller.h"
 
 namespace velgrove {
 namespace {
@@ -159,6 +160,23 @@ TEST(ListView, RowsKeepTheirIdentityWhereverTheyMove) {
   list.add(1, "4");
   EXPECT_EQ(identities(list).size(), 4U);
   for (const auto& [text, identity] : before) EXPECT_NE(list.row(1).Identity, identity);
+}
+
+TEST(ScrollController, ScrollsAnItemIntoViewWithRoomBehindIt) {
+  struct Case {
+    ScrollItem item;
+    double left, top;
+  };
+  for (const Case& c : {Case{{100, 100, 200, 200}, 50, 70},
+                        {{-30, -20, 200, 200}, 20, 50},
+                        {{900, 100, 200, 200}, 425, 70},
+                        {{100, 3000, 200, 2500}, 50, 3070}}) {
+    ScrollContainer container{.Width = 1000, .Height = 2000, .ScrollLeft = 50, .ScrollTop = 70};
+    ScrollController controller{.Container = &container};
+    controller.ScrollToView(c.item);
+    EXPECT_EQ(std::pair(container.ScrollLeft, container.ScrollTop), std::pair(c.left, c.top));
+    ScrollController().ScrollToView(c.item);
+  }
 }
 
 }  // namespace
