@@ -91,9 +91,9 @@ void DisplayTick(benchmark::State& state) {
   ShowState show;
   Machine machine(clock.clock(), {});
   auto project = std::make_shared<clsProject>();
-  auto view = project->colViews().add(std::make_shared<clsView>());
+  auto view = project->colViewsAdd(std::make_shared<clsView>());
   for (int channel = 1; channel <= ChannelCount; ++channel) {
-    auto fixture = view->colFixtures().add(std::make_shared<clsFixture>());
+    auto fixture = view->colFixturesAdd(std::make_shared<clsFixture>());
     fixture->Channel = static_cast<std::int16_t>(channel);
   }
   show.Projects.add(std::move(project));
@@ -132,7 +132,7 @@ void FaderMove(benchmark::State& state) {
   for (int channel = 1; channel <= ChannelCount; ++channel) {
     auto fixture = std::make_shared<clsFixture>();
     fixture->Channel = static_cast<std::int16_t>(channel);
-    view->colFixtures().add(std::move(fixture));
+    view->colFixturesAdd(std::move(fixture));
   }
   for (int i = 0; i < ShowState::SubMasterCount; ++i) {
     auto submaster = std::make_shared<clsSubMaster>();
@@ -140,7 +140,7 @@ void FaderMove(benchmark::State& state) {
     for (std::size_t c = 0; c < look.size(); ++c)
       look[c] = static_cast<std::uint8_t>((c + 1) * (i + 3) % 256);
     submaster->setDimmerLevel(look);
-    view->colSubMasters().add(std::move(submaster));
+    view->colSubMastersAdd(std::move(submaster));
   }
   frmSubPane panel(show, machine, [&view] { return view; });
   for (int i = 0; i < ShowState::SubMasterCount; ++i) panel.level(i).Caption = std::to_string(50 + i);

@@ -9,17 +9,17 @@ namespace {
 std::shared_ptr<clsProject> bigShow() {
   auto project = std::make_shared<clsProject>();
   project->ProjectName = "Big";
-  const auto view = project->colViews().add(std::make_shared<clsView>());
+  const auto view = project->colViewsAdd(std::make_shared<clsView>());
   for (std::int16_t channel = 1; channel <= ChannelCount; ++channel) {
-    const auto fixture = view->colFixtures().add(std::make_shared<clsFixture>());
+    const auto fixture = view->colFixturesAdd(std::make_shared<clsFixture>());
     fixture->FixtureType = "fresnel";
     fixture->FixtureName = "front of house " + std::to_string(channel);
     fixture->Channel = channel;
     fixture->Mood = "warm";
   }
-  for (int slider = 0; slider < 24; ++slider) view->colSubMasters().add(std::make_shared<clsSubMaster>());
+  for (int slider = 0; slider < 24; ++slider) view->colSubMastersAdd(std::make_shared<clsSubMaster>());
   for (std::int16_t mark = 1; mark <= 2; ++mark) {
-    auto& cues = project->colQueueData().add(std::make_shared<clsQueueData>())->colQueueEntries();
+    auto& cues = project->colQueueDataAdd(std::make_shared<clsQueueData>())->colQueueEntries();
     for (int number = 0; number < 500; ++number) {
       const auto cue = cues.add(std::make_shared<clsQueueEntry>());
       cue->EntryDesc = "caf\xC3\xA9 at dusk";

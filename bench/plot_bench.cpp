@@ -17,10 +17,10 @@ class FullPlot {
  public:
   FullPlot() {
     auto project = std::make_shared<clsProject>();
-    auto view = project->colViews().add(std::make_shared<clsView>());
+    auto view = project->colViewsAdd(std::make_shared<clsView>());
     constexpr int Across = 32;
     for (int at = 0; at < ChannelCount; ++at) {
-      auto fixture = view->colFixtures().add(std::make_shared<clsFixture>());
+      auto fixture = view->colFixturesAdd(std::make_shared<clsFixture>());
       fixture->Channel = static_cast<std::int16_t>(at + 1);
       fixture->IconShape = at % 6 + 1;
       fixture->Angle = at % 8 * 45;

@@ -38,6 +38,7 @@ inline bool takeNew(int& value, int now) {
 struct Label {
   std::string Caption;
   Colour ForeColour = 0;
+  std::string ToolTip = {};
 };
 
 /// Holds the controls of a part of a window, which come and go together. While it is disabled the hand
@@ -160,11 +161,13 @@ class Slider {
     if (take(value)) raise(Change);
   }
   /// The operator drags the thumb. A place that the desk has put it to already is still a motion of the hand.
+  /// A value that Scroll's handler has replaced has had its Change already.
   void drag(int value) {
     const bool changed = take(value);
+    const int place = m_value;
     const bool moved = takeNew(m_hand, std::clamp(value, m_min, m_max));
     if (changed || moved) raise(Scroll);
-    if (changed) raise(Change);
+    if (changed && m_value == place) raise(Change);
   }
   /// The operator lets go of the thumb.
   void letGo() const { raise(MouseUp); }

@@ -79,10 +79,10 @@ std::shared_ptr<clsProject> frmMain::newProject() const {
   project->ProjectName = m_show.ProjectName;
   project->NumberOfViews = 1;
   project->NumberOfQueues = 2;
-  project->colQueueData().add(cueList("AB", "AB Fader"));
-  project->colQueueData().add(cueList("XY", "XY Fader"));
-  project->colViews().add(std::move(view));
-  project->colDMXIn().add(std::make_shared<clsDMXIn>());
+  project->colQueueDataAdd(cueList("AB", "AB Fader"));
+  project->colQueueDataAdd(cueList("XY", "XY Fader"));
+  project->colViewsAdd(std::move(view));
+  project->colDMXInAdd(std::make_shared<clsDMXIn>());
   return project;
 }
 

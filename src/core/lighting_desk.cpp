@@ -190,12 +190,15 @@ void LightingDesk::act(const std::function<void()>& action) {
 void LightingDesk::clearFixtures() {
   frmDocument& document = frame.ActiveForm();
   const auto view = document.GetCurrentView();
-  for (const auto& fixture : view->colFixtures()) {
-    fixture->Level = 0;
-    document.DeleteTextOnShape(*fixture);
-    show.LevelTextSource = 0;
-    document.DrawTextOnShape(*fixture);
-  }
+  // By position: an open box lets other handlers change the plot.
+  for (int position = 1; position <= view->colFixtures().count(); ++position)
+    machine.errors.run([&] {
+      const auto fixture = view->colFixtures().item(position);
+      fixture->Level = 0;
+      document.DeleteTextOnShape(*fixture);
+      show.LevelTextSource = 0;
+      document.DrawTextOnShape(*fixture);
+    });
 }
 
 void LightingDesk::clearLevels() {

@@ -126,6 +126,7 @@ Tool toolOf(const ToolText& text) {
 
 ToolBars::ToolBars() {
   for (const ToolText& text : Texts) m_tools.push_back(toolOf(text));
+  tool("ID_CueWindow").Enabled = false;  // until a show opens
 }
 
 Tool* ToolBars::find(std::string_view id) {

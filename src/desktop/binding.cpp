@@ -202,9 +202,13 @@ void Bindings::bind(QLabel* label, const Find<Label>& find) {
   mirror(
       [find] {
         const Label* control = find();
-        return control == nullptr ? std::string() : control->Caption;
+        return control == nullptr ? std::pair<std::string, std::string>()
+                                  : std::pair(control->Caption, control->ToolTip);
       },
-      [label](const std::string& caption) { label->setText(text(caption)); });
+      [label](const std::pair<std::string, std::string>& look) {
+        label->setText(text(look.first));
+        if (!look.second.empty()) label->setToolTip(text(look.second));
+      });
 }
 
 void Bindings::bind(QAbstractButton* button, const Find<Button>& find) {

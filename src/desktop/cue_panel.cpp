@@ -24,12 +24,20 @@ QString timeText(std::int32_t tenths) {
 
 }  // namespace
 
-CuePanel::CuePanel(LightingDesk& desk, Bindings& bindings) {
+CuePanel::CuePanel(LightingDesk& desk, Bindings& bindings) : m_desk(desk), m_face(bindings.face()) {
   setObjectName("ID_CueWindow");
   setAccessibleName("Stage cue");
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
   setAttribute(Qt::WA_OpaquePaintEvent);
   bindings.mirror([&desk] { return look(desk); }, [this](const Look& now) { show(now); });
+}
+
+/// It is a tool like the others.
+void CuePanel::mousePressEvent(QMouseEvent*) {
+  m_face.deliver([this] {
+    if (m_desk.frame.SSActiveToolBars1.tool("ID_CueWindow").Enabled)
+      m_desk.frame.SSActiveToolBars1_ToolClick("ID_CueWindow");
+  });
 }
 
 QSize CuePanel::sizeHint() const {

@@ -20,6 +20,7 @@ class CuePanel : public QWidget {
   [[nodiscard]] QSize sizeHint() const override;
 
  protected:
+  void mousePressEvent(QMouseEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
 
  private:
@@ -41,6 +42,8 @@ class CuePanel : public QWidget {
   void drawLine(QPainter& painter, bool next, const QRegion& asked);
   void drawTime(QPainter& painter);
 
+  LightingDesk& m_desk;
+  Face& m_face;
   Look m_look;
 };
 

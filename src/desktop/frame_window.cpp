@@ -401,7 +401,7 @@ void FrameWindow::contextMenuEvent(QContextMenuEvent* event) {
   const QWidget* under = QApplication::widgetAt(event->globalPos());
   if (under == nullptr) return;
   QString id = under->objectName();
-  if (!id.startsWith("ID_")) return;
+  if (!id.startsWith("ID_") || !under->isEnabled()) return;
   id.remove(0, 3);
   m_face.deliver([this, id = id.toStdString(), at = mapFromGlobal(event->globalPos())] {
     m_desk.frame.SSActiveToolBars1_ToolDropDown(id, at.x(), at.y());

@@ -67,6 +67,7 @@ class clsQueueData {
 
   [[nodiscard]] velgrove::colQueueEntries& colQueueEntries() { return m_entries; }
   [[nodiscard]] const velgrove::colQueueEntries& colQueueEntries() const { return m_entries; }
+  auto colQueueEntriesAdd(velgrove::colQueueEntries::Ref cue) { return m_entries.add(std::move(cue)); }
 
   void Save(RecordWriter& file);
   void restore(RecordReader& file);

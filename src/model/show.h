@@ -109,6 +109,11 @@ class clsView {
   [[nodiscard]] std::int16_t storedNumberOfZooms() const { return m_numberOfZooms; }
 
   [[nodiscard]] velgrove::colZooms& colZooms() { return m_zooms; }
+  auto colZoomsAdd(velgrove::colZooms::Ref zoom) { return m_zooms.add(std::move(zoom)); }
+  auto colFixturesAdd(velgrove::colFixtures::Ref fixture) { return colFixtures().add(std::move(fixture)); }
+  auto colSubMastersAdd(velgrove::colSubMasters::Ref submaster) {
+    return m_subMasters.add(std::move(submaster));
+  }
   /// The fixtures; made when the view has none yet.
   [[nodiscard]] velgrove::colFixtures& colFixtures();
   [[nodiscard]] velgrove::colSubMasters& colSubMasters() { return m_subMasters; }
@@ -142,6 +147,9 @@ class clsProject {
   [[nodiscard]] velgrove::colViews& colViews() { return m_views; }
   [[nodiscard]] velgrove::colQueueData& colQueueData() { return m_queueData; }
   [[nodiscard]] colDMXInEntries& colDMXIn() { return m_dmxIn; }
+  auto colViewsAdd(velgrove::colViews::Ref view) { return m_views.add(std::move(view)); }
+  auto colQueueDataAdd(velgrove::colQueueData::Ref list) { return m_queueData.add(std::move(list)); }
+  auto colDMXInAdd(colDMXInEntries::Ref entry) { return m_dmxIn.add(std::move(entry)); }
 
   void Save(RecordWriter& file);
   /// Reads everything but the DMX input records at the end: the desk leaves them, and its next save drops

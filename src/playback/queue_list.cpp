@@ -69,11 +69,11 @@ std::shared_ptr<clsQueueEntry> QueueList::entryByNumber(float number) {
 }
 
 std::shared_ptr<clsQueueEntry> QueueList::entryOfRow(int row) {
-  return isRow(row) ? entryByKey(numberOfRow(row)) : nullptr;
+  return row < 1 ? nullptr : entryByKey(numberOfRow(row));
 }
 
 std::shared_ptr<clsQueueEntry> QueueList::searchRow(int row) {
-  if (!isRow(row)) return nullptr;
+  if (row < 1) return nullptr;
   const int player = m_traits.Mark - 1;
   auto entry = search(entries(), numberOfRow(row), player, m_machine.boxes);
   if (entry == nullptr) throw RunTimeError(Fault::ObjectMissing, "the list has no cue");

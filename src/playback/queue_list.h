@@ -257,7 +257,8 @@ class QueueList {
   [[nodiscard]] std::shared_ptr<clsQueueEntry> entryByKey(float number);
   /// The first cue of that number, whoever owns it; Fault::ObjectMissing when there is none.
   [[nodiscard]] std::shared_ptr<clsQueueEntry> entryByNumber(float number);
-  /// The cue of a row as above; none where the list has no such row.
+  /// The cue of a row as above; none for row 0. Fault::Subscript behind the last row: a mark can stand there
+  /// after a delete or a loop, and the operator is told before the stage goes dark.
   [[nodiscard]] std::shared_ptr<clsQueueEntry> entryOfRow(int row);
   /// The same by `search`, with its box and its last cue looked at.
   [[nodiscard]] std::shared_ptr<clsQueueEntry> searchRow(int row);

@@ -110,7 +110,7 @@ void frmDocument::makeSubMasters() const {
     auto subMaster = std::make_shared<clsSubMaster>();
     subMaster->SubMasterName = " ";
     subMaster->Identifier = index;
-    subMasters.add(std::move(subMaster));
+    view->colSubMastersAdd(std::move(subMaster));
   }
 }
 
@@ -118,7 +118,7 @@ void frmDocument::addFirstZoom() const {
   auto zoom = std::make_shared<clsZooms>();
   zoom->tp = WorldSize;
   zoom->rt = WorldSize;
-  GetCurrentView()->colZooms().add(std::move(zoom));
+  GetCurrentView()->colZoomsAdd(std::move(zoom));
 }
 
 std::shared_ptr<clsView> frmDocument::GetCurrentView() const {

@@ -31,8 +31,8 @@ std::string levelText(std::uint8_t level) {
   return percent == 100 ? "FL" : std::to_string(percent);
 }
 
-std::uint8_t levelIn(const ChannelBytes* cue, std::size_t channel) {
-  return cue == nullptr ? 0 : (*cue)[channel];
+std::uint8_t levelIn(const ChannelBytes* cue, std::int16_t channel) {
+  return cue == nullptr ? 0 : (*cue)[channelIndex(channel)];
 }
 
 }  // namespace
@@ -53,9 +53,10 @@ void frmDocument::topLevels() {
   walkFixtures([&](const std::shared_ptr<clsFixture>& fixture) {
     m_errors.steps(
         [&] {
-          const auto at = channelIndex(fixture->Channel);
-          const std::uint8_t x = levelIn(m_wiring.xyStageCue ? m_wiring.xyStageCue() : nullptr, at);
-          const std::uint8_t a = levelIn(m_wiring.abStageCue ? m_wiring.abStageCue() : nullptr, at);
+          const std::uint8_t x =
+              levelIn(m_wiring.xyStageCue ? m_wiring.xyStageCue() : nullptr, fixture->Channel);
+          const std::uint8_t a =
+              levelIn(m_wiring.abStageCue ? m_wiring.abStageCue() : nullptr, fixture->Channel);
           fixture->Level = std::max(x, a);
         },
         [&] { DrawTextOnShape(*fixture); });

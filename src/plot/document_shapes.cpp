@@ -64,7 +64,7 @@ std::shared_ptr<clsFixture> frmDocument::DrawShape(double x, double y, DrawMode 
   m_errors.steps([&] { drawOutline(*fixture, {.x = x, .y = y}); }, [&] { drawHitBox(*fixture); },
                  [&] { drawCentre(*fixture); },
                  [&] {
-                   if (mode == DrawMode::New) GetCurrentView()->colFixtures().add(fixture);
+                   if (mode == DrawMode::New) GetCurrentView()->colFixturesAdd(fixture);
                  },
                  [&] {
                    fixture->IconShape = m_show.SelectedFixtureType;

@@ -32,7 +32,7 @@ void frmDocument::FlpCAD1_WorldRectPos(double left, double top, double right, do
     zoom->tp = top;
     zoom->rt = right;
     zoom->bt = bottom;
-    GetCurrentView()->colZooms().add(std::move(zoom));
+    GetCurrentView()->colZoomsAdd(std::move(zoom));
     m_rubberBand = {.left = left, .top = top, .right = right, .bottom = bottom};
   });
 }

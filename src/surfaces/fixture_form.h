@@ -60,7 +60,7 @@ class FixtureForm {
   TextBox Channel;  ///< DMX channel (ANSI E1.11), 1 to 512; written to the fixture at once
   TextBox Level;    ///< percent
   UpDown UpDown1{0, 100, 0};
-  Label Moniker;
+  Label Moniker{.Caption = "", .ToolTip = "Name of Light"};  ///< nothing fills it
 
   std::array<Label, TextCount> TextLabels;  ///< beside Text1
   Label& Area = TextLabels[1];

@@ -96,7 +96,7 @@ TEST_F(ShowLife, ASecondShowReplacesTheFirstAndStopsItsFades) {
 TEST_F(ShowLife, EachViewHasItsOwnDocument) {
   ShowMaker maker;
   auto project = maker.project();
-  project->colViews().add(std::make_shared<clsView>());
+  project->colViewsAdd(std::make_shared<clsView>());
   open = write("two.kel", velgrove::writeShow(*project));
   auto* const desk = start();
   EXPECT_EQ(desk->windows.Documents.size(), 2U);

@@ -31,8 +31,8 @@ std::vector<std::string> described(const ShowRead& read) {
 /// A show with one view and one list, and what a test puts into them.
 struct SmallShow {
   std::shared_ptr<clsProject> project = std::make_shared<clsProject>();
-  std::shared_ptr<clsView> view = project->colViews().add(std::make_shared<clsView>());
-  std::shared_ptr<clsQueueData> list = project->colQueueData().add(std::make_shared<clsQueueData>());
+  std::shared_ptr<clsView> view = project->colViewsAdd(std::make_shared<clsView>());
+  std::shared_ptr<clsQueueData> list = project->colQueueDataAdd(std::make_shared<clsQueueData>());
 };
 
 TEST(ShowFile, ANewShowIsWrittenByteForByteAsTheFormatLaysItOut) {
@@ -81,7 +81,7 @@ TEST(ShowFile, ACutIsToldOnceWithItsFieldAndEveryCountThatFellShort) {
 
 TEST(ShowFile, ByteArraysKeepWhatTheCutLeftAndOtherFieldsStayEmpty) {
   SmallShow show;
-  const auto cue = show.list->colQueueEntries().add(std::make_shared<clsQueueEntry>());
+  const auto cue = show.list->colQueueEntriesAdd(std::make_shared<clsQueueEntry>());
   cue->EntryDesc = "dusk";
   cue->EntryNum = 2;
   cue->Values.fill(9);
@@ -161,7 +161,7 @@ TEST(ShowFile, HugeCountsInAShortFileMakeNoRecordThatIsNotThere) {
 
 TEST(ShowFile, AnUnknownTagEndsTheReadingWhereItStands) {
   SmallShow show;
-  for (int cue = 0; cue < 2; ++cue) show.list->colQueueEntries().add(std::make_shared<clsQueueEntry>());
+  for (int cue = 0; cue < 2; ++cue) show.list->colQueueEntriesAdd(std::make_shared<clsQueueEntry>());
   auto bytes = writeShow(*show.project);
   const auto cueSize = (bytes.size() - 311 - 8 - 6) / 2;
   bytes[bytes.size() - cueSize - 2] = 3;
@@ -180,14 +180,14 @@ TEST(ShowFile, BytesBehindTheLastRecordAreAFaultOnlyForThoseWhoMustGiveThemBack)
 
 TEST(ShowFile, WhatTheFormatCannotHoldIsAFaultThatNamesTheField) {
   SmallShow show;
-  show.view->colFixtures().add(std::make_shared<clsFixture>())->Mood = std::string(65536, 'm');
+  show.view->colFixturesAdd(std::make_shared<clsFixture>())->Mood = std::string(65536, 'm');
   const auto tooLong = errorOf([&] { (void)writeShow(*show.project); });
   EXPECT_EQ(tooLong.fault(), Fault::Overflow);
   EXPECT_THAT(tooLong.what(), HasSubstr("view 1, fixture 1, Mood"));
 
   show.view->colFixtures().item(1)->Mood.clear();
   const auto cue = std::make_shared<clsQueueEntry>();
-  for (int count = 0; count < 32768; ++count) show.list->colQueueEntries().add(cue);
+  for (int count = 0; count < 32768; ++count) show.list->colQueueEntriesAdd(cue);
   EXPECT_EQ(errorOf([&] { (void)writeShow(*show.project); }).fault(), Fault::Overflow);
 }
 

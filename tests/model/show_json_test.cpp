@@ -39,8 +39,8 @@ TEST(ShowJson, EveryShowComesBackByteForByte) {
 
 TEST(ShowJson, FloatsOfAnyBitsComeBackTheSame) {
   clsProject project;
-  auto& cues = project.colQueueData().add(std::make_shared<clsQueueData>())->colQueueEntries();
-  auto& zooms = project.colViews().add(std::make_shared<clsView>())->colZooms();
+  auto& cues = project.colQueueDataAdd(std::make_shared<clsQueueData>())->colQueueEntries();
+  auto& zooms = project.colViewsAdd(std::make_shared<clsView>())->colZooms();
   std::mt19937_64 random(7);
   for (int count = 0; count < 1000; ++count) {
     cues.add(std::make_shared<clsQueueEntry>())->EntryNum =

@@ -14,7 +14,7 @@ TEST(ShowSheet, ShowsCuesByNumberPatchByChannelAndTheSubmastersInUse) {
   clsProject project;
   project.ProjectName = "Play";
   project.ProjectDesc = "Autumn tour";
-  const auto list = project.colQueueData().add(std::make_shared<clsQueueData>());
+  const auto list = project.colQueueDataAdd(std::make_shared<clsQueueData>());
   list->QueueListName = "AB";
   list->QueueListDesc = "AB Fader";
   auto& cues = list->colQueueEntries();
@@ -30,10 +30,10 @@ TEST(ShowSheet, ShowsCuesByNumberPatchByChannelAndTheSubmastersInUse) {
   blackout->QueueListMasterGo = "None";
   blackout->QueueNumberMasterGo = "None";
 
-  const auto view = project.colViews().add(std::make_shared<clsView>());
+  const auto view = project.colViewsAdd(std::make_shared<clsView>());
   view->ViewName = "Play";
   for (const int channel : {12, 3}) {
-    const auto fixture = view->colFixtures().add(std::make_shared<clsFixture>());
+    const auto fixture = view->colFixturesAdd(std::make_shared<clsFixture>());
     fixture->Channel = static_cast<std::int16_t>(channel);
     fixture->FixtureType = channel == 3 ? "leko" : "fresnel";
     fixture->FixtureName = channel == 3 ? "d\xC3\xA9" : "front";
@@ -44,7 +44,7 @@ TEST(ShowSheet, ShowsCuesByNumberPatchByChannelAndTheSubmastersInUse) {
   view->colFixtures().item(2)->setDMXIn(1);
   view->colFixtures().item(2)->setDMXInControlChannel(44);
   for (int slider = 0; slider < 3; ++slider) {
-    const auto sub = view->colSubMasters().add(std::make_shared<clsSubMaster>());
+    const auto sub = view->colSubMastersAdd(std::make_shared<clsSubMaster>());
     sub->Identifier = slider;
     sub->SubMasterName = " ";
   }

@@ -372,7 +372,7 @@ TEST(CueRows, KeepTheirIdentityWhenTheListIsFilledAgain) {
   ScriptedDesk desk(showOf(4));
   QueueList& player = desk.xy();
   const auto before = player.ListView2.rows();
-  player.State.QueueData->colQueueEntries().add(entryOf({.number = 1.5F}, 1));
+  player.State.QueueData->colQueueEntriesAdd(entryOf({.number = 1.5F}, 1));
   player.FillList();
   const auto& after = player.ListView2.rows();
   ASSERT_EQ(after.size(), 5U);

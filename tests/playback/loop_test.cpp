@@ -162,6 +162,8 @@ TEST(Loop, ThatEndsOnTheLastRowLeavesNoNextCueToBeFound) {
     EXPECT_EQ(walk(desk, *player), "2>3 ");
     EXPECT_EQ(marks(*player), "3 4 2");
     EXPECT_EQ(player->lblNextNum.Caption, "N/A");
+    desk.expectSystemError();  // the link of a cue that isn't there
+    desk.expectSystemError();  // and its look
     EXPECT_EQ(walk(desk, *player), "3>4 ") << "a fade to dark, and round to the top";
     EXPECT_EQ(player->levels()[0], 0);
     EXPECT_EQ(marks(*player), "1 2 1");

@@ -194,9 +194,9 @@ TEST_F(Picking, PlotsLeaveEachOthersFixturesAlone) {
     auto one = std::make_shared<clsFixture>();
     one->Channel = static_cast<std::int16_t>(channel);
     one->IconShape = 1;
-    other->colFixtures().add(std::move(one));
+    other->colFixturesAdd(std::move(one));
   }
-  show.Projects.item(1)->colViews().add(other);
+  show.Projects.item(1)->colViewsAdd(other);
   show.CurrentViewIndex = 2;
   frmDocument second(show, machine, wiring);
   second.Form_Load();

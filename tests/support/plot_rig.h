@@ -41,12 +41,12 @@ class PlotRig : public testing::Test {
     fixture->x = at.x;
     fixture->y = at.y;
     fixture->Angle = angle;
-    return *view->colFixtures().add(std::move(fixture));
+    return *view->colFixturesAdd(std::move(fixture));
   }
 
   frmDocument& open() {
     auto project = std::make_shared<clsProject>();
-    project->colViews().add(view);
+    project->colViewsAdd(view);
     show.Projects.add(std::move(project));
     show.CurrentProjectIndex = show.CurrentViewIndex = 1;
     plot.emplace(show, machine, wiring);

@@ -60,11 +60,11 @@ class ShowMaker {
       fixture->FixtureType = "par38";
       fixture->IconShape = 3;
       fixture->Channel = static_cast<std::int16_t>(channel);
-      view->colFixtures().add(std::move(fixture));
+      view->colFixturesAdd(std::move(fixture));
     }
-    show->colViews().add(std::move(view));
-    show->colQueueData().add(list("AB", ab, 2));
-    show->colQueueData().add(list("XY", xy, 1));
+    show->colViewsAdd(std::move(view));
+    show->colQueueDataAdd(list("AB", ab, 2));
+    show->colQueueDataAdd(list("XY", xy, 1));
     return show;
   }
 
@@ -82,8 +82,8 @@ class ShowMaker {
     auto data = std::make_shared<clsQueueData>();
     data->QueueListName = name;
     data->QueueListDesc = name + " Fader";
-    data->colQueueEntries().add(entryOf({.number = 0, .up = blackoutUp, .down = blackoutDown}, mark));
-    for (const Cue& cue : cues) data->colQueueEntries().add(entryOf(cue, mark));
+    data->colQueueEntriesAdd(entryOf({.number = 0, .up = blackoutUp, .down = blackoutDown}, mark));
+    for (const Cue& cue : cues) data->colQueueEntriesAdd(entryOf(cue, mark));
     return data;
   }
 };

@@ -97,17 +97,17 @@ TEST_F(MovingFixtureDialog, TakesTheGroupAlongInBrightnessButWritesItsOwnChannel
   dialog.VSlider2.drag(101);
   EXPECT_EQ(form.Level.text(), "40");
   EXPECT_EQ(dialog.VSlider2.value(), 102) << "on the grid of whole percents";
-  EXPECT_EQ(fixture.Level, 102) << "where the change of the slider takes the fixture, too";
-  EXPECT_EQ(other.Level, 102);
+  EXPECT_EQ(fixture.Level, 101) << "where the hand put it";
+  EXPECT_EQ(other.Level, 101);
   EXPECT_EQ(shape(other.LevelTextShape).text, "40");
-  EXPECT_EQ(manual(10), "102");
+  EXPECT_EQ(manual(10), "101");
   dialog.VSlider3.drag(200);
   EXPECT_EQ(manual(20, 3), "0 0 0");
 
   show.DMXInput[9] = 100;
   dialog.VSlider2.drag(90);
   form.Level.setText("20");
-  EXPECT_EQ(manual(10) + " " + std::to_string(other.Level), "102 102") << "the input holds it";
+  EXPECT_EQ(manual(10) + " " + std::to_string(other.Level), "101 101") << "the input holds it";
   dialog.VSlider2.drag(255);
   EXPECT_EQ(manual(10), "255");
 }

@@ -23,7 +23,7 @@ class SubPane : public PlotRig {
       auto made = std::make_shared<clsSubMaster>();
       made->SubMasterName = " ";
       made->Identifier = i;
-      view->colSubMasters().add(std::move(made));
+      view->colSubMastersAdd(std::move(made));
     }
     machine.boxes.show = [this](const Box& box) {
       boxes.push_back(box);

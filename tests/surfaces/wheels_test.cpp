@@ -28,7 +28,7 @@ class Wheels : public PlotRig {
   MovingFixtureDlg moving{show, machine, dialogWiring};
 
   void SetUp() override {
-    view->colSubMasters().add(std::make_shared<clsSubMaster>());
+    view->colSubMastersAdd(std::make_shared<clsSubMaster>());
     add(5);
     open().stopTimers();
     show.CurrentFixture = view->colFixtures().item(1);
