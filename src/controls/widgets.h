@@ -208,8 +208,9 @@ class UpDown {
 
  private:
   void step(int by, const Event& click) {
+    const int before = m_value;
     readBuddy();
-    if (takeNew(m_value, std::clamp(m_value + by, m_min, m_max))) {
+    if (takeNew(m_value, std::clamp(m_value + by, m_min, m_max)) || m_value != before) {
       if (Buddy != nullptr) Buddy->setText(std::to_string(m_value));
       raise(Change);
     }

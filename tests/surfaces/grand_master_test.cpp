@@ -99,6 +99,10 @@ TEST_F(GrandMaster, ATypedLevelWaitsForTheArrows) {
   master.Level.setText("letters");
   master.UpDown1.down();
   EXPECT_EQ(std::pair(master.VSlider1.value(), lit(1)), std::pair(20, 150));
+  master.Level.setText("-100");
+  master.UpDown1.down();
+  EXPECT_EQ(std::pair(master.VSlider1.value(), lit(1)), std::pair(-100, 0)) << "typed at the end of the range";
+  master.VSlider1.drag(20);
   for (const char* text : {"101", "-101.4", "40000"}) {
     master.Level.setText(text);
     master.UpDown1_Change();
