@@ -45,7 +45,7 @@ class GrandMasterDialog : public FormDialog {
   Fader m_fader;
   QPushButton m_ok, m_cancel;
   DialogWheel m_wheel;
-  QTimer m_moving;  ///< runs until it has come to rest
+  QTimer m_moving{this};  ///< runs until it has come to rest
   bool m_atBottom = false;
 };
 

@@ -3,6 +3,7 @@
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "desktop/dress.h"
 
@@ -10,10 +11,13 @@ namespace velgrove {
 namespace {
 
 constexpr int FieldWidth = 76;
+constexpr int NarrowField = 58;
+constexpr int Margin = 12;       // of a group
+constexpr int FrameOfFocus = 4;  // around a box to tick
 
-QGridLayout* rowsIn(QGroupBox& group) {
+QGridLayout* rowsIn(QGroupBox& group, int left = Margin) {
   auto* rows = new QGridLayout(&group);
-  rows->setContentsMargins(12, 10, 12, 12);
+  rows->setContentsMargins(left, 10, Margin, Margin);
   rows->setHorizontalSpacing(6);
   rows->setVerticalSpacing(6);
   return rows;
@@ -24,9 +28,9 @@ void addFields(QGroupBox& group, std::initializer_list<LabelledField*> fields) {
   for (LabelledField* field : fields) field->addTo(*rows, rows->rowCount(), FieldWidth);
 }
 
-/// From the top; what is left of the group stays empty.
 QGridLayout* addBoxes(QGroupBox& group, std::initializer_list<QCheckBox*> boxes) {
-  QGridLayout* rows = rowsIn(group);
+  QGridLayout* rows = rowsIn(group, Margin - FrameOfFocus);
+  rows->setVerticalSpacing(2);
   for (QCheckBox* box : boxes) rows->addWidget(box, rows->rowCount(), 0, 1, 2);
   return rows;
 }
@@ -39,6 +43,13 @@ PreferencesDialog::PreferencesDialog(QWidget* above, Face& face, frmPreferences&
   layOut();
   bindControls(form);
   bindFields(form);
+  // Last: the fields have their texts when the first one is marked.
+  bindings().mirror([&form] { return form.Window.Visible; },
+                    [this](bool visible) {
+                      if (!visible) return;
+                      m_up.field.setFocus();
+                      m_up.field.selectAll();
+                    });
 }
 
 void PreferencesDialog::dress() {
@@ -105,7 +116,7 @@ void PreferencesDialog::bindFields(frmPreferences& form) {
 /// Tab goes in the order in which the widgets come into the window.
 void PreferencesDialog::layOut() {
   auto* page = new QWidget;
-  auto* groups = new QGridLayout(page);
+  auto* groups = m_groups = new QGridLayout(page);
   groups->setContentsMargins(14, 14, 14, 0);
   groups->setSpacing(14);
   groups->addWidget(&m_cueValues, 0, 0);
@@ -113,15 +124,15 @@ void PreferencesDialog::layOut() {
   groups->addWidget(&m_input, 1, 0);
   groups->addWidget(&m_panel, 1, 1);
   groups->addWidget(&m_confirmation, 2, 0);
-  groups->addWidget(&m_timings, 2, 1, Qt::AlignBottom);
-  for (const int column : {0, 1}) groups->setColumnStretch(column, 1);
   addFields(m_cueValues, {&m_up, &m_down, &m_delay});
   addFields(m_barValues, {&m_columns, &m_rows, &m_gap});
   addBoxes(m_input, {&m_nothing, &m_dimmers, &m_submasters});
   QGridLayout* panel = addBoxes(m_panel, {&m_showPanel});
-  m_subs.addTo(*panel, panel->rowCount(), FieldWidth);
+  m_subs.addTo(*panel, panel->rowCount(), NarrowField);
+  m_subs.label.setContentsMargins(FrameOfFocus, 0, 0, 0);
   panel->setRowStretch(panel->rowCount(), 1);
   addBoxes(m_confirmation, {&m_logging, &m_trigger});
+  groups->addWidget(&m_timings, 2, 1, Qt::AlignBottom);
 
   m_scroll.setFrameShape(QFrame::NoFrame);
   m_scroll.setFocusPolicy(Qt::NoFocus);
@@ -139,15 +150,17 @@ void PreferencesDialog::layOut() {
   all->addLayout(buttons);
 }
 
+/// Both columns are as wide as the widest group.
 void PreferencesDialog::fit() {
+  int widest = 0;
+  for (const QGroupBox* group : {&m_cueValues, &m_barValues, &m_input, &m_panel, &m_confirmation})
+    widest = std::max(widest, group->sizeHint().width());
+  for (const int column : {0, 1}) {
+    m_groups->setColumnMinimumWidth(column, widest);
+    m_groups->setColumnStretch(column, 1);
+  }
   constexpr QSize Usual(540, 416);  // below the title
   fitAround(m_scroll, Usual);
-}
-
-void PreferencesDialog::appear() {
-  fit();
-  m_up.field.setFocus();
-  m_up.field.selectAll();
 }
 
 void PreferencesDialog::changeEvent(QEvent* event) {

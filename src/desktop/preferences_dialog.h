@@ -19,7 +19,7 @@ class PreferencesDialog : public FormDialog {
 
  protected:
   void takePlace() override { fit(); }
-  void appear() override;
+  void appear() override { fit(); }
   void changeEvent(QEvent* event) override;
 
  private:
@@ -33,6 +33,7 @@ class PreferencesDialog : public FormDialog {
   QGroupBox m_cueValues, m_barValues, m_input, m_panel, m_confirmation;
   LabelledField m_up, m_down, m_delay, m_columns, m_rows, m_gap, m_subs;
   QCheckBox m_nothing, m_dimmers, m_submasters, m_showPanel, m_logging, m_trigger;
+  QGridLayout* m_groups = nullptr;
   QPushButton m_timings, m_save, m_reset, m_cancel;
 };
 

@@ -29,6 +29,13 @@ TimingsDialog::TimingsDialog(QWidget* above, Face& face, frmTimings& form)
   dress();
   layOut();
   bindControls(form);
+  // Last: the fields have their texts when the first one is marked.
+  bindings().mirror([&form] { return form.Window.Visible; },
+                    [this](bool visible) {
+                      if (!visible) return;
+                      m_fields[0].field.setFocus();
+                      m_fields[0].field.selectAll();
+                    });
 }
 
 void TimingsDialog::dress() {
@@ -77,12 +84,6 @@ void TimingsDialog::layOut() {
 void TimingsDialog::fit() {
   constexpr QSize Usual(300, 320);  // below the title
   fitAround(m_scroll, Usual);
-}
-
-void TimingsDialog::appear() {
-  fit();
-  m_fields[0].field.setFocus();
-  m_fields[0].field.selectAll();
 }
 
 void TimingsDialog::changeEvent(QEvent* event) {

@@ -18,7 +18,7 @@ class TimingsDialog : public FormDialog {
 
  protected:
   void takePlace() override { fit(); }
-  void appear() override;
+  void appear() override { fit(); }
   void changeEvent(QEvent* event) override;
 
  private:
