@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "desktop/lost_release.h"
+#include "desktop/newest.h"
 #include "desktop/theme.h"
 
 namespace velgrove {
@@ -123,11 +124,10 @@ struct SliderLook {
   bool operator==(const SliderLook&) const = default;
 };
 
-/// The hand's move in a slider's own words: where to, or by how much from where the control stands.
+/// What a key means to a slider: one of its ends, or by how much from where the control stands.
 std::function<void(Slider&)> moveOf(const QAbstractSlider& slider, int action) {
   const int to = slider.sliderPosition();
   switch (action) {
-    case QAbstractSlider::SliderMove:
     case QAbstractSlider::SliderToMinimum:
     case QAbstractSlider::SliderToMaximum:
       return [to](Slider& control) { control.drag(to); };
@@ -152,6 +152,13 @@ void show(QRadioButton& button, const OptionLook& look) {
   button.setChecked(look.chosen);
   button.setAutoExclusive(true);
 }
+
+struct CheckLook {
+  std::string caption;
+  bool ticked = false;
+  bool enabled = false;
+  bool operator==(const CheckLook&) const = default;
+};
 
 struct TabsLook {
   std::vector<std::string> captions;
@@ -338,11 +345,12 @@ void Bindings::bind(QGroupBox* group, const Find<Frame>& find) {
 void Bindings::bind(QAbstractSlider* slider, const Find<Slider>& find) {
   new LostRelease(slider);
   const Underway underway;
+  const auto drag = std::make_shared<Newest<int>>();
   const auto shown = std::make_shared<SliderLook>();
   shown->max = -1;  // as no control has it
   add({.copy =
-           [slider, find, shown, underway] {
-             if (slider->isSliderDown() || underway.any()) return false;
+           [slider, find, shown, underway, drag] {
+             if (slider->isSliderDown() || underway.any() || drag->waits()) return false;
              const Slider* control = find();
              SliderLook now = control == nullptr ? SliderLook{}
                                                  : SliderLook{.min = control->min(),
@@ -363,9 +371,16 @@ void Bindings::bind(QAbstractSlider* slider, const Find<Slider>& find) {
              slider->setValue(shown->value);
            }});
   QObject::connect(slider, &QAbstractSlider::actionTriggered, slider,
-                   [this, slider, find, shown, underway](int action) {
+                   [this, slider, find, shown, underway, drag](int action) {
                      if (action == QAbstractSlider::SliderNoAction) return;
                      shown->value = slider->sliderPosition();
+                     if (action == QAbstractSlider::SliderMove) {
+                       drag->deliver(m_face, shown->value, [find](int to) {
+                         if (Slider* control = find()) control->drag(to);
+                       });
+                       return;
+                     }
+                     drag->end();
                      underway.deliver(m_face, [find, move = moveOf(*slider, action)] {
                        if (Slider* control = find()) move(*control);
                      });
@@ -386,6 +401,36 @@ void Bindings::bind(QRadioButton* button, const Find<OptionButton>& find) {
     shown->known = false;  // the desk says what has become of it
     m_face.deliver([find] {
       if (OptionButton* control = find()) control->choose();
+    });
+  });
+}
+
+void Bindings::bind(QCheckBox* box, const Find<CheckBox>& find) {
+  const Underway underway;
+  const auto shown = std::make_shared<CheckLook>();
+  add({.copy =
+           [find, shown, underway] {
+             if (underway.any()) return false;
+             const CheckBox* control = find();
+             CheckLook now =
+                 control == nullptr
+                     ? CheckLook{}
+                     : CheckLook{.caption = control->Caption, .ticked = control->Value != 0, .enabled = true};
+             if (now == *shown) return false;
+             *shown = std::move(now);
+             return true;
+           },
+       .apply =
+           [box, shown] {
+             const QSignalBlocker quiet(box);
+             box->setText(text(shown->caption));
+             box->setEnabled(shown->enabled);
+             box->setChecked(shown->ticked);
+           }});
+  QObject::connect(box, &QAbstractButton::clicked, box, [this, find, shown, underway](bool ticked) {
+    shown->ticked = ticked;
+    underway.deliver(m_face, [find] {
+      if (CheckBox* control = find()) control->toggle();
     });
   });
 }

@@ -17,6 +17,9 @@ DeskWindows::DeskWindows(LightingDesk& desk, Face& face)
       m_pasteQuestion(&m_frame, face, desk.windows.ConfirmPaste),
       m_fixture(m_frame, face, desk, desk.windows.Fixture),
       m_movingFixture(m_frame, face, desk, desk.windows.MovingFixture),
+      m_grandMaster(m_frame, face, desk.windows.GrandMaster),
+      m_preferences(&m_frame, face, desk.windows.Preferences),
+      m_timings(&m_frame, face, desk.windows.Timings),
       m_dialogs(face, &m_frame) {
   desk.machine.Dialogs = m_dialogs.dialogs();
 }

@@ -5,10 +5,13 @@
 #include "core/lighting_desk.h"
 #include "desktop/fixture_dialog.h"
 #include "desktop/frame_window.h"
+#include "desktop/grand_master.h"
 #include "desktop/loop_dialog.h"
 #include "desktop/open_dialog.h"
 #include "desktop/platform_dialogs.h"
+#include "desktop/preferences_dialog.h"
 #include "desktop/small_dialogs.h"
+#include "desktop/timings_dialog.h"
 
 namespace velgrove {
 
@@ -33,6 +36,9 @@ class DeskWindows {
   PasteQuestion m_pasteQuestion;
   FixtureDialog m_fixture;
   FixtureDialog m_movingFixture;
+  GrandMasterDialog m_grandMaster;
+  PreferencesDialog m_preferences;
+  TimingsDialog m_timings;
   PlatformDialogs m_dialogs;
 };
 

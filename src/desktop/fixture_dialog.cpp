@@ -1,13 +1,9 @@
 #include "desktop/fixture_dialog.h"
 
-#include <QApplication>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QScreen>
-#include <QWheelEvent>
-#include <QWindow>
 #include <algorithm>
-#include <cstdlib>
 
 #include "desktop/dress.h"
 #include "desktop/room.h"
@@ -264,21 +260,11 @@ void FixtureDialog::orderFocus() {
   for (std::size_t i = 1; i < way.size(); ++i) setTabOrder(way[i - 1], way[i]);
 }
 
-/// Both pages are as large as the larger one. What a small screen can't hold scrolls.
+/// Both pages are as large as the larger one.
 void FixtureDialog::fit() {
   constexpr QSize Usual(476, 448);  // below the title
   constexpr int WidthOfMoving = 660;
-  constexpr int Frame = 2;  // of the pane
-  const QSize beside = layout()->sizeHint() - m_scroll.sizeHint();
-  QSize whole = m_pages.sizeHint() + QSize(Frame, Frame) + beside;
-  whole = whole.expandedTo(m_position == nullptr ? Usual : QSize(WidthOfMoving, Usual.height()));
-  setFixedSize(whole.boundedTo(m_frame.screen()->availableGeometry().size() - decoration()));
-}
-
-/// What the system draws around it. Before it stands on the screen nobody knows how much.
-QSize FixtureDialog::decoration() const {
-  constexpr QSize Likely(2, 30);
-  return (frameGeometry().size() - geometry().size()).expandedTo(Likely);
+  fitAround(m_scroll, m_position == nullptr ? Usual : QSize(WidthOfMoving, Usual.height()));
 }
 
 void FixtureDialog::changeEvent(QEvent* event) {
@@ -301,7 +287,6 @@ void FixtureDialog::takePlace() {
 }
 
 void FixtureDialog::appear() {
-  windowHandle()->installEventFilter(this);  // through it the wheel comes, whatever it stands over
   fit();
 }
 
@@ -323,27 +308,6 @@ void FixtureDialog::standBeside(QPoint pointer) {
   QPoint corner(pointer.x() + Gap, pointer.y() - size.height() / 2);
   if (corner.x() + size.width() > room.right() + 1) corner.setX(pointer.x() - Gap - size.width());
   move(within({corner, size}, room).topLeft());
-}
-
-// ---- The wheel
-
-/// Wherever it is turned over the dialog it means the level, and no field or fader under the mouse takes it.
-bool FixtureDialog::eventFilter(QObject* watched, QEvent* event) {
-  if (event->type() != QEvent::Wheel) return FormDialog::eventFilter(watched, event);
-  const QWidget* before = QApplication::activeModalWidget();
-  if (isEnabled() && (before == nullptr || before == this)) turn(*static_cast<QWheelEvent*>(event));
-  return true;
-}
-
-void FixtureDialog::turn(const QWheelEvent& wheel) {
-  constexpr int Notch = QWheelEvent::DefaultDeltasPerStep;
-  const int notches = m_notches.take(wheel);
-  for (int done = 0; done < std::abs(notches); ++done)
-    bindings().face().deliver([this, rotation = notches > 0 ? Notch : -Notch] {
-      bool handled = false;
-      const auto& wheeled = m_form.MouseHelper1.MouseWheel;
-      if (m_form.Window.Visible && wheeled) wheeled(rotation, handled);
-    });
 }
 
 }  // namespace velgrove

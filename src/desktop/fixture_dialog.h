@@ -9,11 +9,11 @@
 #include <array>
 
 #include "core/lighting_desk.h"
+#include "desktop/dialog_wheel.h"
 #include "desktop/fader.h"
 #include "desktop/fixture_widgets.h"
 #include "desktop/form_dialog.h"
 #include "desktop/frame_window.h"
-#include "desktop/notches.h"
 #include "desktop/position_panel.h"
 
 namespace velgrove {
@@ -30,7 +30,6 @@ class FixtureDialog : public FormDialog {
  protected:
   void takePlace() override;
   void appear() override;
-  bool eventFilter(QObject* watched, QEvent* event) override;
   void changeEvent(QEvent* event) override;
 
  private:
@@ -68,13 +67,11 @@ class FixtureDialog : public FormDialog {
   void orderFocus();
   void focusFirst(int page);
   void fit();
-  [[nodiscard]] QSize decoration() const;
   [[nodiscard]] FixtureSymbol::Subject subject() const;
   [[nodiscard]] Held held() const;
   void show(const Held& held);
   [[nodiscard]] Place place() const;
   void standBeside(QPoint pointer);
-  void turn(const QWheelEvent& wheel);
 
   FrameWindow& m_frame;
   LightingDesk& m_desk;
@@ -97,7 +94,7 @@ class FixtureDialog : public FormDialog {
   QPushButton m_ok, m_cancel;
   Bindings::Shown<Place> m_place;
   Place m_stands;  ///< where it was put last
-  Notches m_notches;
+  DialogWheel m_wheel{*this, bindings().face(), m_form.Window, m_form.MouseHelper1};
 };
 
 }  // namespace velgrove

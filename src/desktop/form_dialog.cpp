@@ -1,6 +1,9 @@
 #include "desktop/form_dialog.h"
 
 #include <QCloseEvent>
+#include <QLayout>
+#include <QScreen>
+#include <QScrollBar>
 
 namespace velgrove {
 
@@ -44,6 +47,20 @@ void FormDialog::show(const Look& look) {
 
 void FormDialog::appear() {
   if (m_default != nullptr) m_default->setFocus();
+}
+
+void FormDialog::fitAround(const QScrollArea& scroll, QSize usual) {
+  constexpr int Frame = 2;  // of the scrolling part
+  const QSize beside = layout()->sizeHint() - scroll.sizeHint();
+  const QSize whole = (scroll.widget()->sizeHint() + QSize(Frame, Frame) + beside).expandedTo(usual);
+  const QSize room = parentWidget()->screen()->availableGeometry().size() - decoration();
+  const int bar = whole.height() > room.height() ? scroll.verticalScrollBar()->sizeHint().width() : 0;
+  setFixedSize((whole + QSize(bar, 0)).boundedTo(room));
+}
+
+QSize FormDialog::decoration() const {
+  constexpr QSize Likely(2, 30);
+  return (frameGeometry().size() - geometry().size()).expandedTo(Likely);
 }
 
 void FormDialog::setDefault(QPushButton& button) {

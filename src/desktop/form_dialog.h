@@ -2,6 +2,7 @@
 
 #include <QDialog>
 #include <QPushButton>
+#include <QScrollArea>
 #include <functional>
 
 #include "controls/form.h"
@@ -25,6 +26,11 @@ class FormDialog : public QDialog {
   virtual void takePlace() {}
   /// The dialog comes up: takes the focus to its place. That is the default button, when it has no better.
   virtual void appear();
+  /// Takes the size at which all is seen that stands in its scrolling part, and `usual` below the title at
+  /// least. What the screen of the window above can't hold scrolls.
+  void fitAround(const QScrollArea& scroll, QSize usual);
+  /// What the system draws around it. Before it stands on the screen nobody knows how much.
+  [[nodiscard]] QSize decoration() const;
   /// What Enter presses where the focus is on no other button, each time the dialog comes up.
   void setDefault(QPushButton& button);
 

@@ -194,6 +194,10 @@ void FrameWindow::addEffects() {
   m_children->add(window, ChildArea::Place::Floating);
 }
 
+QRect FrameWindow::band() const {
+  return {m_band->mapToGlobal(QPoint(0, 0)), m_band->rect().size()};
+}
+
 QRect FrameWindow::ground() const {
   const QWidget& ground = *m_children->viewport();
   return {ground.mapToGlobal(QPoint(0, 0)), ground.size()};

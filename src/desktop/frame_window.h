@@ -33,6 +33,7 @@ class FrameWindow : public QMainWindow {
 
   // Where dialogs find room, in the screen's pixels:
 
+  [[nodiscard]] QRect band() const;    ///< with Go and the cue panel
   [[nodiscard]] QRect ground() const;  ///< of the child windows; their places count from its corner
   /// Where the plot of a document begins; the corner of the ground when it isn't shown.
   [[nodiscard]] QPoint plotCorner(unsigned document) const;

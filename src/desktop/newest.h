@@ -15,7 +15,7 @@ template <class Value>
 class Newest {
  public:
   void deliver(Face& face, Value value, std::function<void(const Value&)> take) {
-    if (m_waiting != nullptr && m_waiting->has_value()) {
+    if (waits()) {
       *m_waiting = std::move(value);
       return;
     }
@@ -25,6 +25,8 @@ class Newest {
       if (newest) take(*newest);
     });
   }
+  /// Whether the desk hasn't heard of the newest value yet.
+  [[nodiscard]] bool waits() const { return m_waiting != nullptr && m_waiting->has_value(); }
   /// The motion ends here: what moves from now on comes behind whatever is delivered next.
   void end() { m_waiting.reset(); }
 

@@ -9,6 +9,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "desktop/fader.h"
 #include "playback/queue_list.h"
 #include "support/screen.h"
 
@@ -222,6 +223,49 @@ TEST(Binding, ItemsOfAComboComeAndGoWithoutTouchingTheOthers) {
   });
   EXPECT_EQ(combo.widget.count(), 1);
   EXPECT_EQ(combo.widget.currentIndex(), -1);
+}
+
+TEST(Binding, ATickReachesTheDeskAndShowsWhatTheDeskMakesOfIt) {
+  Tied<QCheckBox, CheckBox> box({.Caption = "No Manual  Input"});
+  EXPECT_EQ(box.widget.text(), "No Manual  Input");
+  const QPoint middle(8, box.widget.height() / 2);
+  box.screen.click(box.widget, middle);
+  EXPECT_EQ(box.control->Value, 1);
+  box.desk([](CheckBox& control) { control.Value = 0; });
+  EXPECT_FALSE(box.widget.isChecked());
+
+  box.control->Click = [&] { box.control->Value = 0; };
+  box.screen.click(box.widget, middle);
+  EXPECT_FALSE(box.widget.isChecked()) << "the desk wouldn't have it";
+
+  box.control->Click = {};
+  box.screen.whileBusy([&] {
+    hand::key(Qt::Key_Space);
+    box.screen.face.pull();
+    EXPECT_TRUE(box.widget.isChecked()) << "taken back before the desk has heard of it";
+  });
+  EXPECT_EQ(box.control->Value, 1);
+}
+
+TEST(Binding, ADragThatABusyDeskCantTakeReachesItOnceWhereItEnded) {
+  Tied<Fader, Slider> fader(Slider(0, 255));
+  std::vector<int> heard;
+  fader.control->Scroll = [&] { heard.push_back(fader.control->value()); };
+  const auto at = [&](int value) { return fader.widget.placeOf(value).toPoint(); };
+  fader.screen.press(fader.widget, at(40));
+  heard.clear();
+  fader.screen.whileBusy([&] {
+    for (const int value : {80, 120, 160}) hand::mouse(QTest::MouseMove, fader.widget, at(value));
+    hand::mouse(QTest::MouseRelease, fader.widget, at(160));
+    const int held = fader.widget.value();
+    fader.screen.face.pull();
+    EXPECT_EQ(fader.widget.value(), held);
+    hand::key(Qt::Key_Up);
+  });
+  ASSERT_EQ(heard.size(), 2U);
+  EXPECT_NEAR(heard[0], 160, 2);
+  EXPECT_EQ(heard[1], heard[0] + 1);
+  EXPECT_EQ(fader.widget.value(), heard[1]);
 }
 
 }  // namespace

@@ -57,11 +57,11 @@ bool fits(const QComboBox& combo) {
     if (combo.fontMetrics().horizontalAdvance(combo.itemText(item)) > room) return false;
   return combo.fontMetrics().height() <= combo.contentsRect().height();
 }
-/// A number must be read at a glance, beside its arrows; other texts scroll.
+/// A number must be read at a glance, beside its arrows if it has any; other texts scroll.
 bool fits(const QLineEdit& field) {
   if (field.fontMetrics().height() > field.contentsRect().height()) return false;
   const auto* arrows = field.findChild<Spinner*>();
-  if (arrows == nullptr) return field.width() >= 80;
+  if (arrows == nullptr && field.width() >= 80) return true;
   QStyleOptionFrame option;
   option.initFrom(&field);
   option.lineWidth = 1;
@@ -69,8 +69,11 @@ bool fits(const QLineEdit& field) {
   constexpr int BesideText = 2;
   const int left = inner.left() + field.textMargins().left() + BesideText;
   const int right = inner.right() + 1 - field.textMargins().right() - BesideText;
-  return field.fontMetrics().horizontalAdvance(field.text()) <= right - left && right <= arrows->x() &&
-         field.rect().contains(arrows->geometry());
+  return field.fontMetrics().horizontalAdvance(field.text()) <= right - left &&
+         (arrows == nullptr || (right <= arrows->x() && field.rect().contains(arrows->geometry())));
+}
+bool fits(const QCheckBox& box) {
+  return holds(box.size(), box.sizeHint());
 }
 bool fits(const QGroupBox& group) {
   constexpr int Beside = 18;
@@ -95,6 +98,7 @@ void expectNothingCutOff(QWidget& window) {
   expectAllFit<QComboBox>(window);
   expectAllFit<QLineEdit>(window);
   expectAllFit<QGroupBox>(window);
+  expectAllFit<QCheckBox>(window);
 }
 
 /// The longest numbers that a player shows, in its editors and lines.
@@ -178,6 +182,17 @@ TEST(Layout, NothingIsCutOffInTheFrameOrItsDialogs) {
         expectNothingCutOff(dialog);
       }
     }
+    house.screen.onDesk([&] {
+      auto& windows = house.desk.windows;
+      windows.GrandMaster.showAtBottom();
+      windows.Preferences.Show();
+      windows.Preferences.txtUp.setText("-28888");
+      windows.Preferences.txtNumSubs.setText("24");
+    });
+    house.screen.expectBox("Warning: Modifying the default timings");
+    house.screen.click(named("frmPreferences/buttonTimings"));
+    for (const char* window : {"frmGrandMaster", "frmPreferences", "frmTimings"})
+      expectNothingCutOff(named(window));
     house.runTo(500);
     house.screen.whenAsked([&] {
       expectNothingCutOff(named("frmWanttoSave"));
