@@ -91,7 +91,8 @@ class Bindings {
   /// Caption and state; a disabled group takes the hand from all that stands in it.
   void bind(QGroupBox* group, const Find<Frame>& find);
   /// Range, value and tip. The hand's drags go to the control, its keys as steps from where the control
-  /// stands. A slider in the hand isn't written; when it is let go it shows what the desk has made of it.
+  /// stands. A slider in the hand isn't written; when it is let go the control hears of it behind the last
+  /// drag, and the slider shows what the desk has made of it.
   void bind(QAbstractSlider* slider, const Find<Slider>& find);
   void bind(QRadioButton* button, const Find<OptionButton>& find);
   void bind(QTabBar* tabs, const Find<TabStrip>& find);

@@ -1,13 +1,9 @@
 #include "desktop/fixture_dialog.h"
 
-#include <QApplication>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QScreen>
-#include <QWheelEvent>
-#include <QWindow>
 #include <algorithm>
-#include <cstdlib>
 
 #include "desktop/dress.h"
 #include "desktop/room.h"
@@ -275,12 +271,6 @@ void FixtureDialog::fit() {
   setFixedSize(whole.boundedTo(m_frame.screen()->availableGeometry().size() - decoration()));
 }
 
-/// What the system draws around it. Before it stands on the screen nobody knows how much.
-QSize FixtureDialog::decoration() const {
-  constexpr QSize Likely(2, 30);
-  return (frameGeometry().size() - geometry().size()).expandedTo(Likely);
-}
-
 void FixtureDialog::changeEvent(QEvent* event) {
   FormDialog::changeEvent(event);
   if (event->type() == QEvent::StyleChange && isVisible()) fit();
@@ -301,7 +291,7 @@ void FixtureDialog::takePlace() {
 }
 
 void FixtureDialog::appear() {
-  windowHandle()->installEventFilter(this);  // through it the wheel comes, whatever it stands over
+  m_wheel.watch();
   fit();
 }
 
@@ -327,23 +317,12 @@ void FixtureDialog::standBeside(QPoint pointer) {
 
 // ---- The wheel
 
-/// Wherever it is turned over the dialog it means the level, and no field or fader under the mouse takes it.
-bool FixtureDialog::eventFilter(QObject* watched, QEvent* event) {
-  if (event->type() != QEvent::Wheel) return FormDialog::eventFilter(watched, event);
-  const QWidget* before = QApplication::activeModalWidget();
-  if (isEnabled() && (before == nullptr || before == this)) turn(*static_cast<QWheelEvent*>(event));
-  return true;
-}
-
-void FixtureDialog::turn(const QWheelEvent& wheel) {
-  constexpr int Notch = QWheelEvent::DefaultDeltasPerStep;
-  const int notches = m_notches.take(wheel);
-  for (int done = 0; done < std::abs(notches); ++done)
-    bindings().face().deliver([this, rotation = notches > 0 ? Notch : -Notch] {
-      bool handled = false;
-      const auto& wheeled = m_form.MouseHelper1.MouseWheel;
-      if (m_form.Window.Visible && wheeled) wheeled(rotation, handled);
-    });
+void FixtureDialog::turn(int rotation) {
+  bindings().face().deliver([this, rotation] {
+    bool handled = false;
+    const auto& wheeled = m_form.MouseHelper1.MouseWheel;
+    if (m_form.Window.Visible && wheeled) wheeled(rotation, handled);
+  });
 }
 
 }  // namespace velgrove

@@ -13,8 +13,8 @@
 #include "desktop/fixture_widgets.h"
 #include "desktop/form_dialog.h"
 #include "desktop/frame_window.h"
-#include "desktop/notches.h"
 #include "desktop/position_panel.h"
+#include "desktop/wheel_over.h"
 
 namespace velgrove {
 
@@ -30,7 +30,6 @@ class FixtureDialog : public FormDialog {
  protected:
   void takePlace() override;
   void appear() override;
-  bool eventFilter(QObject* watched, QEvent* event) override;
   void changeEvent(QEvent* event) override;
 
  private:
@@ -68,13 +67,12 @@ class FixtureDialog : public FormDialog {
   void orderFocus();
   void focusFirst(int page);
   void fit();
-  [[nodiscard]] QSize decoration() const;
   [[nodiscard]] FixtureSymbol::Subject subject() const;
   [[nodiscard]] Held held() const;
   void show(const Held& held);
   [[nodiscard]] Place place() const;
   void standBeside(QPoint pointer);
-  void turn(const QWheelEvent& wheel);
+  void turn(int rotation);
 
   FrameWindow& m_frame;
   LightingDesk& m_desk;
@@ -96,8 +94,8 @@ class FixtureDialog : public FormDialog {
   std::array<Field, FixtureForm::TextCount> m_texts;
   QPushButton m_ok, m_cancel;
   Bindings::Shown<Place> m_place;
-  Place m_stands;  ///< where it was put last
-  Notches m_notches;
+  Place m_stands;                                                      ///< where it was put last
+  WheelOver m_wheel{*this, [this](int rotation) { turn(rotation); }};  ///< it means the level
 };
 
 }  // namespace velgrove

@@ -20,7 +20,7 @@ FormDialog::FormDialog(const QString& name, QWidget* above, Face& face, Form& fo
 }
 
 void FormDialog::show(const Look& look) {
-  setWindowTitle(QString::fromStdString(look.caption));
+  if (!look.caption.empty()) setWindowTitle(QString::fromStdString(look.caption));
   setEnabled(look.enabled);
   if (!look.visible) {
     hide();
@@ -44,6 +44,11 @@ void FormDialog::show(const Look& look) {
 
 void FormDialog::appear() {
   if (m_default != nullptr) m_default->setFocus();
+}
+
+QSize FormDialog::decoration() const {
+  constexpr QSize Likely(2, 30);
+  return (frameGeometry().size() - geometry().size()).expandedTo(Likely);
 }
 
 void FormDialog::setDefault(QPushButton& button) {

@@ -23,6 +23,8 @@ class FormDialog : public QDialog {
   [[nodiscard]] Bindings& bindings() { return m_bindings; }
   /// The dialog is about to come up: takes its size and place, so that it is never seen elsewhere.
   virtual void takePlace() {}
+  /// What the system draws around it. Before it stands on the screen nobody knows how much.
+  [[nodiscard]] QSize decoration() const;
   /// The dialog comes up: takes the focus to its place. That is the default button, when it has no better.
   virtual void appear();
   /// What Enter presses where the focus is on no other button, each time the dialog comes up.
