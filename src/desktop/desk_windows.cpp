@@ -17,6 +17,8 @@ DeskWindows::DeskWindows(LightingDesk& desk, Face& face)
       m_pasteQuestion(&m_frame, face, desk.windows.ConfirmPaste),
       m_fixture(m_frame, face, desk, desk.windows.Fixture),
       m_movingFixture(m_frame, face, desk, desk.windows.MovingFixture),
+      m_subFader(m_frame, face, desk.windows.SubPane),
+      m_subRecord(m_frame, face, desk.windows.SubPane, desk.show),
       m_dialogs(face, &m_frame) {
   desk.machine.Dialogs = m_dialogs.dialogs();
 }

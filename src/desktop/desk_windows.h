@@ -9,6 +9,8 @@
 #include "desktop/open_dialog.h"
 #include "desktop/platform_dialogs.h"
 #include "desktop/small_dialogs.h"
+#include "desktop/sub_fader.h"
+#include "desktop/sub_record.h"
 
 namespace velgrove {
 
@@ -33,6 +35,8 @@ class DeskWindows {
   PasteQuestion m_pasteQuestion;
   FixtureDialog m_fixture;
   FixtureDialog m_movingFixture;
+  SubFader m_subFader;
+  SubRecord m_subRecord;
   PlatformDialogs m_dialogs;
 };
 
