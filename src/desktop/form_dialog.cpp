@@ -48,7 +48,8 @@ void FormDialog::appear() {
 
 QSize FormDialog::decoration() const {
   constexpr QSize Likely(2, 30);
-  return (frameGeometry().size() - geometry().size()).expandedTo(Likely);
+  const QSize known = frameGeometry().size() - geometry().size();
+  return known.isNull() ? Likely : known;
 }
 
 void FormDialog::setDefault(QPushButton& button) {

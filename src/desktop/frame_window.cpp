@@ -57,6 +57,10 @@ void FrameWindow::build() {
   m_strip = new SubStrip(m_desk, m_bindings);
   m_strip->hide();
   m_splitter->addWidget(m_strip);
+  connect(m_strip, &SubStrip::heightChanged, this, [this] {  // a splitter gives nothing back by itself
+    const int strip = m_strip->height();
+    m_splitter->setSizes({m_splitter->height() - m_splitter->handleWidth() - strip, strip});
+  });
   m_splitter->setStretchFactor(0, 1);
   column->addWidget(m_splitter, 1);
   setCentralWidget(all);

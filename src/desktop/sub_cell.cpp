@@ -14,7 +14,7 @@
 namespace velgrove {
 namespace {
 
-constexpr int BesideName = 4;
+constexpr int BesideName = 3;
 
 QFont numberFont() {
   return theme::font(theme::sized(15, 18), true);

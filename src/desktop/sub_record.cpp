@@ -38,6 +38,7 @@ SubRecord::SubRecord(FrameWindow& frame, Face& face, frmSubPane& panel, const Sh
 void SubRecord::layOut() {
   for (QLabel* caption : {&m_caption, &m_nameCaption}) caption->setProperty("tone", "quiet");
   m_number.setProperty("type", "subNumber");
+  m_name.setProperty("type", "property");
   auto* rows = new QGridLayout;
   rows->setHorizontalSpacing(8);
   rows->setVerticalSpacing(6);

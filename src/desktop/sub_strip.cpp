@@ -43,7 +43,6 @@ SubStrip::SubStrip(LightingDesk& desk, Bindings& bindings) {
   layOut();
   for (int index = 0; index <= Last; ++index) bind(index, desk.windows.SubPane, desk.show, bindings);
   makeCurrent(0);
-  fit();
 }
 
 void SubStrip::layOut() {
@@ -125,7 +124,7 @@ void SubStrip::wheelEvent(QWheelEvent* event) {
 
 void SubStrip::resizeEvent(QResizeEvent* event) {
   QScrollArea::resizeEvent(event);
-  fit();
+  QMetaObject::invokeMethod(this, &SubStrip::fit, Qt::QueuedConnection);  // the frame is just being laid out
 }
 
 void SubStrip::changeEvent(QEvent* event) {
@@ -136,7 +135,10 @@ void SubStrip::changeEvent(QEvent* event) {
 /// As high as the cells, and the scroll bar when there is one.
 void SubStrip::fit() {
   const bool scrolls = widget()->minimumSizeHint().width() > width();
-  setFixedHeight(theme::sized(72, 96) + (scrolls ? horizontalScrollBar()->sizeHint().height() : 0));
+  const int height = theme::sized(72, 96) + (scrolls ? horizontalScrollBar()->sizeHint().height() : 0);
+  if (height == minimumHeight()) return;
+  setFixedHeight(height);
+  emit heightChanged();
 }
 
 }  // namespace velgrove

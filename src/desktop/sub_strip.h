@@ -19,6 +19,9 @@ class SubStrip : public QScrollArea {
 
   [[nodiscard]] QRect button(int index) const;  ///< in the screen's pixels
 
+ signals:
+  void heightChanged();
+
  protected:
   void keyPressEvent(QKeyEvent* event) override;
   void wheelEvent(QWheelEvent* event) override;
