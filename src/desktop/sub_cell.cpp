@@ -236,13 +236,11 @@ void SubCell::paintLevel(QPainter& painter) const {
   QRectF bar = QRectF(box).adjusted(1, 1, -1, -1);
   bar.setWidth(bar.width() * percent() / 100);
   painter.fillRect(bar, theme::colour("subFill"));
-  if (m_look.follows) {
-    constexpr double MarkSize = 7;
-    drawInputMark(painter, QPointF(4, box.top() + box.height() / 2.0), MarkSize);
-  }
+  constexpr int MarkSize = 7;
+  if (m_look.follows) drawInputMark(painter, QPointF(4, box.top() + box.height() / 2.0), MarkSize);
   painter.setFont(numberFont());
   painter.setPen(theme::colour(m_look.follows ? "sub" : percent() == 0 ? "text3" : "text"));
-  painter.drawText(box, Qt::AlignCenter, text(m_look.level));
+  painter.drawText(box.adjusted(m_look.follows ? MarkSize : 0, 0, 0, 0), Qt::AlignCenter, text(m_look.level));
 }
 
 }  // namespace velgrove
