@@ -385,7 +385,12 @@ void Bindings::bind(QAbstractSlider* slider, const Find<Slider>& find) {
                        if (Slider* control = find()) move(*control);
                      });
                    });
-  QObject::connect(slider, &QAbstractSlider::sliderReleased, slider, [this] { m_face.pull(); });
+  QObject::connect(slider, &QAbstractSlider::sliderReleased, slider, [this, find, drag] {
+    drag->end();
+    m_face.deliver([find] {
+      if (const Slider* control = find()) control->letGo();
+    });
+  });
 }
 
 void Bindings::bind(QRadioButton* button, const Find<OptionButton>& find) {

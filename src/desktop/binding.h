@@ -92,8 +92,9 @@ class Bindings {
   /// Caption and state; a disabled group takes the hand from all that stands in it.
   void bind(QGroupBox* group, const Find<Frame>& find);
   /// Range, value and tip. The hand's drags go to the control, its keys as steps from where the control
-  /// stands. A slider in the hand isn't written; when it is let go it shows what the desk has made of it. Of
-  /// the drags that a busy desk couldn't take, only the newest reaches it.
+  /// stands. A slider in the hand isn't written; when it is let go the control hears of it behind the last
+  /// drag, and the slider shows what the desk has made of it. Of the drags that a busy desk couldn't take,
+  /// only the newest reaches it.
   void bind(QAbstractSlider* slider, const Find<Slider>& find);
   void bind(QRadioButton* button, const Find<OptionButton>& find);
   void bind(QCheckBox* box, const Find<CheckBox>& find);

@@ -20,6 +20,8 @@ DeskWindows::DeskWindows(LightingDesk& desk, Face& face)
       m_grandMaster(m_frame, face, desk.windows.GrandMaster),
       m_preferences(&m_frame, face, desk.windows.Preferences),
       m_timings(&m_frame, face, desk.windows.Timings),
+      m_subFader(m_frame, face, desk.windows.SubPane),
+      m_subRecord(m_frame, face, desk.windows.SubPane, desk.show),
       m_dialogs(face, &m_frame) {
   desk.machine.Dialogs = m_dialogs.dialogs();
 }

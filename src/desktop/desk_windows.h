@@ -11,6 +11,8 @@
 #include "desktop/platform_dialogs.h"
 #include "desktop/preferences_dialog.h"
 #include "desktop/small_dialogs.h"
+#include "desktop/sub_fader.h"
+#include "desktop/sub_record.h"
 #include "desktop/timings_dialog.h"
 
 namespace velgrove {
@@ -39,6 +41,8 @@ class DeskWindows {
   GrandMasterDialog m_grandMaster;
   PreferencesDialog m_preferences;
   TimingsDialog m_timings;
+  SubFader m_subFader;
+  SubRecord m_subRecord;
   PlatformDialogs m_dialogs;
 };
 

@@ -23,7 +23,7 @@ FormDialog::FormDialog(const QString& name, QWidget* above, Face& face, Form& fo
 }
 
 void FormDialog::show(const Look& look) {
-  setWindowTitle(QString::fromStdString(look.caption));
+  if (!look.caption.empty()) setWindowTitle(QString::fromStdString(look.caption));
   setEnabled(look.enabled);
   if (!look.visible) {
     hide();
@@ -60,7 +60,8 @@ void FormDialog::fitAround(const QScrollArea& scroll, QSize usual) {
 
 QSize FormDialog::decoration() const {
   constexpr QSize Likely(2, 30);
-  return (frameGeometry().size() - geometry().size()).expandedTo(Likely);
+  const QSize known = frameGeometry().size() - geometry().size();
+  return known.isNull() ? Likely : known;
 }
 
 void FormDialog::setDefault(QPushButton& button) {

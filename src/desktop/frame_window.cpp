@@ -54,8 +54,13 @@ void FrameWindow::build() {
   m_splitter->setObjectName("SSSplitter1");
   m_splitter->setChildrenCollapsible(false);
   m_splitter->addWidget(upper);
-  m_subPane = makeSubPane();
-  m_splitter->addWidget(m_subPane);
+  m_strip = new SubStrip(m_desk, m_bindings);
+  m_strip->hide();
+  m_splitter->addWidget(m_strip);
+  connect(m_strip, &SubStrip::heightChanged, this, [this] {  // a splitter gives nothing back by itself
+    const int strip = m_strip->height();
+    m_splitter->setSizes({m_splitter->height() - m_splitter->handleWidth() - strip, strip});
+  });
   m_splitter->setStretchFactor(0, 1);
   column->addWidget(m_splitter, 1);
   setCentralWidget(all);
@@ -140,15 +145,6 @@ QWidget* FrameWindow::makeBanner() {
   return m_banner;
 }
 
-QWidget* FrameWindow::makeSubPane() {
-  auto* pane = new QWidget;
-  pane->setObjectName("SubPane");
-  pane->setAttribute(Qt::WA_StyledBackground);
-  pane->setMinimumHeight(theme::sized(72, 96));
-  pane->hide();
-  return pane;
-}
-
 void FrameWindow::addPlayer(const CueWindow::Names& names, std::unique_ptr<QueueList> Windows::*player,
                             ChildArea::Place place) {
   const auto find = [this, player] { return (m_desk.windows.*player).get(); };
@@ -165,8 +161,8 @@ void FrameWindow::addPlayer(const CueWindow::Names& names, std::unique_ptr<Queue
   m_children->add(window, place);
 }
 
-/// F6 takes the focus from the window in use to the band, on to the tools beside the plot, and back; within a
-/// part Tab goes on.
+/// F6 takes the focus from the window in use to the band, on to the tools beside the plot, to the submasters,
+/// and back; within a part Tab goes on.
 void FrameWindow::focusNextPart() {
   const auto focusFirst = [](const QWidget& part) {
     for (auto* button : part.findChildren<QAbstractButton*>()) {
@@ -177,12 +173,15 @@ void FrameWindow::focusNextPart() {
   };
   const QWidget* from = QApplication::focusWidget();
   QMdiSubWindow* window = m_children->currentSubWindow();
+  const bool fromTools = m_toolColumn->isAncestorOf(from);
   if (m_band->isAncestorOf(from))
     focusFirst(*m_toolColumn);
-  else if (window == nullptr || !m_toolColumn->isAncestorOf(from))
-    focusFirst(*m_band);
-  else
+  else if (fromTools && m_strip->isVisible())
+    m_strip->setFocus(Qt::ShortcutFocusReason);
+  else if (window != nullptr && (fromTools || m_strip->isAncestorOf(from)))
     window->widget()->setFocus(Qt::ShortcutFocusReason);
+  else
+    focusFirst(*m_band);
 }
 
 void FrameWindow::addEffects() {
@@ -214,6 +213,17 @@ std::vector<QRect> FrameWindow::lists() const {
   for (const CueWindow* list : m_children->findChildren<CueWindow*>())
     if (list->isVisible()) places.emplace_back(list->mapToGlobal(QPoint(0, 0)), list->size());
   return places;
+}
+
+QRect FrameWindow::subButton(int index) const {
+  return m_strip->button(index);
+}
+
+QRect FrameWindow::aboveStrip() const {
+  QRect room = screen()->availableGeometry();
+  const int strip = m_strip->mapToGlobal(QPoint(0, 0)).y();
+  room.setBottom(std::clamp(strip - 1, room.center().y(), room.bottom()));
+  return room;
 }
 
 // ---- Documents come and go
@@ -303,7 +313,7 @@ void FrameWindow::bindFrame() {
       },
       [this](const std::vector<unsigned>& identities) { showDocuments(identities); });
   m_bindings.mirror([this] { return m_desk.frame.SubPaneVisible; },
-                    [this](bool visible) { m_subPane->setVisible(visible); });
+                    [this](bool visible) { m_strip->setVisible(visible); });
   m_bindings.mirror([this] { return m_desk.windows.Comm.Condition.Caption; },
                     [this](const std::string& condition) {
                       m_bannerText->setText(QString::fromStdString(condition));
@@ -389,7 +399,6 @@ void FrameWindow::size() {
     button->setFixedSize(theme::sized(QSize(34, 34), QSize(44, 44)));
     button->setIconSize(theme::sized(QSize(24, 24), QSize(28, 28)));
   }
-  m_subPane->setMinimumHeight(theme::sized(72, 96));
   m_children->layOut();
 }
 

@@ -16,6 +16,7 @@
 #include "desktop/document_window.h"
 #include "desktop/show_bar.h"
 #include "desktop/status_line.h"
+#include "desktop/sub_strip.h"
 #include "desktop/tools.h"
 
 namespace velgrove {
@@ -39,6 +40,9 @@ class FrameWindow : public QMainWindow {
   [[nodiscard]] QPoint plotCorner(unsigned document) const;
   [[nodiscard]] std::vector<QRect> lists() const;  ///< the windows of the players that can be seen
 
+  [[nodiscard]] QRect subButton(int index) const;  ///< of a submaster, from 0
+  [[nodiscard]] QRect aboveStrip() const;          ///< the screen above the strip of the submasters
+
  protected:
   void closeEvent(QCloseEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
@@ -61,7 +65,6 @@ class FrameWindow : public QMainWindow {
   [[nodiscard]] QWidget* makeToolColumn();
   [[nodiscard]] static QWidget* scrolling(QWidget* column);
   [[nodiscard]] QWidget* makeBanner();
-  [[nodiscard]] static QWidget* makeSubPane();
   void bindFrame();
   void bindRequests();
   void addPlayer(const CueWindow::Names& names, std::unique_ptr<QueueList> Windows::*player,
@@ -87,7 +90,7 @@ class FrameWindow : public QMainWindow {
   QFrame* m_banner = nullptr;
   QLabel* m_bannerText = nullptr;
   QSplitter* m_splitter = nullptr;
-  QWidget* m_subPane = nullptr;
+  SubStrip* m_strip = nullptr;
   ChildArea* m_children = nullptr;
   Documents m_documents;
   unsigned m_activeDocument = 0;

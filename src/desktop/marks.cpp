@@ -54,13 +54,13 @@ void drawLetterMark(QPainter& painter, const QRect& area, bool next, const QColo
   painter.drawPixmap(area.topLeft(), kept);
 }
 
-void drawInputMark(QPainter& painter, QPointF left) {
-  constexpr double Half = InputMarkSize / 2;
+void drawInputMark(QPainter& painter, QPointF left, double size) {
+  const double half = size * 5 / 12;  // of its height
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(Qt::NoPen);
   painter.setBrush(theme::colour("input"));
-  painter.drawPolygon(QPolygonF{left + QPointF(0, 1 - Half), left + QPointF(InputMarkSize, 1 - Half),
-                                left + QPointF(Half, Half - 1)});
+  painter.drawPolygon(
+      QPolygonF{left + QPointF(0, -half), left + QPointF(size, -half), left + QPointF(size / 2, half)});
 }
 
 }  // namespace velgrove

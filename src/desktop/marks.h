@@ -8,8 +8,8 @@ namespace velgrove {
 void drawLetterMark(QPainter& painter, const QRect& area, bool next, const QColor& body,
                     const QColor& letter);
 
-/// The triangle of what comes in by DMX, as wide as `InputMarkSize`, by the middle of its left side.
+/// The triangle of what comes in by DMX, by the middle of its left side and its width.
 constexpr double InputMarkSize = 12;
-void drawInputMark(QPainter& painter, QPointF left);
+void drawInputMark(QPainter& painter, QPointF left, double size = InputMarkSize);
 
 }  // namespace velgrove
