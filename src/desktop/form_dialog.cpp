@@ -6,6 +6,11 @@
 #include <QScrollBar>
 
 namespace velgrove {
+namespace {
+
+constexpr QSize LikelyDecoration(2, 30);
+
+}  // namespace
 
 FormDialog::FormDialog(const QString& name, QWidget* above, Face& face, Form& form,
                        std::function<void()> close, Qt::WindowFlags flags)
@@ -53,15 +58,15 @@ void FormDialog::fitAround(const QScrollArea& scroll, QSize usual) {
   constexpr int Frame = 2;  // of the scrolling part
   const QSize beside = layout()->sizeHint() - scroll.sizeHint();
   const QSize whole = (scroll.widget()->sizeHint() + QSize(Frame, Frame) + beside).expandedTo(usual);
-  const QSize room = parentWidget()->screen()->availableGeometry().size() - decoration();
+  const QSize room =
+      parentWidget()->screen()->availableGeometry().size() - decoration().expandedTo(LikelyDecoration);
   const int bar = whole.height() > room.height() ? scroll.verticalScrollBar()->sizeHint().width() : 0;
   setFixedSize((whole + QSize(bar, 0)).boundedTo(room));
 }
 
 QSize FormDialog::decoration() const {
-  constexpr QSize Likely(2, 30);
   const QSize known = frameGeometry().size() - geometry().size();
-  return known.isNull() ? Likely : known;
+  return known.isNull() ? LikelyDecoration : known;
 }
 
 void FormDialog::setDefault(QPushButton& button) {
