@@ -60,34 +60,36 @@ bool means(std::string_view word, std::string_view name) {
 }
 
 template <class Table>
-const auto& named(const Table& table, const std::string& what, std::string_view word) {
-  const auto row = std::ranges::find_if(
+const auto* find(const Table& table, std::string_view word) {
+  const auto* const row = std::ranges::find_if(
       table, [word](const auto& each) { return means(word, each.name) || means(word, each.control); });
-  if (row == std::end(table)) wrong("there is no such " + what + ": " + std::string(word));
-  return *row;
+  return row == std::end(table) ? nullptr : row;
 }
 
-// ---- Preferences
+[[noreturn]] void noSuch(const std::string& what, std::string_view word) {
+  wrong("there is no such " + what + ": " + std::string(word));
+}
 
-struct PreferenceText {
+// ---- Preferences and timings
+
+/// A control of a form, by what it sets and by its own name.
+template <class Window, class Control>
+struct NamedControl {
   std::string_view name;
   std::string_view control;
-  TextBox frmPreferences::*field;
+  Control Window::*member;
 };
-constexpr PreferenceText PreferenceTexts[] = {{"Up", "txtUp", &frmPreferences::txtUp},
-                                              {"Down", "txtDown", &frmPreferences::txtDown},
-                                              {"Delay", "txtDelay", &frmPreferences::txtDelay},
-                                              {"BarColumns", "txtColumns", &frmPreferences::txtColumns},
-                                              {"BarRows", "txtRows", &frmPreferences::txtRows},
-                                              {"BarGap", "txtGap", &frmPreferences::txtGap},
-                                              {"NUMSubs", "txtNumSubs", &frmPreferences::txtNumSubs}};
 
-struct PreferenceBox {
-  std::string_view name;
-  std::string_view control;
-  CheckBox frmPreferences::*box;
-};
-constexpr PreferenceBox PreferenceBoxes[] = {
+constexpr NamedControl<frmPreferences, TextBox> PreferenceTexts[] = {
+    {"Up", "txtUp", &frmPreferences::txtUp},
+    {"Down", "txtDown", &frmPreferences::txtDown},
+    {"Delay", "txtDelay", &frmPreferences::txtDelay},
+    {"BarColumns", "txtColumns", &frmPreferences::txtColumns},
+    {"BarRows", "txtRows", &frmPreferences::txtRows},
+    {"BarGap", "txtGap", &frmPreferences::txtGap},
+    {"NUMSubs", "txtNumSubs", &frmPreferences::txtNumSubs}};
+
+constexpr NamedControl<frmPreferences, CheckBox> PreferenceBoxes[] = {
     {"DMXNothing", "chkDMXNothing", &frmPreferences::chkDMXNothing},
     {"DMXDimmers", "chkDMXDimmers", &frmPreferences::chkDMXDimmers},
     {"DMXSubmasters", "chkDMXSubmasters", &frmPreferences::chkDMXSubmasters},
@@ -109,25 +111,14 @@ bool readSwitch(Words words) {
   return readWhole("VALUE", words.size() < 3 ? "" : words[2], 0, 1) != 0;
 }
 
-bool isText(std::string_view key) {
-  return std::ranges::any_of(
-      PreferenceTexts, [key](const auto& row) { return means(key, row.name) || means(key, row.control); });
-}
-
-// ---- Timings
-
-struct TimingField {
-  std::string_view name;
-  std::string_view control;
-  TextBox frmTimings::*field;
-};
-constexpr TimingField TimingFields[] = {{"OutRate", "txtOutRate", &frmTimings::txtOutRate},
-                                        {"InRate", "txtInRate", &frmTimings::txtInRate},
-                                        {"FadeRate", "txtFadeRate", &frmTimings::txtFadeRate},
-                                        {"DisplayRate", "txtDisplayRate", &frmTimings::txtDisplayRate},
-                                        {"SubsRate", "txtSubsRate", &frmTimings::txtSubsRate},
-                                        {"CalcRate", "txtCalcRate", &frmTimings::txtCalcRate},
-                                        {"NumFixtures", "txtNumFixtures", &frmTimings::txtNumFixtures}};
+constexpr NamedControl<frmTimings, TextBox> TimingFields[] = {
+    {"OutRate", "txtOutRate", &frmTimings::txtOutRate},
+    {"InRate", "txtInRate", &frmTimings::txtInRate},
+    {"FadeRate", "txtFadeRate", &frmTimings::txtFadeRate},
+    {"DisplayRate", "txtDisplayRate", &frmTimings::txtDisplayRate},
+    {"SubsRate", "txtSubsRate", &frmTimings::txtSubsRate},
+    {"CalcRate", "txtCalcRate", &frmTimings::txtCalcRate},
+    {"NumFixtures", "txtNumFixtures", &frmTimings::txtNumFixtures}};
 
 }  // namespace
 
@@ -172,22 +163,24 @@ Action setPreference(Words words) {
     return inPreferences([on = readSwitch(words)](const ShowState& show, frmPreferences& form) {
       if ((show.PrefShowSubs != 0) != on) form.chkShowSub.toggle();
     });
-  if (isText(key))
-    return inPreferences(
-        [field = named(PreferenceTexts, "preference", key).field, text = asTyped(words.subspan(2))](
-            const ShowState&, frmPreferences& form) { (form.*field).setText(text); });
-  const auto box = named(PreferenceBoxes, "preference", key).box;
-  return inPreferences([box, value = readSwitch(words) ? 1 : 0](const ShowState&, frmPreferences& form) {
-    if ((form.*box).Value != value) (form.*box).toggle();
-  });
+  if (const auto* const text = find(PreferenceTexts, key))
+    return inPreferences([field = text->member, typed = asTyped(words.subspan(2))](
+                             const ShowState&, frmPreferences& form) { (form.*field).setText(typed); });
+  const auto* const found = find(PreferenceBoxes, key);
+  if (found == nullptr) noSuch("preference", key);
+  return inPreferences(
+      [box = found->member, value = readSwitch(words) ? 1 : 0](const ShowState&, frmPreferences& form) {
+        if ((form.*box).Value != value) (form.*box).toggle();
+      });
 }
 
 Action setTiming(Words words) {
-  return [field = named(TimingFields, "timing", words[1]).field,
-          text = asTyped(words.subspan(2))](Operator& op) {
+  const auto* const found = find(TimingFields, words[1]);
+  if (found == nullptr) noSuch("timing", words[1]);
+  return [field = found->member, typed = asTyped(words.subspan(2))](Operator& op) {
     frmTimings& dialog = op.desk.windows.Timings;
     op.desk.windows.Preferences.buttonTimings.click();
-    (dialog.*field).setText(text);
+    (dialog.*field).setText(typed);
     dialog.cmdRefresh.click();
     dialog.Unload();
   };
