@@ -75,7 +75,7 @@ void ChildWindow::obey(const Look& look) {
 
 /// The form knows where its window stands, as long as it's neither minimised nor fills the frame.
 void ChildWindow::noteGeometry() {
-  if (m_writing || !isVisible() || isMinimized() || isMaximized() || !m_look->known) return;
+  if (!m_notesPlace || m_writing || !isVisible() || isMinimized() || isMaximized() || !m_look->known) return;
   if (m_look->value.place == geometry()) return;
   m_look->value.place = geometry();
   m_bindings.face().deliver([this, place = geometry()] {
