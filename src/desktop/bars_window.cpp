@@ -17,7 +17,7 @@ constexpr int Header = 18;
 constexpr int MarkSize = 7;
 constexpr int Beside = 2;        // free beside a caption and a mark
 constexpr int InsideAbove = 55;  // percent: from there on the number stands inside of the fill
-constexpr int LegendHeight = 24;
+constexpr QSize Legend(400, 24);
 constexpr const char* NothingToShow =
     "Rows and columns are set in Edit, Preferences; they hold for windows opened from then on.";
 
@@ -70,7 +70,7 @@ QSize BarsWindow::sizeHint() const {
   return theme::sized(QSize(1000, 600), QSize(1100, 700));
 }
 QSize BarsWindow::minimumSizeHint() const {
-  return {200, 120};
+  return {320, 200};
 }
 
 // ---- From the desk
@@ -174,11 +174,13 @@ void BarsWindow::placeCells() {
   grid.translate(away);
   const int below = height() - 1 - grid.bottom();
   m_legend = {};
-  if (m_hasLegend && !m_corners.empty() && below >= LegendHeight)
-    m_legend = {away.x(), grid.bottom() + 1 + (below - LegendHeight) / 2, width() - 2 * away.x(),
-                LegendHeight};
+  if (m_hasLegend && !m_corners.empty() && below >= Legend.height() && width() >= Legend.width())
+    m_legend = {away.x(), grid.bottom() + 1 + (below - Legend.height()) / 2, width() - 2 * away.x(),
+                Legend.height()};
 
-  const QSize inside = m_layout.cell - QSize(2, 2);
+  constexpr int LeastWithOutline = 6;
+  m_outline = std::min(m_layout.cell.width(), m_layout.cell.height()) < LeastWithOutline ? 0 : 1;
+  const QSize inside = m_layout.cell - 2 * QSize(m_outline, m_outline);
   const double leastOfNumber = (lineHeight(m_numberFont) + 2) * 100.0 / (100 - InsideAbove);
   const auto hasRoom = [&](int height, const QFont& font, const char* widest) {
     return height >= leastOfNumber && inside.width() >= QFontMetrics(font).horizontalAdvance(widest) + 2;
@@ -190,7 +192,7 @@ void BarsWindow::placeCells() {
   m_blank.fill(theme::colour("panel"));
   QPainter painter(&m_blank);
   painter.setRenderHint(QPainter::Antialiasing);
-  painter.setPen(theme::colour("line"));
+  painter.setPen(theme::colour(m_outline > 0 ? "line" : "well"));
   painter.setBrush(theme::colour("well"));
   painter.drawRoundedRect(QRectF(QPointF(0.5, 0.5), QSizeF(m_layout.cell) - QSizeF(1, 1)), 2, 2);
 }
@@ -228,13 +230,13 @@ void BarsWindow::paintGround(QPainter& painter, const QRegion& region) const {
 void BarsWindow::paintLegend(QPainter& painter) const {
   constexpr QSize Sample(22, 14);
   painter.setFont(m_captionFont);
-  QRect place(m_legend.topLeft() + QPoint(0, (LegendHeight - Sample.height()) / 2), Sample);
+  QRect place(m_legend.topLeft() + QPoint(0, (Legend.height() - Sample.height()) / 2), Sample);
   for (const Source& source : m_sources) {
     painter.fillRect(place, source.pen.color());
     painter.drawPixmap(place.right() + 6, place.center().y() - MarkSize / 2, source.mark);
     const int words = place.right() + 6 + (&source == &m_sources[Queue] ? 0 : MarkSize + 4);
     painter.setPen(theme::colour("text2"));
-    painter.drawText(QRect(words, m_legend.top(), 120, LegendHeight), Qt::AlignVCenter, source.words);
+    painter.drawText(QRect(words, m_legend.top(), 120, Legend.height()), Qt::AlignVCenter, source.words);
     place.moveLeft(words + QFontMetrics(m_captionFont).horizontalAdvance(source.words) + 24);
   }
 }
@@ -244,7 +246,7 @@ void BarsWindow::paintCell(QPainter& painter, std::size_t index) const {
   const Source& source = sourceOf(level.colour);
   const QRect cell = cellRect(index);
   painter.drawPixmap(cell.topLeft(), m_blank);
-  const QRect inside = cell.adjusted(1, 1, -1, -1);
+  const QRect inside = cell.adjusted(m_outline, m_outline, -m_outline, -m_outline);
   if (m_header > 0) {
     const QStaticText& caption = m_captions[index];
     const int height = qRound(caption.size().height());

@@ -93,6 +93,7 @@ class BarsWindow : public QWidget {
   std::vector<QStaticText> m_captions;
   std::array<QStaticText, 101> m_numbers;
   QPixmap m_blank;          ///< a cell without anything
+  int m_outline = 0;
   int m_header = 0;         ///< height of a cell's header; 0: the cells are too small for it
   bool m_numbered = false;  ///< the cells are large enough for their levels as numbers
   Bindings m_bindings;
