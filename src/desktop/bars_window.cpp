@@ -116,12 +116,15 @@ void BarsWindow::showLayout() {
   update();
 }
 
+/// From half of the bars on it's cheaper to paint all than to keep to the cells: the toolkit cuts each stroke
+/// to what is to be painted, and takes its time over a hundred pieces.
 void BarsWindow::showLevels() {
+  constexpr int MostPieces = frmBars::MostBars / 2;
   QRegion changed;
   for (std::size_t i = 0; i < m_corners.size(); ++i)
     if (m_levels[i] != m_newLevels[i]) changed += cellRect(i);
   m_levels = m_newLevels;
-  update(changed);
+  update(changed.rectCount() > MostPieces ? changed.boundingRect() : changed);
 }
 
 // ---- What is made once
@@ -134,6 +137,7 @@ QPixmap BarsWindow::canvas(QSize size) const {
 }
 
 void BarsWindow::prepare() {
+  m_ratio = devicePixelRatioF();
   m_captionFont = theme::condensed(theme::sized(12, 13));
   m_numberFont = theme::font(theme::sized(13, 14), true);
   m_bright = theme::colour("text");
@@ -205,7 +209,7 @@ const BarsWindow::Source& BarsWindow::sourceOf(Colour value) const {
 }
 
 void BarsWindow::paintEvent(QPaintEvent* event) {
-  if (m_blank.devicePixelRatio() != devicePixelRatioF()) prepare();  // on another screen
+  if (m_ratio != devicePixelRatioF()) prepare();  // on another screen
   QPainter painter(this);
   paintGround(painter, event->region());
   for (std::size_t i = 0; i < m_corners.size(); ++i)

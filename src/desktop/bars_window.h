@@ -84,6 +84,7 @@ class BarsWindow : public QWidget {
   unsigned m_refreshes = 0;
 
   // Made once, for a layout and a screen
+  double m_ratio = 1;
   std::array<Source, 4> m_sources;
   QFont m_captionFont, m_numberFont;
   QPen m_bright, m_dim, m_dark;
@@ -92,7 +93,7 @@ class BarsWindow : public QWidget {
   QRect m_legend;  ///< where the grid leaves room for it
   std::vector<QStaticText> m_captions;
   std::array<QStaticText, 101> m_numbers;
-  QPixmap m_blank;          ///< a cell without anything
+  QPixmap m_blank;  ///< a cell without anything
   int m_outline = 0;
   int m_header = 0;         ///< height of a cell's header; 0: the cells are too small for it
   bool m_numbered = false;  ///< the cells are large enough for their levels as numbers
