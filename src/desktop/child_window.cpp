@@ -23,6 +23,8 @@ ChildWindow::ChildWindow(QWidget* content, Face& face, FindForm find, std::funct
   setFocusProxy(content);
   setOption(QMdiSubWindow::RubberBandResize, false);
   setSystemMenu(nullptr);
+  // The style fills it to its edges. Said so, what lies below isn't painted with each change of its content.
+  setAttribute(Qt::WA_OpaquePaintEvent);
   m_look = m_bindings.mirror(
       [this]() -> Look {
         const Form* form = m_find();
