@@ -16,6 +16,7 @@ namespace {
 constexpr int Header = 18;
 constexpr int MarkSize = 7;
 constexpr int Beside = 2;        // free beside a caption and a mark
+constexpr int AboveFill = 3;     // free between the fill and the number on top of it
 constexpr int InsideAbove = 55;  // percent: from there on the number stands inside of the fill
 constexpr QSize Legend(400, 24);
 constexpr const char* NothingToShow =
@@ -38,10 +39,6 @@ QPixmap drawnMark(SourceIndex source, const QColor& colour, QPixmap mark) {
     painter.drawPolygon(
         QPolygonF{area.topLeft(), area.topRight(), QPointF(area.center().x(), area.bottom())});
   return mark;
-}
-
-int lineHeight(const QFont& font) {
-  return QFontMetrics(font).ascent();
 }
 
 }  // namespace
@@ -103,14 +100,16 @@ BarsWindow::Layout BarsWindow::layoutOf(const frmBars& bars) {
 }
 
 void BarsWindow::apply() {
-  if (m_newLayout)
-    showLayout();
-  else
+  if (!m_newLayout) {
     showLevels();
+    return;
+  }
+  m_layout = std::move(*m_newLayout);
+  m_newLayout.reset();
+  showLayout();
 }
 
 void BarsWindow::showLayout() {
-  m_layout = *std::exchange(m_newLayout, std::nullopt);
   m_levels = m_newLevels;
   prepare();
   update();
@@ -185,7 +184,8 @@ void BarsWindow::placeCells() {
   constexpr int LeastWithOutline = 6;
   m_outline = std::min(m_layout.cell.width(), m_layout.cell.height()) < LeastWithOutline ? 0 : 1;
   const QSize inside = m_layout.cell - 2 * QSize(m_outline, m_outline);
-  const double leastOfNumber = (lineHeight(m_numberFont) + 2) * 100.0 / (100 - InsideAbove);
+  const int digits = QFontMetrics(m_numberFont).capHeight() + AboveFill + 1;
+  const double leastOfNumber = digits * 100.0 / (100 - InsideAbove);
   const auto hasRoom = [&](int height, const QFont& font, const char* widest) {
     return height >= leastOfNumber && inside.width() >= QFontMetrics(font).horizontalAdvance(widest) + 2;
   };
@@ -274,11 +274,11 @@ void BarsWindow::paintCell(QPainter& painter, std::size_t index) const {
 void BarsWindow::paintNumber(QPainter& painter, const QRect& inside, int top, const Level& level) const {
   const bool within = level.percent > InsideAbove;
   const QStaticText& number = m_numbers[static_cast<std::size_t>(std::min(level.percent, 100))];
-  const int ascent = lineHeight(m_numberFont);
+  const int ascent = QFontMetrics(m_numberFont).ascent();
   const int left = inside.left() + qRound((inside.width() - number.size().width()) / 2);
   painter.setFont(m_numberFont);
   painter.setPen(within ? m_dark : sourceOf(level.colour).pen);
-  painter.drawStaticText(left, within ? top + 1 : top - ascent - 3, number);
+  painter.drawStaticText(left, within ? top + 1 : top - AboveFill - ascent, number);
 }
 
 // ---- To the desk, and the hand
