@@ -28,6 +28,7 @@ FIXTURES, CUES = 512, 1000
 FADE = 100  # seconds: each level moves in each third of a second, when the plot shows it anew
 FILES = 5000  # in the large folder
 LOOK = 0.002  # seconds between two looks at the screen
+BARS = (8, 25)  # rows and columns: as many bars as a window has
 
 
 # ---- The show
@@ -177,8 +178,36 @@ class Phases:
         self.booth.wait_for_fade(lists=2)
         self.faded_until = time.monotonic() + FADE - 2
 
+    @contextlib.contextmanager
+    def beside(self, name):
+        """What stands open during a phase, and isn't measured itself."""
+        if name != "bars":
+            yield
+            return
+        self.screen.keys("alt+i", "s")  # input to submasters: the desk reads it, and it moves no fixture
+        tools = self.booth.bar_tools()
+        for tool in tools:
+            self.screen.click(tool)
+            time.sleep(1)
+        need(lambda: len(self.screen.canvas.boxes("queue", least=20, gap=2)) > 100, "no bars")
+        self.screen.drag((200, 192), (900, 292))  # the second by its title, so that most of the first is in sight
+        yield
+        for _ in tools:
+            self.screen.keys("Escape")
+            time.sleep(0.5)
+        self.screen.keys("alt+i", "n")
+
     def quietly(self, seconds):
         time.sleep(seconds)
+
+    def bars(self, seconds):
+        """The input's levels move too, a few channels at a time."""
+        count, part = BARS[0] * BARS[1], 20
+
+        def some(now):
+            first = round(now / 0.04) * part % count
+            self.booth.box.stdin.write("".join(f"input {first + n + 1} {round(now * 10) % 256}\n" for n in range(part)))
+        self._every(0.04, seconds, some)
 
     def menu(self, seconds):
         self.hand("key alt+f")
@@ -267,6 +296,7 @@ class Phases:
 
 NAMES = {
     "quietly": "nothing else",
+    "bars": "both windows of {} bars stand open, and the input moves".format(BARS[0] * BARS[1]),
     "menu": "a menu is down",
     "list_dragged": "a cue list is dragged",
     "frame_moved": "the frame is moved",
@@ -276,6 +306,8 @@ NAMES = {
     "saved": f"the show of {CUES} cues is saved",
     "opened": f"the open dialog opens on {FILES} files (no fade)",
 }
+
+SHARES = ("quietly", "bars")  # measured for a minute, and with their share of the processor
 
 
 def first_of(commands):
@@ -302,7 +334,8 @@ def busy_desk(ends, show):
     os.makedirs(settings)
     with open(os.path.join(settings, "settings.toml"), "w", encoding="ascii") as file:
         file.write('[Velgrove.Settings]\nMainLeft = "0"\nMainTop = "0"\nMainMaximised = "0"\n'
-                   f'MainWidth = "{SIZE[0] * 15}"\nMainHeight = "{SIZE[1] * 15}"\n')
+                   f'MainWidth = "{SIZE[0] * 15}"\nMainHeight = "{SIZE[1] * 15}"\n'
+                   f'[Velgrove.Project]\nBarRows = "{BARS[0]}"\nBarColumns = "{BARS[1]}"\nBarGap = "100"\n')
     booth.start(folder=booth.large_folder)
     booth.wait_for_open_dialog()
     booth.open_show()
@@ -313,29 +346,30 @@ def phases(booth, chosen, minute, seconds):
     print("| While both lists fade and | frames | 50 % | 95 % | 99 % | longest gap |\n|---|---|---|---|---|---|")
     with booth.screen.hand() as hand:
         busy = Phases(booth, hand)
-        share = None
+        shares = []
         for name in chosen:
-            span = minute if name == "quietly" else seconds
+            span = minute if name in SHARES else seconds
             if name != "opened":
                 busy.keep_fading(span + 2)
-            before, threads_before = processor_seconds(booth.desk)
-            line, start = Line(booth), time.monotonic()
-            getattr(busy, name)(span)
-            took = time.monotonic() - start
-            after, threads = processor_seconds(booth.desk)
-            if name == "quietly":
-                share = ((after - before) / took, {thread: (used - threads_before.get(thread, 0)) / took
-                                                   for thread, used in threads.items()})
-            print(f"| {NAMES[name]} | {line.row()} |", flush=True)
-    if share:
-        print(f"\nThe desk uses {share[0]:.1%} of one core while both lists fade: " + ", ".join(
-            f"{name.rpartition(' ')[0]} {part:.1%}" for name, part in sorted(share[1].items(), key=lambda x: -x[1])
+            with busy.beside(name):
+                before, threads_before = processor_seconds(booth.desk)
+                line, start = Line(booth), time.monotonic()
+                getattr(busy, name)(span)
+                took = time.monotonic() - start
+                after, threads = processor_seconds(booth.desk)
+                print(f"| {NAMES[name]} | {line.row()} |", flush=True)
+            if name in SHARES:
+                shares.append((name, (after - before) / took, {
+                    thread: (used - threads_before.get(thread, 0)) / took for thread, used in threads.items()}))
+    for name, share, threads in shares:
+        print(f"\nThe desk uses {share:.1%} of one core while both lists fade and {NAMES[name]}: " + ", ".join(
+            f"{thread.rpartition(' ')[0]} {part:.1%}" for thread, part in sorted(threads.items(), key=lambda x: -x[1])
             if part >= 0.0005))
 
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__.split("\n", 1)[0])
-    parser.add_argument("--minute", type=float, default=60, help="seconds of the quiet phase")
+    parser.add_argument("--minute", type=float, default=60, help="seconds of the phases whose share of the processor counts")
     parser.add_argument("--seconds", type=float, default=15, help="seconds of each other phase")
     parser.add_argument("--starts", type=int, default=5, help="starts of each show")
     parser.add_argument("--phase", choices=NAMES, action="append", help="only these")

@@ -3,6 +3,7 @@
 #include <benchmark/benchmark.h>
 
 #include "controls/hand_clock.h"
+#include "dmx/frm_bars.h"
 #include "dmx/merge.h"
 #include "dmx/velgrove_comm.h"
 #include "playback/crossfade.h"
@@ -106,6 +107,23 @@ void DisplayTick(benchmark::State& state) {
   }
 }
 BENCHMARK(DisplayTick);
+
+/// A refresh of 200 bars whose levels all have changed.
+void BarsRefresh(benchmark::State& state) {
+  HandClock clock;
+  ShowState show;
+  show.BarRows = 8;
+  show.BarColumns = 25;
+  Machine machine(clock.clock(), {});
+  frmBars bars(show, machine);
+  bars.Form_Load();
+  for (auto _ : state) {
+    for (auto& level : show.DMXOutput) level = static_cast<std::uint8_t>(level + 40);
+    bars.updateTimer_Timer();
+    benchmark::DoNotOptimize(bars.Bars.data());
+  }
+}
+BENCHMARK(BarsRefresh);
 
 /// What the face copies of that plot while the desk waits for it.
 void CopyPicture(benchmark::State& state) {

@@ -1,10 +1,12 @@
 // The plot on the screen: what lies between the hand that drags a fixture and the picture that follows it.
+// And the bars: what one refresh of all of them costs.
 
 #include <QApplication>
 
 #include <benchmark/benchmark.h>
 
 #include "controls/hand_clock.h"
+#include "desktop/bars_window.h"
 #include "desktop/plot_view.h"
 #include "desktop/style.h"
 #include "desktop/theme.h"
@@ -101,6 +103,33 @@ void PanStep(benchmark::State& state) {
   }
 }
 BENCHMARK(PanStep)->Unit(benchmark::kMicrosecond);
+
+/// A refresh of 200 bars, of which all have another level or one in ten, painted.
+void BarsOnScreen(benchmark::State& state) {
+  Desk lock;
+  Face face{lock, {.processEvents = [] {}, .paintEvents = [](Milliseconds) {}, .wake = [] {}, .showBox = {}}};
+  HandClock clock;
+  ShowState show;
+  show.BarRows = 8;
+  show.BarColumns = 25;
+  show.BarGap = 100;
+  Machine machine{clock.clock(), {}};
+  frmBars bars(show, machine);
+  bars.Form_Load();
+  BarsWindow window(face, [&bars] { return &bars; });
+  window.resize(1100, 700);
+  window.show();
+  face.pull();
+  QApplication::processEvents();
+  for (auto _ : state) {
+    for (int channel = 0; channel < 200; channel += 200 / static_cast<int>(state.range(0)))
+      show.DMXOutput[static_cast<std::size_t>(channel)] += 3;
+    bars.updateTimer_Timer();
+    face.pull();
+    QApplication::processEvents();
+  }
+}
+BENCHMARK(BarsOnScreen)->Arg(200)->Arg(20)->Unit(benchmark::kMicrosecond);
 
 }  // namespace
 }  // namespace velgrove

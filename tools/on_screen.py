@@ -348,6 +348,11 @@ class Booth:
         stop = min(self.screen.canvas.boxes("keyRed", least=80), key=lambda box: box.top)
         return stop.left - self.screen.canvas.height // 10, self.go_buttons()[0].middle[1]
 
+    def bar_tools(self):
+        """The tools of the input's and the output's bars, which stand left of Blackout at the end of the windows'."""
+        roomy = self.screen.canvas.width >= 1600
+        return [(x, self.go_buttons()[0].middle[1]) for x in ((370, 420) if roomy else (298, 335))]
+
     def stage_rows(self):
         return self._rows("stageLit", "stageDim")
 

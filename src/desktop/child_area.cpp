@@ -86,13 +86,17 @@ void ChildArea::raiseFloating() {
 }
 
 void ChildArea::placeFloating(QMdiSubWindow& window) const {
-  constexpr QPoint FromCorner(24, 24);
+  constexpr QPoint Step(24, 24);  // from the corner, and from a window that begins there already
   const QSize least = window.minimumSizeHint();
   if (window.isVisible()) {
     window.resize(window.size().expandedTo(least));
     return;
   }
-  const QRect room = viewport()->rect().adjusted(FromCorner.x(), FromCorner.y(), -Gap, -Gap);
+  QRect room = viewport()->rect().adjusted(Step.x(), Step.y(), -Gap, -Gap);
+  const auto taken = [&](const QMdiSubWindow* other) {
+    return other != &window && other->isVisible() && other->pos() == room.topLeft();
+  };
+  while (std::ranges::any_of(subWindowList(), taken)) room.setTopLeft(room.topLeft() + Step);
   window.setGeometry(QRect(room.topLeft(), window.sizeHint().boundedTo(room.size()).expandedTo(least)));
 }
 

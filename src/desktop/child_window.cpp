@@ -23,6 +23,8 @@ ChildWindow::ChildWindow(QWidget* content, Face& face, FindForm find, std::funct
   setFocusProxy(content);
   setOption(QMdiSubWindow::RubberBandResize, false);
   setSystemMenu(nullptr);
+  // The style fills it to its edges. Said so, what lies below isn't painted with each change of its content.
+  setAttribute(Qt::WA_OpaquePaintEvent);
   m_look = m_bindings.mirror(
       [this]() -> Look {
         const Form* form = m_find();
@@ -75,7 +77,7 @@ void ChildWindow::obey(const Look& look) {
 
 /// The form knows where its window stands, as long as it's neither minimised nor fills the frame.
 void ChildWindow::noteGeometry() {
-  if (m_writing || !isVisible() || isMinimized() || isMaximized() || !m_look->known) return;
+  if (!m_notesPlace || m_writing || !isVisible() || isMinimized() || isMaximized() || !m_look->known) return;
   if (m_look->value.place == geometry()) return;
   m_look->value.place = geometry();
   m_bindings.face().deliver([this, place = geometry()] {

@@ -17,6 +17,8 @@ class ChildWindow : public QMdiSubWindow {
 
   /// `close` is what the close box does; it runs with the desk held.
   ChildWindow(QWidget* content, Face& face, FindForm find, std::function<void()> close);
+  /// The form's size is that of the window's inside, and the content tells it.
+  void leavePlaceToContent() { m_notesPlace = false; }
 
  signals:
   void movedByHand();
@@ -51,6 +53,7 @@ class ChildWindow : public QMdiSubWindow {
   Bindings::Shown<Look> m_look;
   Look m_shown;
   bool m_writing = false;
+  bool m_notesPlace = true;
   QRect m_pressed;
 };
 

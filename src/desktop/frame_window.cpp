@@ -8,11 +8,46 @@
 #include <QShortcut>
 #include <QVBoxLayout>
 
+#include "desktop/bars_window.h"
 #include "desktop/effects_window.h"
 #include "desktop/theme.h"
 #include "desktop/twips.h"
 
 namespace velgrove {
+namespace {
+
+template <class Forms>
+std::vector<unsigned> identitiesOf(const Forms& forms) {
+  std::vector<unsigned> identities;
+  identities.reserve(forms.size());
+  for (const auto& form : forms) identities.push_back(form->Window.Identity);
+  return identities;
+}
+
+template <class Forms>
+auto* withIdentity(const Forms& forms, unsigned identity) {
+  const auto found =
+      std::ranges::find_if(forms, [&](const auto& form) { return form->Window.Identity == identity; });
+  return found == forms.end() ? nullptr : found->get();
+}
+
+/// Takes the windows away whose forms are gone, and makes those of new ones.
+template <class Shown, class Add>
+void showAll(Shown& shown, const std::vector<unsigned>& identities, Add add) {
+  std::erase_if(shown, [&](const auto& known) {
+    const bool gone = std::ranges::find(identities, known.first) == identities.end();
+    if (gone) {
+      known.second->deleteLater();
+      known.second->hide();
+    }
+    return gone;
+  });
+  for (const unsigned identity : identities)
+    if (!shown.contains(identity)) add(identity);
+}
+
+}  // namespace
+
 FrameWindow::FrameWindow(LightingDesk& desk, Face& face)
     : m_desk(desk), m_face(face), m_bindings(face), m_tools(desk, m_bindings) {
   setObjectName("frmMain");
@@ -226,26 +261,17 @@ QRect FrameWindow::aboveStrip() const {
   return room;
 }
 
-// ---- Documents come and go
+// ---- Documents and bars come and go
 
 frmDocument* FrameWindow::documentOf(unsigned identity) const {
-  for (const auto& document : m_desk.windows.Documents)
-    if (document->Window.Identity == identity) return document.get();
-  return nullptr;
+  return withIdentity(m_desk.windows.Documents, identity);
+}
+frmBars* FrameWindow::barsOf(unsigned identity) const {
+  return withIdentity(m_desk.windows.Bars, identity);
 }
 
 void FrameWindow::showDocuments(const std::vector<unsigned>& identities) {
-  for (auto known = m_documents.begin(); known != m_documents.end();) {
-    if (std::ranges::find(identities, known->first) != identities.end()) {
-      ++known;
-      continue;
-    }
-    known->second->deleteLater();
-    known->second->hide();
-    known = m_documents.erase(known);
-  }
-  for (const unsigned identity : identities)
-    if (!m_documents.contains(identity)) addDocument(identity);
+  showAll(m_documents, identities, [this](unsigned identity) { addDocument(identity); });
   if (!identities.empty()) activateWindow();
 }
 
@@ -263,6 +289,23 @@ void FrameWindow::addDocument(unsigned identity) {
       });
   m_documents.emplace(identity, window);
   m_children->add(window, ChildArea::Place::Plot);
+}
+
+void FrameWindow::addBars(unsigned identity) {
+  const auto find = [this, identity] { return barsOf(identity); };
+  auto* window = new ChildWindow(
+      new BarsWindow(m_face, find), m_face,
+      [find]() -> Form* {
+        frmBars* found = find();
+        return found == nullptr ? nullptr : &found->Window;
+      },
+      [this, find] {
+        if (const frmBars* found = find()) m_desk.windows.closeBars(*found);
+      });
+  window->leavePlaceToContent();
+  window->hide();
+  m_bars.emplace(identity, window);
+  m_children->add(window, ChildArea::Place::Floating);
 }
 
 /// The windows of the desk itself come to the front; a dialog in between doesn't count.
@@ -304,14 +347,12 @@ void FrameWindow::bindFrame() {
                 .place = placeOf(form)};
       },
       [this](const Look& look) { show(look); });
-  m_bindings.mirror(
-      [this] {
-        std::vector<unsigned> identities;
-        identities.reserve(m_desk.windows.Documents.size());
-        for (const auto& document : m_desk.windows.Documents) identities.push_back(document->Window.Identity);
-        return identities;
-      },
-      [this](const std::vector<unsigned>& identities) { showDocuments(identities); });
+  m_bindings.mirror([this] { return identitiesOf(m_desk.windows.Documents); },
+                    [this](const std::vector<unsigned>& identities) { showDocuments(identities); });
+  m_bindings.mirror([this] { return identitiesOf(m_desk.windows.Bars); },
+                    [this](const std::vector<unsigned>& identities) {
+                      showAll(m_bars, identities, [this](unsigned identity) { addBars(identity); });
+                    });
   m_bindings.mirror([this] { return m_desk.frame.SubPaneVisible; },
                     [this](bool visible) { m_strip->setVisible(visible); });
   m_bindings.mirror([this] { return m_desk.windows.Comm.Condition.Caption; },

@@ -58,8 +58,8 @@ class FrameWindow : public QMainWindow {
     QRect place;
     friend bool operator==(const Look&, const Look&) = default;
   };
-  /// A document's window, by the identity of its form.
-  using Documents = std::map<unsigned, ChildWindow*>;
+  /// The windows that come and go, each by the identity of its form.
+  using ByIdentity = std::map<unsigned, ChildWindow*>;
 
   void build();
   [[nodiscard]] QWidget* makeToolColumn();
@@ -74,6 +74,8 @@ class FrameWindow : public QMainWindow {
   void showDocuments(const std::vector<unsigned>& identities);
   void addDocument(unsigned identity);
   [[nodiscard]] frmDocument* documentOf(unsigned identity) const;
+  void addBars(unsigned identity);
+  [[nodiscard]] frmBars* barsOf(unsigned identity) const;
   void onActivated(const QMdiSubWindow* window);
   void show(const Look& look);
   void noteGeometry();
@@ -92,7 +94,8 @@ class FrameWindow : public QMainWindow {
   QSplitter* m_splitter = nullptr;
   SubStrip* m_strip = nullptr;
   ChildArea* m_children = nullptr;
-  Documents m_documents;
+  ByIdentity m_documents;
+  ByIdentity m_bars;
   unsigned m_activeDocument = 0;
   Bindings::Shown<Look> m_look;
 };

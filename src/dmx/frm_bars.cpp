@@ -122,6 +122,7 @@ void frmBars::SetLevel(int index, int value, Colour colour) {
 /// A bar that isn't there ends the round.
 template <class Refresh>
 void frmBars::eachBar(Refresh refresh) {
+  ++Refreshes;
   m_machine.errors.run([&] {
     for (int index = 0; index < Rows * Columns; ++index) refresh(index, bar(index));
   });

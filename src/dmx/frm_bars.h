@@ -41,7 +41,9 @@ class frmBars {
   std::int16_t Gap = 0;  ///< twips
   Timer updateTimer;
   Timer updateTimerInput;
-  unsigned Layouts = 0;  ///< how often the grid was laid out; the face looks at the count
+  // The face looks at these counts. A layout clears the bars, and the next refresh fills them again.
+  unsigned Layouts = 0;    ///< how often the grid was laid out
+  unsigned Refreshes = 0;  ///< how often the levels were read
 
   void Form_Load();
   void Form_Resize();
