@@ -330,12 +330,9 @@ def busy_desk(ends, show):
         for folder in (booth.data, booth.large_folder):
             with open(os.path.join(folder, f"show {n:04}.kel"), "wb"):
                 pass
-    settings = os.path.join(booth.folders["XDG_CONFIG_HOME"], "velgrove")
-    os.makedirs(settings)
-    with open(os.path.join(settings, "settings.toml"), "w", encoding="ascii") as file:
-        file.write('[Velgrove.Settings]\nMainLeft = "0"\nMainTop = "0"\nMainMaximised = "0"\n'
-                   f'MainWidth = "{SIZE[0] * 15}"\nMainHeight = "{SIZE[1] * 15}"\n'
-                   f'[Velgrove.Project]\nBarRows = "{BARS[0]}"\nBarColumns = "{BARS[1]}"\nBarGap = "100"\n')
+    booth.set_up(
+        Settings={"MainLeft": 0, "MainTop": 0, "MainMaximised": 0, "MainWidth": SIZE[0] * 15, "MainHeight": SIZE[1] * 15},
+        Project={"BarRows": BARS[0], "BarColumns": BARS[1], "BarGap": 100})
     booth.start(folder=booth.large_folder)
     booth.wait_for_open_dialog()
     booth.open_show()

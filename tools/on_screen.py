@@ -299,6 +299,14 @@ class Booth:
 
     # ---- The desk
 
+    def set_up(self, **sections):
+        """Writes the settings that the desk will find: Section={"Key": value}."""
+        folder = os.path.join(self.folders["XDG_CONFIG_HOME"], "velgrove")
+        os.makedirs(folder)
+        with open(os.path.join(folder, "settings.toml"), "w", encoding="ascii") as file:
+            for section, values in sections.items():
+                file.write(f"[Velgrove.{section}]\n" + "".join(f'{key} = "{value}"\n' for key, value in values.items()))
+
     def start(self, folder=None):
         """Starts the desk, in a folder of its own or that one."""
         if self.user is not None:
@@ -352,6 +360,13 @@ class Booth:
         """The tools of the input's and the output's bars, which stand left of Blackout at the end of the windows'."""
         roomy = self.screen.canvas.width >= 1600
         return [(x, self.go_buttons()[0].middle[1]) for x in ((370, 420) if roomy else (298, 335))]
+
+    def submaster(self, number):
+        """Where a submaster's button and its level stand in the strip at the foot, which is as wide as the screen."""
+        width, height = self.screen.canvas.width, self.screen.canvas.height
+        roomy = width >= 1600
+        x = (number - 0.5 + (number - 1) // 6 * 0.12) * width / 24.4
+        return (x, height - (116 if roomy else 80)), (x, height - (42 if roomy else 36))
 
     def stage_rows(self):
         return self._rows("stageLit", "stageDim")

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Takes the pictures of the documentation: the demo show in the middle of a fade of both lists, in both layouts, and the
-open dialog.
+"""Takes the pictures of the documentation: the demo show in the middle of a fade of both lists, in both layouts, with
+some submasters up; the bars of its levels; and the open dialog.
 
     tools/screenshots.py [--programs build/release/bin] [--to docs]
 """
@@ -16,6 +16,7 @@ from on_screen import PROGRAMS, ROOT, Booth, Screen, need
 SIZES = ((1280, 800), (1920, 1080))
 STORM = 7  # the cue before the picture
 MOVING_LEFT = 41  # a channel of its look
+PART = 5  # pages of the fader
 INTO_FADE = 1.2  # seconds: both looks burn
 
 
@@ -32,9 +33,34 @@ def take(screen, folder, name):
     print(f"{os.path.relpath(path, ROOT)}: {os.path.getsize(path) // 1024} kB")
 
 
+SIDES, PRACTICALS = 6, 8
+
+
+def some_submasters(booth):
+    """One is full, one stands in between."""
+    screen = booth.screen
+    screen.click(booth.submaster(SIDES)[1])
+    button, _ = booth.submaster(PRACTICALS)
+    screen.click(button)
+    screen.wait_for(f"^{PRACTICALS}$")
+    for _ in range(PART):
+        screen.keys("Prior")
+    screen.keys("Return")
+    screen.wait_gone(f"^{PRACTICALS}$")
+
+
+def bars(booth, folder):
+    """What goes out, over the plot and the lists."""
+    booth.screen.click(booth.bar_tools()[1])
+    need(lambda: len(booth.screen.canvas.boxes("queue", least=20, gap=2)) > 10, "no bars")
+    take(booth.screen, folder, "bars.png")
+    booth.screen.keys("Escape")
+
+
 def desk_in_a_fade(booth):
     """The storm goes over into the bear's hunt on the XY list, whose link starts the sky of the AB list."""
     booth.open_show()
+    some_submasters(booth)
     screen = booth.screen
     for _ in range(STORM):
         screen.click(booth.advance_button())
@@ -57,12 +83,16 @@ def main():
             ends.callback(screen.close)
             booth = Booth(screen, options.programs)
             ends.callback(booth.end)
+            booth.set_up(Project={"PREF_SHOWSUBS": -1, "BarRows": 8, "BarColumns": 24, "BarGap": 100})
             booth.start()
             booth.wait_for_open_dialog()
             if (width, height) == SIZES[0]:
                 take(screen, options.to, "open-dialog.png")
             desk_in_a_fade(booth)
             take(screen, options.to, f"desk-{width}x{height}.png")
+            if (width, height) == SIZES[0]:
+                booth.wait_fades_over()
+                bars(booth, options.to)
 
 
 if __name__ == "__main__":
