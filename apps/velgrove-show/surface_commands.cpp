@@ -102,13 +102,13 @@ Action inPreferences(Fill fill) {
   return [fill](Operator& op) {
     op.desk.frame.SSActiveToolBars1_ToolClick("mnuEditPreferences");
     frmPreferences& form = op.desk.windows.Preferences;
-    fill(op.desk.show, form);
+    fill(op.desk, form);
     form.cmdSave.click();
   };
 }
 
 bool readSwitch(Words words) {
-  return readWhole("VALUE", words.size() < 3 ? "" : words[2], 0, 1) != 0;
+  return readWhole("VALUE", words.size() < 3 ? "" : asTyped(words.subspan(2)), 0, 1) != 0;
 }
 
 constexpr NamedControl<frmTimings, TextBox> TimingFields[] = {
@@ -156,20 +156,22 @@ Action grandMaster(Words words) {
   };
 }
 
-/// The box that shows the panel doesn't say whether it does: it is clicked when that changes something.
+/// The box that shows the panel doesn't say whether it does: it is clicked until it does what is meant.
 Action setPreference(Words words) {
   const std::string_view key = words[1];
   if (means(key, "PREF_SHOWSUBS") || means(key, "chkShowSub"))
-    return inPreferences([on = readSwitch(words)](const ShowState& show, frmPreferences& form) {
-      if ((show.PrefShowSubs != 0) != on) form.chkShowSub.toggle();
+    return inPreferences([on = readSwitch(words)](const LightingDesk& desk, frmPreferences& form) {
+      constexpr int MostClicks = 2;
+      for (int click = 0; click < MostClicks && desk.frame.SubPaneVisible != on; ++click)
+        form.chkShowSub.toggle();
     });
   if (const auto* const text = find(PreferenceTexts, key))
     return inPreferences([field = text->member, typed = asTyped(words.subspan(2))](
-                             const ShowState&, frmPreferences& form) { (form.*field).setText(typed); });
+                             const LightingDesk&, frmPreferences& form) { (form.*field).setText(typed); });
   const auto* const found = find(PreferenceBoxes, key);
   if (found == nullptr) noSuch("preference", key);
   return inPreferences(
-      [box = found->member, value = readSwitch(words) ? 1 : 0](const ShowState&, frmPreferences& form) {
+      [box = found->member, value = readSwitch(words) ? 1 : 0](const LightingDesk&, frmPreferences& form) {
         if ((form.*box).Value != value) (form.*box).toggle();
       });
 }

@@ -185,7 +185,8 @@ class Slider {
 };
 
 /// A spinner: two arrows that step a value within a range. With a buddy it reads the buddy's text first (one
-/// that is no number leaves the value), writes the new value into it, and then raises Change.
+/// that is no number leaves the value), writes the value into it, and then raises Change, also at the end of
+/// the range: what was typed counts with the arrow.
 class UpDown {
  public:
   UpDown(int min, int max, int value) : m_min(min), m_max(max), m_value(value) {}
@@ -208,9 +209,8 @@ class UpDown {
 
  private:
   void step(int by, const Event& click) {
-    const int before = m_value;
     readBuddy();
-    if (takeNew(m_value, std::clamp(m_value + by, m_min, m_max)) || m_value != before) {
+    if (takeNew(m_value, std::clamp(m_value + by, m_min, m_max)) || Buddy != nullptr) {
       if (Buddy != nullptr) Buddy->setText(std::to_string(m_value));
       raise(Change);
     }

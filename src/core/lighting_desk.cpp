@@ -52,9 +52,7 @@ Windows::Wiring LightingDesk::tied(Windows::Wiring wiring) {
   wiring.focusFrame = [this] { frame.Window.SetFocus(); };
   wiring.showSubPane = [this](bool visible) { frame.SubPaneVisible = visible; };
   wiring.setting = [this](const std::string& key) { return setting("Project", key, "0"); };
-  wiring.saveSetting = [this](const std::string& key, const std::string& text) {
-    saveSetting("Project", key, text);
-  };
+  wiring.saveSettings = [this](const SettingTexts& texts) { store.setTexts("Velgrove", "Project", texts); };
   wiring.interface.repaint = [this, repaint = std::move(wiring.interface.repaint)] {
     Splash.Status.Caption = windows.Comm.Version.Caption;
     repaint();

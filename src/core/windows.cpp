@@ -62,8 +62,7 @@ frmTimings::Wiring Windows::timingsWiring() {
 
 frmPreferences::Wiring Windows::preferencesWiring() {
   return {.setting = [this](const std::string& key) { return m_wiring.setting(key); },
-          .saveSetting = [this](const std::string& key,
-                                const std::string& text) { m_wiring.saveSetting(key, text); },
+          .saveSettings = [this](const SettingTexts& texts) { m_wiring.saveSettings(texts); },
           .showSubPane = [this](bool visible) { m_wiring.showSubPane(visible); },
           .maximiseDocument = [this] { activeDocument().Window.WindowState = WindowState::Maximised; },
           .showTimings = [this] { Timings.Show(); }};

@@ -52,9 +52,9 @@ class Windows {
     std::function<void(const std::string&)> showStatus;
     std::function<void()> focusFrame = {};
     std::function<void(bool visible)> showSubPane = {};
-    // A setting of the section "Project"; "0" when there is none.
+    // Settings of the section "Project"; one that isn't there is "0".
     std::function<std::string(const std::string& key)> setting = {};
-    std::function<void(const std::string& key, const std::string& text)> saveSetting = {};
+    std::function<void(const SettingTexts& texts)> saveSettings = {};
     std::filesystem::path graphics = {};  ///< of the plots; empty where nobody sees them
   };
 

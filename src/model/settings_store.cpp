@@ -183,21 +183,30 @@ void SettingsStore::write(const std::string& text) {
 
 void SettingsStore::setText(std::string_view app, std::string_view section, std::string_view key,
                             std::string_view text) {
-  if (!holds(app, section, key, text)) replace(with(app, section, key, text));
+  setTexts(app, section, {{std::string(key), std::string(text)}});
+}
+
+void SettingsStore::setTexts(std::string_view app, std::string_view section, const SettingTexts& texts) {
+  Tree changed = *m_tree;
+  bool changes = false;
+  for (const auto& [key, text] : texts) {
+    if (holds(app, section, key, text)) continue;
+    setIn(changed, app, section, key, text);
+    changes = true;
+  }
+  if (changes) replace(std::move(changed));
 }
 
 void SettingsStore::furnish(std::string_view app, std::string_view section, std::string_view key,
                             std::string_view text) {
-  *m_tree = with(app, section, key, text);
+  setIn(*m_tree, app, section, key, text);
 }
 
-SettingsStore::Tree SettingsStore::with(std::string_view app, std::string_view section, std::string_view key,
-                                        std::string_view text) const {
-  Tree changed = *m_tree;
-  toml::table& table = tableIn(tableIn(changed.root, app), section);
+void SettingsStore::setIn(Tree& tree, std::string_view app, std::string_view section, std::string_view key,
+                          std::string_view text) {
+  toml::table& table = tableIn(tableIn(tree.root, app), section);
   const auto at = entryOf(table, key);
   table.insert_or_assign(at == table.end() ? key : at->first.str(), std::string(text));
-  return changed;
 }
 
 void SettingsStore::remove(std::string_view app, std::string_view section, std::string_view key) {

@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "controls/files.h"
@@ -18,6 +19,9 @@ inline constexpr const char* OpenSection = "Could not open registry section";
 inline constexpr const char* SetValue = "Could not set key value";
 inline constexpr const char* NotAString = "Registry data not a string";
 }  // namespace settings_errors
+
+/// Keys with their texts, in order.
+using SettingTexts = std::vector<std::pair<std::string, std::string>>;
 
 /// Settings by application, section and key, in one file that people can read (TOML). Names are compared
 /// without case. The file is read once; every change writes it anew in one step.
@@ -45,6 +49,8 @@ class SettingsStore {
   /// Sets and writes, unless the key holds this text already. CreateSection when there is no place to write,
   /// SetValue when the disk refuses; the store is then as it was.
   void setText(std::string_view app, std::string_view section, std::string_view key, std::string_view text);
+  /// The same for several keys of a section, in one write.
+  void setTexts(std::string_view app, std::string_view section, const SettingTexts& texts);
   /// Removes and writes, with the errors of setText. What isn't there is removed already.
   void remove(std::string_view app, std::string_view section, std::string_view key);
   void removeSection(std::string_view app, std::string_view section);
@@ -59,8 +65,8 @@ class SettingsStore {
   [[nodiscard]] std::optional<std::string> setAside(std::string& reason);
   [[nodiscard]] bool holds(std::string_view app, std::string_view section, std::string_view key,
                            std::string_view text) const;
-  [[nodiscard]] Tree with(std::string_view app, std::string_view section, std::string_view key,
-                          std::string_view text) const;
+  static void setIn(Tree& tree, std::string_view app, std::string_view section, std::string_view key,
+                    std::string_view text);
   void prepareWriting();
   void write(const std::string& text);
   void replace(Tree changed);

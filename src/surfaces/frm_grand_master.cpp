@@ -86,6 +86,7 @@ void frmGrandMaster::MouseHelper3_MouseWheel(int rotation, bool& handled) {
 }
 
 void frmGrandMaster::cmdCancel_Click() {
+  if (!Window.Loaded) return;  // OK was first
   m_machine.errors.steps(
       [&] {
         m_show.DMXInput = m_snapshot.DMXInput;

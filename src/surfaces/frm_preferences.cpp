@@ -90,23 +90,21 @@ void frmPreferences::cmdSave_Click() {
                          [&] { Unload(); });
 }
 
-/// What the disk refuses once it would refuse at each key.
 void frmPreferences::store() {
-  const auto save = [this](const char* key, const std::string& text) { m_wiring.saveSetting(key, text); };
-  const auto saveBox = [&](const char* key, const CheckBox& box) { save(key, std::to_string(box.Value)); };
-  saveBox("Base", chkTrigger);
-  saveBox("Record", chkRecord);
-  save("Down", txtDown.text());
-  save("Delay", txtDelay.text());
-  save("Up", txtUp.text());
-  saveBox("DMXNothing", chkDMXNothing);
-  saveBox("DMXSubmasters", chkDMXSubmasters);
-  saveBox("DMXDimmers", chkDMXDimmers);
-  save("PREF_SHOWSUBS", std::to_string(m_show.PrefShowSubs));
-  save("BarColumns", txtColumns.text());
-  save("BarRows", txtRows.text());
-  save("BarGap", txtGap.text());
-  save("NUMSubs", txtNumSubs.text());
+  const auto ofBox = [](const CheckBox& box) { return std::to_string(box.Value); };
+  m_wiring.saveSettings({{"Base", ofBox(chkTrigger)},
+                         {"Record", ofBox(chkRecord)},
+                         {"Down", txtDown.text()},
+                         {"Delay", txtDelay.text()},
+                         {"Up", txtUp.text()},
+                         {"DMXNothing", ofBox(chkDMXNothing)},
+                         {"DMXSubmasters", ofBox(chkDMXSubmasters)},
+                         {"DMXDimmers", ofBox(chkDMXDimmers)},
+                         {"PREF_SHOWSUBS", std::to_string(m_show.PrefShowSubs)},
+                         {"BarColumns", txtColumns.text()},
+                         {"BarRows", txtRows.text()},
+                         {"BarGap", txtGap.text()},
+                         {"NUMSubs", txtNumSubs.text()}});
 }
 
 /// The number of submasters and the panel's box stay as the hand left them.

@@ -7,6 +7,7 @@
 #include "controls/machine.h"
 #include "controls/widgets.h"
 #include "core/show_state.h"
+#include "model/settings_store.h"
 
 namespace velgrove {
 
@@ -17,7 +18,8 @@ class frmPreferences {
   struct Wiring {
     /// A setting of the section "Project"; "0" when there is none.
     std::function<std::string(const std::string& key)> setting;
-    std::function<void(const std::string& key, const std::string& text)> saveSetting;
+    /// Writes keys of that section, all or none.
+    std::function<void(const SettingTexts& texts)> saveSettings;
     std::function<void(bool visible)> showSubPane;
     std::function<void()> maximiseDocument;
     std::function<void()> showTimings;

@@ -16,8 +16,9 @@ void frmSubMasterRecord::cmdRecord_Click() {
 /// The number in the name of one without counts from 0, so that it is one less than the button's. The name's
 /// box stays empty then, until the show is opened again.
 void frmSubMasterRecord::store() {
-  const ChannelBytes look = stageLook();
-  auto& submasters = m_panel.currentView()->colSubMasters();
+  const auto view = m_panel.currentView();
+  const ChannelBytes look = stageLook(*view);
+  auto& submasters = view->colSubMasters();
   int position = 1;
   while (submasters.item(position)->Identifier != m_show.CurrentSubMasterIndex) ++position;
   clsSubMaster& target = *submasters.item(position);
@@ -29,12 +30,11 @@ void frmSubMasterRecord::store() {
 }
 
 /// What the plot shows: of several fixtures on a channel the last one.
-ChannelBytes frmSubMasterRecord::stageLook() const {
+ChannelBytes frmSubMasterRecord::stageLook(clsView& view) const {
   ChannelBytes look{};
-  const auto view = m_panel.currentView();
-  for (int position = 1; position <= view->colFixtures().count(); ++position)
+  for (int position = 1; position <= view.colFixtures().count(); ++position)
     m_machine.errors.run([&] {
-      const auto fixture = view->colFixtures().item(position);
+      const auto fixture = view.colFixtures().item(position);
       look[channelIndex(fixture->Channel)] = fixture->Level;
     });
   return look;
@@ -51,7 +51,8 @@ void frmSubMasterRecord::Command2_Click() {
 }
 
 void frmSubMasterRecord::removeSubMaster() {
-  auto& submasters = m_panel.currentView()->colSubMasters();
+  const auto view = m_panel.currentView();
+  auto& submasters = view->colSubMasters();
   const int count = submasters.count();
   for (int position = 1; position <= count; ++position) {
     const auto submaster = submasters.item(position);

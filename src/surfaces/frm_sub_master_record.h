@@ -39,7 +39,7 @@ class frmSubMasterRecord {
  private:
   void store();
   void removeSubMaster();
-  [[nodiscard]] ChannelBytes stageLook() const;
+  [[nodiscard]] ChannelBytes stageLook(clsView& view) const;
 
   ShowState& m_show;
   Machine& m_machine;

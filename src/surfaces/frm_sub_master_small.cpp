@@ -36,7 +36,9 @@ void frmSubMasterSmall::Pot_Scroll() {
       [&] { m_panel.writeWhereHighest(m_panel.ActiveSubIndex); });
 }
 
+/// A hand that lets go of a fader that has gone already says nothing: the text would bring its level to 0.
 void frmSubMasterSmall::Pot_MouseUp() {
+  if (!Window.Visible) return;
   m_machine.errors.steps([&] { Window.Visible = false; },
                          [&] { m_panel.level(m_panel.ActiveSubIndex).Caption = Text2.text(); },
                          [&] { Text2.setText("0"); });

@@ -37,8 +37,6 @@ class frmSubMasterSmall {
   void MouseHelper2_MouseWheel(int rotation, bool& handled);
 
  private:
-  void writeLevels();
-
   ShowState& m_show;
   Machine& m_machine;
   frmSubPane& m_panel;

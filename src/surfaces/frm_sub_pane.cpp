@@ -1,6 +1,7 @@
 #include "surfaces/frm_sub_pane.h"
 
 #include <algorithm>
+#include <optional>
 #include <vector>
 
 #include "controls/numbers.h"
@@ -65,14 +66,17 @@ TextBox& frmSubPane::name(int index) {
   return control(Text1, index);
 }
 
-/// A submaster that the show doesn't have any more has no name.
+/// A submaster that the show doesn't have any more has no name. Those that have no place on the panel are
+/// told of together.
 void frmSubPane::showNames(clsView& view) {
   for (TextBox& text : Text1) text.setText("");
-  for (int position = 1; position <= view.colSubMasters().count(); ++position)
-    m_machine.errors.run([&] {
-      const auto submaster = view.colSubMasters().item(position);
+  std::optional<int> beyond;
+  for (const auto& submaster : view.colSubMasters())
+    if (submaster->Identifier >= 0 && submaster->Identifier < Count)
       name(submaster->Identifier).setText(submaster->SubMasterName);
-    });
+    else
+      beyond = submaster->Identifier;
+  if (beyond) m_machine.errors.run([&] { (void)name(*beyond); });
 }
 
 // ---- The hand
@@ -172,7 +176,7 @@ void frmSubPane::followInput() {
     label.Caption = percent > 0 ? formatWhole(percent) : "0";
     label.ForeColour = Magenta;
     m_show.LevelTextSource = Submaster;
-    writeWhereHighest(index, view->colSubMasters(), channels);
+    m_machine.errors.run([&] { writeWhereHighest(index, view->colSubMasters(), channels); });
   }
 }
 

@@ -13,8 +13,7 @@ int ScaledLook::on(std::size_t channel) const {
 
 SubmasterLooks::SubmasterLooks(const colSubMasters& submasters, std::span<const Label> labels) {
   for (const auto& submaster : submasters) {
-    if (m_count == std::min(labels.size(), m_all.size()))
-      throw RunTimeError(Fault::Subscript, "there is no label of submaster " + std::to_string(m_count));
+    if (m_count == std::min(labels.size(), m_all.size())) break;
     const int percent = toInteger<std::int16_t>(labels[m_count].Caption);
     const ScaledLook scaled{.look = &submaster->DimmerLevel(), .scale = percent / 100.0};
     m_all[m_count++] = scaled;

@@ -23,8 +23,8 @@ struct ScaledLook {
 /// and is for one pass over the channels.
 class SubmasterLooks {
  public:
-  /// Reads the labels, one a submaster. Fault::Subscript when a view has more submasters than there are
-  /// labels, Fault::TypeMismatch for a label that is no number.
+  /// Reads the labels, one a submaster; one behind the last label takes no part. Fault::TypeMismatch for a
+  /// label that is no number.
   SubmasterLooks(const colSubMasters& submasters, std::span<const Label> labels);
 
   /// A submaster, counted from 0. Fault::Subscript when it isn't there.

@@ -102,6 +102,33 @@ TEST_F(Surfaces, TheTimersOfThePlotOnTheScreenAreBeyondTheTimings) {
   EXPECT_EQ(desk.windows.DocumentForm->GetCurrentView()->colFixtures().item(1)->Level, 99);
 }
 
+TEST_F(Surfaces, TheTimingsPutBackTheSendTheReadingAndTheFadesOfXYAlone) {
+  boxAttached = true;
+  auto& desk = opened();
+  tool("mnuEditPreferences");
+  desk.windows.Preferences.buttonTimings.click();
+  takeBoxes();
+  const std::vector<Timer*> timers{&desk.windows.Comm.SendTimer, &desk.windows.Comm.RecieveTimer,
+                                   &desk.windows.XYQ->q_timer, &desk.windows.ABQ->q_timer,
+                                   &desk.windows.Comm.TriggerTimer};
+  for (Timer* timer : timers) timer->setInterval(77);
+  desk.windows.Timings.cmdDefault.click();
+  std::vector<int> intervals;
+  for (const Timer* timer : timers) intervals.push_back(timer->interval());
+  EXPECT_THAT(intervals, ElementsAre(30, 100, 30, 77, 77));
+}
+
+TEST_F(Surfaces, ReceivedLevelsMoveTheSubmastersAsManyAsWereSaved) {
+  boxAttached = true;
+  auto& desk = opened();
+  tool("ID_subsOn");
+  EXPECT_TRUE(desk.windows.Comm.RecieveTimer.enabled());
+  desk.show.NUMSubs = 2;
+  house->box.setInput(2, 128);
+  runOn(800);
+  EXPECT_EQ(desk.windows.SubPane.level(1).Caption, "50");
+}
+
 TEST_F(Surfaces, AllOfThemCloseWithTheDesk) {
   auto& desk = opened();
   for (const char* id : {"ID_GrandMaster", "mnuEditPreferences", "ID_BarsInput"}) tool(id);
@@ -112,7 +139,12 @@ TEST_F(Surfaces, AllOfThemCloseWithTheDesk) {
   desk.show.ExitConfirmed = true;
   desk.ShutdownApp();
   takeBoxes();
-  EXPECT_THAT(desk.openForms(), ElementsAre());
+  const Windows& windows = desk.windows;
+  for (const Form* form :
+       {&windows.SubPane.Window, &windows.SubPane.Fader.Window, &windows.SubPane.Record.Window,
+        &windows.GrandMaster.Window, &windows.Preferences.Window, &windows.Timings.Window})
+    EXPECT_FALSE(form->Loaded || form->Visible) << form->Caption;
+  EXPECT_TRUE(windows.Bars.empty());
   EXPECT_EQ(desk.show.CurrentSubMasterIndex, -1);
 }
 

@@ -105,6 +105,9 @@ TEST_F(Tools, BlackoutStopsThePlayersWhoseWindowsShow) {
   tool("ID_Blackout");
   EXPECT_FALSE(desk->windows.XYQ->q_timer.enabled());
   EXPECT_TRUE(desk->windows.ABQ->q_timer.enabled());
+  desk->windows.ABQ->Window.Visible = true;
+  tool("ID_Blackout");
+  EXPECT_FALSE(desk->windows.ABQ->q_timer.enabled());
 }
 
 TEST_F(Tools, TheCuePanelAndTheStatusLineFollowThePlayers) {

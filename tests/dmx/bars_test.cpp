@@ -113,13 +113,13 @@ TEST_F(LevelBars, WithoutRowsOrColumnsStayEmpty) {
 TEST_F(LevelBars, RoundToPercentAndInputIsFullOneStepEarly) {
   load(1, 6);
   bars.StartUpdate("Output");
-  show.DMXOutput = {254, 255, 1, 2, 128};
+  show.DMXOutput = {253, 255, 1, 2, 128};
   runTo(33);
-  EXPECT_THAT(values(6), testing::ElementsAre(100, 100, 0, 1, 50, 0));
+  EXPECT_THAT(values(6), testing::ElementsAre(99, 100, 0, 1, 50, 0));
 
   load(1, 6);  // turns the timers off
   bars.StartUpdate("input");
-  show.DMXInput = {254, 255, 1, 2, 127, 252};
+  show.DMXInput = {253, 255, 1, 2, 127, 252};
   runTo(100);
   EXPECT_EQ(bar(1).Value, 0);
   bars.StartUpdate("Input");

@@ -75,6 +75,11 @@ TEST_F(GrandMaster, OkKeepsTheLevelsAndTheNextOpeningStartsFromThem) {
   master.VSlider1.drag(-20);
   master.cmdCancel.click();
   EXPECT_EQ(lit(1), 100);
+  master.Show();
+  light(1, 50);
+  master.cmdOK.click();
+  master.cmdCancel.click();
+  EXPECT_EQ(lit(1), 50) << "OK was first";
 }
 
 TEST_F(GrandMaster, BlackoutIsItsLowerEnd) {
@@ -101,7 +106,12 @@ TEST_F(GrandMaster, ATypedLevelWaitsForTheArrows) {
   EXPECT_EQ(std::pair(master.VSlider1.value(), lit(1)), std::pair(20, 150));
   master.Level.setText("-100");
   master.UpDown1.down();
-  EXPECT_EQ(std::pair(master.VSlider1.value(), lit(1)), std::pair(-100, 0)) << "typed at the end of the range";
+  EXPECT_EQ(std::pair(master.VSlider1.value(), lit(1)), std::pair(-100, 0))
+      << "typed at the end of the range";
+  master.VSlider1.drag(20);
+  master.Level.setText("100");
+  master.UpDown1.up();
+  EXPECT_EQ(master.VSlider1.value(), 100);
   master.VSlider1.drag(20);
   for (const char* text : {"101", "-101.4", "40000"}) {
     master.Level.setText(text);

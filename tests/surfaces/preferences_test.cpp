@@ -17,17 +17,17 @@ using testing::SizeIs;
 class Preferences : public PlotRig {
  protected:
   std::map<std::string, std::string> store;
-  std::vector<std::string> written;  ///< keys, in their order
-  std::vector<bool> shown;           ///< what the panel was told
+  SettingTexts written;     ///< in their order
+  std::vector<bool> shown;  ///< what the panel was told
   int maximised = 0;
   frmPreferences form{
       show,
       machine,
       {.setting = [this](const std::string& key) { return store.contains(key) ? store[key] : "0"; },
-       .saveSetting =
-           [this](const std::string& key, const std::string& text) {
-             written.push_back(key);
-             store[key] = text;
+       .saveSettings =
+           [this](const SettingTexts& texts) {
+             written = texts;
+             for (const auto& [key, text] : texts) store[key] = text;
            },
        .showSubPane = [this](bool visible) { shown.push_back(visible); },
        .maximiseDocument = [this] { ++maximised; },
@@ -35,6 +35,23 @@ class Preferences : public PlotRig {
 
   void TearDown() override { EXPECT_TRUE(boxes.empty()); }
   std::vector<Box> takeBoxes() { return std::exchange(boxes, {}); }
+  std::array<TextBox*, 7> texts() {
+    return {&form.txtUp,   &form.txtDown, &form.txtDelay,  &form.txtColumns,
+            &form.txtRows, &form.txtGap,  &form.txtNumSubs};
+  }
+  [[nodiscard]] std::string fields() {
+    std::string all;
+    for (const TextBox* field : texts()) all += (all.empty() ? "" : " ") + field->text();
+    return all;
+  }
+  /// What the rest of the desk reads: up, down, delay, columns, rows, gap.
+  [[nodiscard]] std::string taken() const {
+    std::string all;
+    for (const int value :
+         {show.DefaultUp, show.DefaultDown, show.DefaultDelay, show.BarColumns, show.BarRows, show.BarGap})
+      all += (all.empty() ? "" : " ") + std::to_string(value);
+    return all;
+  }
   /// The boxes of the input: "nothing dimmers submasters".
   [[nodiscard]] std::string input() const {
     return std::to_string(form.chkDMXNothing.Value) + std::to_string(form.chkDMXDimmers.Value) +
@@ -42,37 +59,63 @@ class Preferences : public PlotRig {
   }
 };
 
-TEST_F(Preferences, SaveWritesAllKeysInTheirOrderAndTakesThemOver) {
-  store = {{"Up", "4"}, {"BarRows", "8"}, {"DMXDimmers", "1"}, {"PREF_SHOWSUBS", "-1"}};
+TEST_F(Preferences, EachSettingComesIntoItsFieldAndBackByReset) {
+  store = {{"Up", "1"},     {"Down", "2"},    {"Delay", "3"},  {"BarColumns", "4"},   {"BarRows", "5"},
+           {"BarGap", "6"}, {"NUMSubs", "7"}, {"Record", "1"}, {"PREF_SHOWSUBS", "1"}};
   form.Show();
-  form.txtNumSubs.setText("12");
-  form.txtDown.setText(" 3 ");
-  form.cmdSave.click();
-  EXPECT_THAT(written,
-              ElementsAre("Base", "Record", "Down", "Delay", "Up", "DMXNothing", "DMXSubmasters",
-                          "DMXDimmers", "PREF_SHOWSUBS", "BarColumns", "BarRows", "BarGap", "NUMSubs"));
-  EXPECT_EQ(std::tuple(store["DMXNothing"], store["DMXDimmers"], store["PREF_SHOWSUBS"], store["Down"]),
-            std::tuple("0", "1", "-1", " 3 "));
-  EXPECT_EQ(std::tuple(show.DefaultUp, show.DefaultDown, show.BarRows, show.NUMSubs),
-            std::tuple(4, 3, 8, 12));
-  EXPECT_EQ(std::pair(show.DMXDimmers, show.DMXSubmasters), std::pair(true, false));
-  EXPECT_FALSE(form.Window.Loaded);
+  EXPECT_EQ(fields(), "1 2 3 4 5 6 7");
+  EXPECT_EQ(taken(), "1 2 3 4 5 6");
+  EXPECT_EQ(std::tuple(form.chkRecord.Value, form.chkTrigger.Value, show.RecordSetting, show.TriggerSetting),
+            std::tuple(1, 0, 1, 0));
+  EXPECT_EQ(std::tuple(form.chkShowSub.Value, show.PrefShowSubs, show.NUMSubs), std::tuple(0, 1, 0));
+  for (TextBox* field : texts()) field->setText("99");
+  form.chkRecord.Value = 0;
+  form.chkTrigger.Value = 1;
+  store["DMXNothing"] = store["Up"] = "8";
+  form.cmdReset.click();
+  EXPECT_EQ(fields(), "1 2 3 4 5 6 99") << "from what holds now, not from the settings";
+  EXPECT_EQ(std::tuple(form.chkRecord.Value, form.chkTrigger.Value, input()), std::tuple(1, 0, "100"));
 }
 
-TEST_F(Preferences, TwoBoxesOpenClearAndTheNumberOfSubmastersWaitsForSave) {
-  store = {
-      {"DMXNothing", "1"}, {"DMXSubmasters", "1"}, {"PREF_SHOWSUBS", "1"}, {"NUMSubs", "9"}, {"Base", "1"}};
+TEST_F(Preferences, SaveWritesAllInOneAndTakesItOver) {
+  store = {{"DMXDimmers", "1"}, {"PREF_SHOWSUBS", "-1"}};
   form.Show();
-  EXPECT_EQ(std::pair(input(), form.chkShowSub.Value), std::pair(std::string("001"), 0));
-  EXPECT_EQ(std::tuple(form.txtNumSubs.text(), show.NUMSubs, show.PrefShowSubs), std::tuple("9", 0, 1));
-  form.txtNumSubs.setText("5");
-  form.txtUp.setText("7");
+  int value = 11;
+  for (TextBox* field : texts()) field->setText(std::to_string(value++));
   form.chkTrigger.toggle();
-  form.cmdReset.click();
-  EXPECT_EQ(std::tuple(input(), form.txtNumSubs.text(), form.txtUp.text(), form.chkTrigger.Value),
-            std::tuple("101", "5", "0", 1));
+  form.cmdSave.click();
+  EXPECT_EQ(written, (SettingTexts{{"Base", "1"},
+                                   {"Record", "0"},
+                                   {"Down", "12"},
+                                   {"Delay", "13"},
+                                   {"Up", "11"},
+                                   {"DMXNothing", "0"},
+                                   {"DMXSubmasters", "0"},
+                                   {"DMXDimmers", "1"},
+                                   {"PREF_SHOWSUBS", "-1"},
+                                   {"BarColumns", "14"},
+                                   {"BarRows", "15"},
+                                   {"BarGap", "16"},
+                                   {"NUMSubs", "17"}}));
+  EXPECT_EQ(taken(), "11 12 13 14 15 16");
+  EXPECT_EQ(std::tuple(show.NUMSubs, show.TriggerSetting, show.RecordSetting), std::tuple(17, 1, 0));
+  EXPECT_EQ(std::pair(show.DMXDimmers, show.DMXSubmasters), std::pair(true, false));
+  EXPECT_FALSE(form.Window.Loaded);
+  form.Show();
+  form.chkDMXSubmasters.toggle();
+  form.cmdSave.click();
+  EXPECT_EQ(std::pair(show.DMXDimmers, show.DMXSubmasters), std::pair(false, true));
+}
+
+/// The panel's box, and that of no input.
+TEST_F(Preferences, TwoBoxesAlwaysOpenClear) {
+  store = {{"DMXNothing", "1"}, {"PREF_SHOWSUBS", "1"}};
+  form.Show();
+  form.chkDMXNothing.toggle();
+  form.chkShowSub.toggle();
   form.cmdCancel.click();
-  EXPECT_EQ(show.DefaultUp, 0);
+  form.Show();
+  EXPECT_EQ(std::pair(form.chkDMXNothing.Value, form.chkShowSub.Value), std::pair(0, 0));
 }
 
 TEST_F(Preferences, TheBoxesOfTheInputExcludeEachOtherAndAllCanBeClear) {
