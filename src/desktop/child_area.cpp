@@ -1,6 +1,9 @@
 #include "desktop/child_area.h"
 
+#include <QApplication>
 #include <QMdiSubWindow>
+#include <QScopedValueRollback>
+#include <QScrollBar>
 #include <QVariant>
 #include <algorithm>
 
@@ -21,6 +24,7 @@ ChildArea::ChildArea(QWidget* parent) : QMdiArea(parent) {
   setOption(QMdiArea::DontMaximizeSubWindowOnActivation);
   // The toolkit raises a window after it has told of it.
   connect(this, &QMdiArea::subWindowActivated, this, &ChildArea::raiseFloating, Qt::QueuedConnection);
+  connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) { bringIntoView(now); });
 }
 
 void ChildArea::add(QMdiSubWindow* window, Place place) {
@@ -56,7 +60,8 @@ QRect ChildArea::placeOf(Place place) const {
                : QRect(left, area.top() + height + Gap, lists, area.height() - height - Gap);
 }
 
-/// In a tight frame windows overlap rather than cut off what they hold; each keeps its corner.
+/// In a tight frame windows overlap rather than cut off what they hold; each keeps its corner, and what lies
+/// beyond the frame scrolls.
 QRect ChildArea::grown(QRect area, QSize least, Place place) {
   const QSize size = area.size().expandedTo(least);
   QRect window(area.topLeft(), size);
@@ -66,14 +71,36 @@ QRect ChildArea::grown(QRect area, QSize least, Place place) {
 }
 
 void ChildArea::layOut() {
+  if (m_layingOut) return;  // a scroll bar takes its room
+  const QScopedValueRollback layingOut(m_layingOut, true);
+  bool tight = false;
   for (QMdiSubWindow* window : subWindowList()) {
     if (window->isMinimized() || window->isMaximized()) continue;
     const Place place = placeIn(*window);
     if (place == Place::Floating)
       placeFloating(*window);
-    else if (!m_byHand)
+    else if (!m_byHand) {
       window->setGeometry(grown(placeOf(place), window->minimumSizeHint(), place));
+      tight = tight || (window->isVisible() && !viewport()->rect().contains(window->geometry()));
+    }
   }
+  const auto policy = tight ? Qt::ScrollBarAsNeeded : Qt::ScrollBarAlwaysOff;
+  setVerticalScrollBarPolicy(policy);
+  setHorizontalScrollBarPolicy(policy);
+}
+
+/// Whoever goes on by the keyboard sees where he is.
+void ChildArea::bringIntoView(const QWidget* widget) {
+  if (widget == nullptr || !viewport()->isAncestorOf(widget)) return;
+  const QRect place(widget->mapTo(viewport(), QPoint(0, 0)), widget->size());
+  const auto scroll = [](QScrollBar* bar, int start, int end, int visible) {
+    if (start < 0)
+      bar->setValue(bar->value() + start);
+    else if (end > visible)
+      bar->setValue(bar->value() + std::min(start, end - visible));
+  };
+  scroll(verticalScrollBar(), place.top(), place.bottom() + 1, viewport()->height());
+  scroll(horizontalScrollBar(), place.left(), place.right() + 1, viewport()->width());
 }
 
 ChildArea::Place ChildArea::placeIn(const QMdiSubWindow& window) {

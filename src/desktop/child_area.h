@@ -30,10 +30,12 @@ class ChildArea : public QMdiArea {
   [[nodiscard]] static Place placeIn(const QMdiSubWindow& window);
   void placeFloating(QMdiSubWindow& window) const;
   void raiseFloating();
+  void bringIntoView(const QWidget* widget);
   [[nodiscard]] QRect placeOf(Place place) const;
   [[nodiscard]] static QRect grown(QRect area, QSize least, Place place);
 
   bool m_byHand = false;
+  bool m_layingOut = false;
 };
 
 }  // namespace velgrove

@@ -23,6 +23,9 @@ ChildWindow::ChildWindow(QWidget* content, Face& face, FindForm find, std::funct
   setFocusProxy(content);
   setOption(QMdiSubWindow::RubberBandResize, false);
   setSystemMenu(nullptr);
+  QPixmap nothing(1, 1);  // the toolkit shows its own sign beside the menus when the window fills the frame
+  nothing.fill(Qt::transparent);
+  setWindowIcon(nothing);
   // The style fills it to its edges. Said so, what lies below isn't painted with each change of its content.
   setAttribute(Qt::WA_OpaquePaintEvent);
   m_look = m_bindings.mirror(

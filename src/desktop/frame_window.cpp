@@ -97,6 +97,8 @@ void FrameWindow::build() {
     m_splitter->setSizes({m_splitter->height() - m_splitter->handleWidth() - strip, strip});
   });
   m_splitter->setStretchFactor(0, 1);
+  m_splitter->handle(1)->setEnabled(false);  // the strip has one height
+  m_splitter->handle(1)->unsetCursor();
   column->addWidget(m_splitter, 1);
   setCentralWidget(all);
   setStatusBar(new StatusLine(m_desk, m_bindings));

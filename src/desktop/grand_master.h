@@ -28,6 +28,8 @@ class GrandMasterDialog : public FormDialog {
   void paintEvent(QPaintEvent* event) override;
   void moveEvent(QMoveEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
+  /// Escape presses Cancel: after a blackout it is the way back. The close box leaves the light as it is.
+  void reject() override { m_cancel.click(); }
 
  private:
   void dress();

@@ -43,9 +43,23 @@ QMessageBox::Icon iconOf(BoxIcon icon) {
   }
 }
 
-/// A box that closes gives the operator back the window that he had before him. The system would take the
-/// frame.
+/// A box that nobody waits for and that may have come to lie behind a dialog.
+QWidget* boxLeft(const QWidget& closing) {
+  for (QWidget* other : QApplication::topLevelWidgets())
+    if (other != &closing && other->isVisible() && !other->isModal() && other->objectName() == "box")
+      return other;
+  return nullptr;
+}
+
+/// A box that closes gives the operator back the window that he had before him, or shows him the next box.
+/// The system would take the frame.
 void giveBack(QWidget* before, const QWidget& box) {
+  QWidget* const next = QApplication::activeModalWidget() == nullptr ? boxLeft(box) : nullptr;
+  if (next != nullptr) {
+    next->raise();
+    next->activateWindow();
+    return;
+  }
   const QWidget* active = QApplication::activeWindow();
   const bool wentOn = active != nullptr && active != &box;
   if (before != nullptr && before->isVisible() && !wentOn) before->activateWindow();

@@ -30,6 +30,15 @@ QStyle::SubControl placeOf(const QStyleOptionTitleBar& bar, QStyle::SubControl p
   return isMinimised(bar) ? QStyle::SC_TitleBarMinButton : QStyle::SC_TitleBarMaxButton;
 }
 
+struct MenuButton {
+  QStyle::SubControl part;
+  QStyle::SubControl like;  ///< of a title bar
+};
+/// The buttons beside the menus, from the right.
+constexpr std::array MenuButtons{MenuButton{QStyle::SC_MdiCloseButton, QStyle::SC_TitleBarCloseButton},
+                                 MenuButton{QStyle::SC_MdiNormalButton, QStyle::SC_TitleBarNormalButton},
+                                 MenuButton{QStyle::SC_MdiMinButton, QStyle::SC_TitleBarMinButton}};
+
 void drawSymbol(QPainter& painter, QStyle::SubControl button, bool restores, const QRectF& area) {
   QRectF box(0, 0, 9, 9);
   box.moveCenter(area.center());
@@ -45,6 +54,13 @@ void drawSymbol(QPainter& painter, QStyle::SubControl button, bool restores, con
   } else {
     painter.drawRect(box);
   }
+}
+
+void drawButton(QPainter& painter, QStyle::SubControl button, const QRect& area, bool under) {
+  if (under) painter.fillRect(area.adjusted(1, 2, -1, -2), theme::colour("hover"));
+  painter.setPen(QPen(theme::colour(under ? "text" : "text2"), 1.2));
+  painter.setRenderHint(QPainter::Antialiasing, button == QStyle::SC_TitleBarCloseButton);
+  drawSymbol(painter, button, button == QStyle::SC_TitleBarNormalButton, area);
 }
 
 }  // namespace
@@ -82,6 +98,13 @@ int DeskStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidg
 
 QRect DeskStyle::subControlRect(ComplexControl control, const QStyleOptionComplex* option, SubControl part,
                                 const QWidget* widget) const {
+  if (control == CC_MdiControls) {
+    const QRect area = option->rect;
+    for (int i = 0; i < static_cast<int>(MenuButtons.size()); ++i)
+      if (MenuButtons.at(static_cast<std::size_t>(i)).part == part)
+        return {area.right() + 1 - (i + 1) * ButtonWidth, area.top(), ButtonWidth, area.height()};
+    return {};
+  }
   const auto* bar = qstyleoption_cast<const QStyleOptionTitleBar*>(option);
   if (control != CC_TitleBar || bar == nullptr)
     return QProxyStyle::subControlRect(control, option, part, widget);
@@ -105,6 +128,8 @@ void DeskStyle::drawComplexControl(ComplexControl control, const QStyleOptionCom
   const auto* bar = qstyleoption_cast<const QStyleOptionTitleBar*>(option);
   if (control == CC_TitleBar && bar != nullptr)
     drawTitleBar(*bar, *painter, widget);
+  else if (control == CC_MdiControls)
+    drawMenuButtons(*option, *painter, widget);
   else
     QProxyStyle::drawComplexControl(control, option, painter, widget);
 }
@@ -129,13 +154,26 @@ void DeskStyle::drawTitleBar(const QStyleOptionTitleBar& bar, QPainter& painter,
     if ((bar.subControls & button) == 0 && button != SC_TitleBarNormalButton) continue;
     const QRect area = subControlRect(CC_TitleBar, &bar, button, widget);
     if (area.isEmpty()) continue;
-    const bool under = (bar.activeSubControls & button) != 0;
-    if (under) painter.fillRect(area.adjusted(1, 2, -1, -2), theme::colour("hover"));
-    painter.setPen(QPen(theme::colour(under ? "text" : "text2"), 1.2));
-    painter.setRenderHint(QPainter::Antialiasing, button == SC_TitleBarCloseButton);
-    drawSymbol(painter, button, button == SC_TitleBarNormalButton, area);
+    drawButton(painter, button, area, (bar.activeSubControls & button) != 0);
   }
   painter.restore();
+}
+
+void DeskStyle::drawMenuButtons(const QStyleOptionComplex& option, QPainter& painter,
+                                const QWidget* widget) const {
+  painter.save();
+  for (const auto& [part, like] : MenuButtons)
+    drawButton(painter, like, subControlRect(CC_MdiControls, &option, part, widget),
+               (option.activeSubControls & part) != 0 && (option.state & State_MouseOver) != 0);
+  painter.restore();
+}
+
+QSize DeskStyle::sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& contents,
+                                  const QWidget* widget) const {
+  if (type == CT_MdiControls)
+    return {static_cast<int>(MenuButtons.size()) * ButtonWidth,
+            pixelMetric(PM_TitleBarHeight, option, widget)};
+  return QProxyStyle::sizeFromContents(type, option, contents, widget);
 }
 
 void DeskStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,

@@ -19,6 +19,8 @@ class DeskStyle : public QProxyStyle {
                      const QWidget* widget) const override;
   [[nodiscard]] QRect subControlRect(ComplexControl control, const QStyleOptionComplex* option,
                                      SubControl part, const QWidget* widget) const override;
+  [[nodiscard]] QSize sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& contents,
+                                       const QWidget* widget) const override;
   [[nodiscard]] int pixelMetric(PixelMetric metric, const QStyleOption* option,
                                 const QWidget* widget) const override;
   [[nodiscard]] int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
@@ -26,6 +28,8 @@ class DeskStyle : public QProxyStyle {
 
  private:
   void drawTitleBar(const QStyleOptionTitleBar& bar, QPainter& painter, const QWidget* widget) const;
+  /// The buttons of a window that fills the frame, beside the menus.
+  void drawMenuButtons(const QStyleOptionComplex& option, QPainter& painter, const QWidget* widget) const;
 };
 
 }  // namespace velgrove
