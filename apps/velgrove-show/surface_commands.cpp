@@ -31,10 +31,10 @@ Action moveFader(Words words) {
 /// Opens the record dialog by the right button, and does something there.
 template <class Work>
 Action inRecordDialog(Words words, Work work) {
-  return [button = readButton(words[2]), work](Operator& op) {
+  return [index = readButton(words[2]), work](Operator& op) {
     constexpr std::int16_t Right = 2;
     frmSubPane& panel = op.desk.windows.SubPane;
-    panel.Command1_MouseDown(button, Right, 0, 0, 0);
+    panel.Command1_MouseDown(index, Right, 0, 0, 0);
     work(panel.Record);
   };
 }

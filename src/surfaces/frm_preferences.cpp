@@ -90,7 +90,7 @@ void frmPreferences::cmdSave_Click() {
                          [&] { Unload(); });
 }
 
-void frmPreferences::store() {
+void frmPreferences::store() const {
   const auto ofBox = [](const CheckBox& box) { return std::to_string(box.Value); };
   m_wiring.saveSettings({{"Base", ofBox(chkTrigger)},
                          {"Record", ofBox(chkRecord)},

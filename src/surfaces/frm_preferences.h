@@ -94,7 +94,7 @@ class frmPreferences {
   void read(const char* key, TextBox& field);
   void read(const char* key, CheckBox& box);
   void takeOver();
-  void store();
+  void store() const;
 
   ShowState& m_show;
   Machine& m_machine;

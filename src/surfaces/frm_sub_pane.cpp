@@ -105,19 +105,19 @@ void frmSubPane::Command1_MouseDown(std::int16_t index, std::int16_t button, std
 /// the one before left.
 void frmSubPane::Label1_Click(std::int16_t index) {
   if (m_show.DMXSubmasters) return;
-  int target = 0;
+  double scale = 0;
   m_machine.errors.steps(
       [&] {
         bool& bumped = control(SubBumped, index);
         bumped = !bumped;
-        target = bumped ? 100 : 0;
+        scale = bumped ? 1 : 0;
       },
-      [&] { m_show.LevelTextSource = Submaster; }, [&] { level(index).Caption = std::to_string(target); },
+      [&] { m_show.LevelTextSource = Submaster; }, [&] { level(index).Caption = scale > 0 ? "100" : "0"; },
       [&] {
         Fader.load();
-        Fader.Pot.setValue(target);
+        Fader.Pot.setValue(scale > 0 ? 100 : 0);
       },
-      [&] { writeHighest(index, target / 100); });
+      [&] { writeHighest(index, scale); });
 }
 
 void frmSubPane::SetSubLevel(std::int16_t index, std::int16_t level) {
