@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "desktop/marks.h"
 #include "desktop/theme.h"
 #include "desktop/twips.h"
 
@@ -22,24 +23,7 @@ constexpr QSize Legend(400, 24);
 constexpr const char* NothingToShow =
     "Rows and columns are set in Edit, Preferences; they hold for windows opened from then on.";
 
-enum SourceIndex { Manual, Queue, Input, Submaster };
-
-/// A square, a triangle, a disc; the queue is the rule and has none.
-QPixmap drawnMark(SourceIndex source, const QColor& colour, QPixmap mark) {
-  QPainter painter(&mark);
-  painter.setRenderHint(QPainter::Antialiasing);
-  painter.setPen(Qt::NoPen);
-  painter.setBrush(colour);
-  const QRectF area(0, 0, MarkSize, MarkSize);
-  if (source == Manual)
-    painter.drawRect(area);
-  else if (source == Submaster)
-    painter.drawEllipse(area);
-  else if (source == Input)
-    painter.drawPolygon(
-        QPolygonF{area.topLeft(), area.topRight(), QPointF(area.center().x(), area.bottom())});
-  return mark;
-}
+constexpr auto Queue = static_cast<std::size_t>(Source::Queue);
 
 }  // namespace
 
@@ -144,8 +128,11 @@ void BarsWindow::prepare() {
   m_dark = theme::colour("well");
   for (std::size_t i = 0; i < m_sources.size(); ++i) {
     m_sources[i].pen = theme::colour(m_sources[i].token);
-    m_sources[i].mark = drawnMark(static_cast<SourceIndex>(i), theme::colour(m_sources[i].token),
-                                  canvas({MarkSize, MarkSize}));
+    m_sources[i].mark = canvas({MarkSize, MarkSize});
+    QPainter painter(&m_sources[i].mark);
+    painter.setRenderHint(QPainter::Antialiasing);
+    drawSourceMark(painter, static_cast<velgrove::Source>(i), theme::colour(m_sources[i].token),
+                   QRectF(0, 0, MarkSize, MarkSize));
   }
   const auto text = [](const QString& words, const QFont& font) {
     QStaticText made(words);

@@ -4,6 +4,7 @@
 #include <QLayout>
 #include <QScreen>
 #include <QScrollBar>
+#include <QVBoxLayout>
 
 namespace velgrove {
 namespace {
@@ -52,6 +53,20 @@ void FormDialog::show(const Look& look) {
 
 void FormDialog::appear() {
   if (m_default != nullptr) m_default->setFocus();
+}
+
+void FormDialog::layOutAround(QScrollArea& scroll, QWidget& page, QHBoxLayout& buttons, int margin) {
+  scroll.setFrameShape(QFrame::NoFrame);
+  scroll.setFocusPolicy(Qt::NoFocus);
+  scroll.setWidgetResizable(true);
+  scroll.setWidget(&page);
+  buttons.setContentsMargins(margin, 0, margin, 0);
+  buttons.setSpacing(8);
+  auto* all = new QVBoxLayout(this);
+  all->setContentsMargins(0, 0, 0, margin);
+  all->setSpacing(margin);
+  all->addWidget(&scroll, 1);
+  all->addLayout(&buttons);
 }
 
 void FormDialog::fitAround(const QScrollArea& scroll, QSize usual) {

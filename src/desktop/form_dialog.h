@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QDialog>
+#include <QHBoxLayout>
 #include <QPushButton>
 #include <QScrollArea>
 #include <functional>
@@ -26,6 +27,8 @@ class FormDialog : public QDialog {
   virtual void takePlace() {}
   /// The dialog comes up: takes the focus to its place. That is the default button, when it has no better.
   virtual void appear();
+  /// A page that scrolls on a small screen, above a row of buttons that always stands.
+  void layOutAround(QScrollArea& scroll, QWidget& page, QHBoxLayout& buttons, int margin);
   /// Takes the size at which all is seen that stands in its scrolling part, and `usual` below the title at
   /// least. What the screen of the window above can't hold scrolls.
   void fitAround(const QScrollArea& scroll, QSize usual);

@@ -63,4 +63,23 @@ void drawInputMark(QPainter& painter, QPointF left, double size) {
       QPolygonF{left + QPointF(0, -half), left + QPointF(size, -half), left + QPointF(size / 2, half)});
 }
 
+void drawSourceMark(QPainter& painter, Source source, const QColor& colour, const QRectF& area) {
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(colour);
+  switch (source) {
+    case Source::Manual:
+      painter.drawRect(area);
+      break;
+    case Source::Input:
+      painter.drawPolygon(
+          QPolygonF{area.topLeft(), area.topRight(), QPointF(area.center().x(), area.bottom())});
+      break;
+    case Source::Submaster:
+      painter.drawEllipse(area);
+      break;
+    case Source::Queue:
+      break;
+  }
+}
+
 }  // namespace velgrove

@@ -2,6 +2,8 @@
 
 #include <QPainter>
 
+#include "core/show_state.h"
+
 namespace velgrove {
 
 /// The marks of stage and next: a square with S, an arrow to the right with N.
@@ -11,5 +13,9 @@ void drawLetterMark(QPainter& painter, const QRect& area, bool next, const QColo
 /// The triangle of what comes in by DMX, by the middle of its left side and its width.
 constexpr double InputMarkSize = 12;
 void drawInputMark(QPainter& painter, QPointF left, double size = InputMarkSize);
+
+/// Tells the source of a level without its colour: a square for manual, a triangle for the input, a disc for
+/// a submaster. The cue players, from which most light comes, have none.
+void drawSourceMark(QPainter& painter, Source source, const QColor& colour, const QRectF& area);
 
 }  // namespace velgrove

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "desktop/marks.h"
 #include "desktop/theme.h"
 
 namespace velgrove {
@@ -103,26 +104,24 @@ class Lettering {
   QFontMetricsF m_metrics;
 };
 
-/// A mark beside the level tells its source without its colour: a square for manual, a triangle for the
-/// input, a disc for a submaster. The cue players, from which most light comes, have none.
-void paintSourceMark(QPainter& painter, Colour source, QPointF left) {
-  using plot_look::MarkSize;
-  const QRectF box(left.x(), left.y() - MarkSize / 2, MarkSize, MarkSize);
-  painter.setPen(Qt::NoPen);
-  painter.setBrush(theme::ofLevelText(source));
-  switch (source) {
+/// What holds a level, by the colour of its text.
+Source sourceOf(Colour text) {
+  switch (text) {
     case ManualText:
-      painter.drawRect(box);
-      break;
+      return Source::Manual;
     case InputText:
-      painter.drawPolygon(QPolygonF{box.topLeft(), box.topRight(), QPointF(box.center().x(), box.bottom())});
-      break;
+      return Source::Input;
     case SubmasterText:
-      painter.drawEllipse(box);
-      break;
+      return Source::Submaster;
     default:
-      break;
+      return Source::Queue;
   }
+}
+
+void paintSourceMark(QPainter& painter, Colour text, QPointF left) {
+  using plot_look::MarkSize;
+  drawSourceMark(painter, sourceOf(text), theme::ofLevelText(text),
+                 QRectF(left.x(), left.y() - MarkSize / 2, MarkSize, MarkSize));
 }
 
 void paintGrid(QPainter& painter, const WorldView& view, const QRegion& area) {

@@ -2,7 +2,6 @@
 
 #include <QEvent>
 #include <QHBoxLayout>
-#include <QVBoxLayout>
 #include <algorithm>
 
 #include "desktop/dress.h"
@@ -115,10 +114,11 @@ void PreferencesDialog::bindFields(frmPreferences& form) {
 
 /// Tab goes in the order in which the widgets come into the window.
 void PreferencesDialog::layOut() {
+  constexpr int Around = 14;
   auto* page = new QWidget;
   auto* groups = m_groups = new QGridLayout(page);
-  groups->setContentsMargins(14, 14, 14, 0);
-  groups->setSpacing(14);
+  groups->setContentsMargins(Around, Around, Around, 0);
+  groups->setSpacing(Around);
   groups->addWidget(&m_cueValues, 0, 0);
   groups->addWidget(&m_barValues, 0, 1);
   groups->addWidget(&m_input, 1, 0);
@@ -134,20 +134,10 @@ void PreferencesDialog::layOut() {
   addBoxes(m_confirmation, {&m_logging, &m_trigger});
   groups->addWidget(&m_timings, 2, 1, Qt::AlignBottom);
 
-  m_scroll.setFrameShape(QFrame::NoFrame);
-  m_scroll.setFocusPolicy(Qt::NoFocus);
-  m_scroll.setWidgetResizable(true);
-  m_scroll.setWidget(page);
   auto* buttons = new QHBoxLayout;
-  buttons->setContentsMargins(14, 0, 14, 0);
-  buttons->setSpacing(8);
   buttons->addStretch(1);
   for (QPushButton* button : {&m_save, &m_reset, &m_cancel}) buttons->addWidget(button);
-  auto* all = new QVBoxLayout(this);
-  all->setContentsMargins(0, 0, 0, 14);
-  all->setSpacing(14);
-  all->addWidget(&m_scroll, 1);
-  all->addLayout(buttons);
+  layOutAround(m_scroll, *page, *buttons, Around);
 }
 
 /// Both columns are as wide as the widest group.

@@ -2,7 +2,6 @@
 
 #include <QEvent>
 #include <QHBoxLayout>
-#include <QVBoxLayout>
 
 #include "desktop/dress.h"
 
@@ -59,26 +58,17 @@ void TimingsDialog::bindControls(frmTimings& form) {
 /// Tab goes in the order in which the widgets come into the window.
 void TimingsDialog::layOut() {
   constexpr int FieldWidth = 76;
+  constexpr int Margin = 16;
   auto* page = new QWidget;
   auto* rows = new QGridLayout(page);
-  rows->setContentsMargins(16, 16, 16, 0);
+  rows->setContentsMargins(Margin, Margin, Margin, 0);
   rows->setHorizontalSpacing(16);
   rows->setVerticalSpacing(8);
   for (std::size_t i = 0; i < m_fields.size(); ++i) m_fields[i].addTo(*rows, static_cast<int>(i), FieldWidth);
   rows->setRowStretch(rows->rowCount(), 1);
-  m_scroll.setFrameShape(QFrame::NoFrame);
-  m_scroll.setFocusPolicy(Qt::NoFocus);
-  m_scroll.setWidgetResizable(true);
-  m_scroll.setWidget(page);
   auto* buttons = new QHBoxLayout;
-  buttons->setContentsMargins(16, 0, 16, 0);
-  buttons->setSpacing(8);
   for (QPushButton* button : {&m_update, &m_reset, &m_save}) buttons->addWidget(button, 1);
-  auto* all = new QVBoxLayout(this);
-  all->setContentsMargins(0, 0, 0, 16);
-  all->setSpacing(16);
-  all->addWidget(&m_scroll, 1);
-  all->addLayout(buttons);
+  layOutAround(m_scroll, *page, *buttons, Margin);
 }
 
 void TimingsDialog::fit() {

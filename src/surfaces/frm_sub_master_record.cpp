@@ -1,7 +1,5 @@
 #include "surfaces/frm_sub_master_record.h"
 
-#include <algorithm>
-
 #include "surfaces/frm_sub_pane.h"
 
 namespace velgrove {

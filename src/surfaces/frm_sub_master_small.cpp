@@ -1,6 +1,5 @@
 #include "surfaces/frm_sub_master_small.h"
 
-#include "controls/numbers.h"
 #include "surfaces/frm_sub_pane.h"
 
 namespace velgrove {
@@ -44,16 +43,11 @@ void frmSubMasterSmall::Pot_MouseUp() {
                          [&] { Text2.setText("0"); });
 }
 
-/// The bounds are looked at before the step: the fader's own range holds it at its ends.
+/// No notch is refused: the fader's own range holds it at its ends.
 void frmSubMasterSmall::MouseHelper2_MouseWheel(int rotation, bool& handled) {
   handled = true;
-  m_machine.errors.steps(
-      [&] {
-        const int value = Pot.value();
-        if (rotation < 1 ? value >= Pot.min() : value <= Pot.max())
-          Pot.setValue(rotation < 1 ? value - WheelStep : value + WheelStep);
-      },
-      [&] { Text2.setText(std::to_string(Pot.value())); }, [&] { Pot_Scroll(); });
+  m_machine.errors.steps([&] { Pot.setValue(Pot.value() + (rotation < 1 ? -WheelStep : WheelStep)); },
+                         [&] { Text2.setText(std::to_string(Pot.value())); }, [&] { Pot_Scroll(); });
 }
 
 }  // namespace velgrove
