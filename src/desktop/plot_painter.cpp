@@ -1,6 +1,8 @@
 #include "desktop/plot_painter.h"
 
 #include <QFontMetricsF>
+#include <QGlyphRun>
+#include <QTextLayout>
 #include <algorithm>
 #include <cmath>
 
@@ -71,37 +73,45 @@ QColor glowOf(const Shape& levelText) {
   return glow;
 }
 
-/// A text about its middle, with a halo that keeps it apart from what it stands on.
+/// A text about its middle. It is shaped once, since a large plot has a thousand texts.
 class Lettering {
  public:
-  Lettering(const std::string& text, const QFont& font)
-      : m_text(QString::fromStdString(text)), m_font(font), m_metrics(font) {}
+  Lettering(const std::string& text, const QFont& font) : m_metrics(font) {
+    QTextLayout layout(QString::fromStdString(text), font);
+    layout.beginLayout();
+    const QTextLine line = layout.createLine();
+    layout.endLayout();
+    m_width = line.isValid() ? line.naturalTextWidth() : 0;
+    m_runs = layout.glyphRuns();
+  }
 
   [[nodiscard]] QRect box() const {
     using plot_look::Halo;
-    return QRectF(base().x() - Halo, base().y() - m_metrics.ascent() - Halo, -2 * base().x() + 2 * Halo,
-                  m_metrics.height() + 2 * Halo)
+    return QRectF(corner().x() - Halo, corner().y() - Halo, m_width + 2 * Halo, m_metrics.height() + 2 * Halo)
         .toAlignedRect();
   }
-  void draw(QPainter& painter, const QColor& colour) const {
-    QPainterPath letters;
-    letters.addText(base(), m_font, m_text);
-    painter.strokePath(
-        letters, QPen(theme::colour("well"), plot_look::Halo, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-    painter.setFont(m_font);
+  /// `halo` draws, about 0, 0, what keeps a letter apart from what it stands on.
+  template <class Halo>
+  void draw(QPainter& painter, const QColor& colour, Halo halo) const {
+    for (const QGlyphRun& run : m_runs) {
+      const auto letters = run.glyphIndexes();
+      const auto places = run.positions();
+      for (qsizetype i = 0; i < letters.size(); ++i)
+        halo(painter, run.rawFont(), letters[i], corner() + places[i]);
+    }
     painter.setPen(colour);
-    painter.drawText(base(), m_text);
+    for (const QGlyphRun& run : m_runs) painter.drawGlyphRun(corner(), run);
   }
 
  private:
   /// Digits stand on the line, as tall as capitals: their middle is the text's.
-  [[nodiscard]] QPointF base() const {
-    return {-m_metrics.horizontalAdvance(m_text) / 2, m_metrics.capHeight() / 2};
+  [[nodiscard]] QPointF corner() const {
+    return {-m_width / 2, m_metrics.capHeight() / 2 - m_metrics.ascent()};
   }
 
-  QString m_text;
-  QFont m_font;
   QFontMetricsF m_metrics;
+  double m_width = 0;
+  QList<QGlyphRun> m_runs;
 };
 
 /// What holds a level, by the colour of its text.
@@ -277,6 +287,7 @@ void PlotPainter::paintBody(QPainter& painter, const Shape& shape, const QColor&
                   .outline = line.rgba(),
                   .fill = fill.rgba(),
                   .text = {},
+                  .letter = 0,
                   .pixels = 0};
   const Kept& kept = keep(look, [&] {
     const Placing placing{.at = {}, .scale = shape.scale, .angle = shape.angle};
@@ -285,6 +296,25 @@ void PlotPainter::paintBody(QPainter& painter, const Shape& shape, const QColor&
     return drawnApart(box, view.ratio, [&](QPainter& body) { drawBody(body, shape, line, fill, own); });
   });
   painter.drawPixmap(onPixels(painter, view.at(shape.at) + kept.corner), kept.picture);
+}
+
+/// To stroke an outline costs more than the rest of a text, so a letter's halo is drawn once.
+const PlotPainter::Kept& PlotPainter::haloOf(const QRawFont& font, quint32 letter, double ratio) {
+  const Look look{.block = nullptr,
+                  .scale = ratio,
+                  .angle = 0,
+                  .outline = 0,
+                  .fill = static_cast<QRgb>(font.weight()),
+                  .text = font.familyName().toStdString(),
+                  .letter = letter,
+                  .pixels = qRound(font.pixelSize())};
+  return keep(look, [&] {
+    using plot_look::Halo;
+    const QPainterPath outline = font.pathForGlyph(letter);
+    const QRect box = outline.boundingRect().adjusted(-Halo, -Halo, Halo, Halo).toAlignedRect();
+    const QPen pen(theme::colour("well"), Halo, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
+    return drawnApart(box, ratio, [&](QPainter& halo) { halo.strokePath(outline, pen); });
+  });
 }
 
 void PlotPainter::paintText(QPainter& painter, const Shape& shape, PlotPicture::Role role, const View& view) {
@@ -303,10 +333,14 @@ void PlotPainter::paintText(QPainter& painter, const Shape& shape, PlotPicture::
   }
   const bool plain = channel && shape.colour == InputText;
   const QColor colour = plain ? theme::colour("chanText") : theme::ofLevelText(shape.colour);
+  const auto halo = [&](QPainter& letters, const QRawFont& font, quint32 letter, QPointF at) {
+    const Kept& around = haloOf(font, letter, view.ratio);
+    letters.drawPixmap(onPixels(letters, at + around.corner), around.picture);
+  };
   if (pixels * view.ratio > LargestText) {
     painter.save();
     painter.translate(middle);
-    Lettering(shape.text, theme::font(pixels, !channel)).draw(painter, colour);
+    Lettering(shape.text, theme::font(pixels, !channel)).draw(painter, colour, halo);
     painter.restore();
     return;
   }
@@ -316,10 +350,11 @@ void PlotPainter::paintText(QPainter& painter, const Shape& shape, PlotPicture::
                   .outline = colour.rgba(),
                   .fill = channel ? 1U : 0U,
                   .text = shape.text,
+                  .letter = 0,
                   .pixels = pixels};
   const Kept& kept = keep(look, [&] {
     const Lettering text(shape.text, theme::font(pixels, !channel));
-    return drawnApart(text.box(), view.ratio, [&](QPainter& letters) { text.draw(letters, colour); });
+    return drawnApart(text.box(), view.ratio, [&](QPainter& letters) { text.draw(letters, colour, halo); });
   });
   painter.drawPixmap(onPixels(painter, middle + kept.corner), kept.picture);
 }

@@ -4,6 +4,7 @@
 #include <QPainter>
 #include <QPainterPath>
 #include <QPixmap>
+#include <QRawFont>
 #include <string>
 #include <unordered_map>
 
@@ -32,12 +33,13 @@ class PlotPainter {
     double angle = 0;
     QRgb outline = 0;
     QRgb fill = 0;
-    std::string text;
+    std::string text;    ///< of a halo, the font's family
+    quint32 letter = 0;  ///< of a halo, the font's number for the letter
     int pixels = 0;
     friend bool operator==(const Look&, const Look&) = default;
     friend std::size_t qHash(const Look& look, std::size_t seed = 0) {
       return qHashMulti(seed, look.block, look.scale, look.angle, look.outline, look.fill,
-                        std::hash<std::string>{}(look.text), look.pixels);
+                        std::hash<std::string>{}(look.text), look.letter, look.pixels);
     }
   };
   struct Kept {
@@ -52,6 +54,7 @@ class PlotPainter {
   void drawBody(QPainter& painter, const Shape& shape, const QColor& line, const QColor& fill,
                 const View& view);
   void paintFigure(QPainter& painter, const Shape& shape, PlotPicture::Role role, const View& view) const;
+  [[nodiscard]] const Kept& haloOf(const QRawFont& font, quint32 letter, double ratio);
   void paintText(QPainter& painter, const Shape& shape, PlotPicture::Role role, const View& view);
   /// What is kept by this look; `draw` makes it when there is none.
   template <class Draw>
