@@ -6,7 +6,8 @@
 Needs a release build, the packages of tools/packages.txt and a quiet machine. Prints Markdown tables.
 
 A virtual box takes the time of each frame's arrival. The box runs before ordinary processes where that is allowed, so
-that the clock of the measurement is not what is measured. Keys and mouse come from xdotool; what stands on the screen is
+that the clock of the measurement is not what is measured. So do the kernel's workers that carry bytes through a
+pseudo-terminal: on a USB port there is no such hop, a write goes straight to the controller. Keys and mouse come from xdotool; what stands on the screen is
 read from the virtual display's memory every two milliseconds, which is the resolution of the times of start and opening."""
 
 import argparse
@@ -19,6 +20,8 @@ import subprocess
 import sys
 import tempfile
 import time
+
+from measuring import Work, at_rank, before_others, memory, processor_seconds, stolen, table, terminal_workers_first
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "tools"))
 from on_screen import DEMO, PROGRAMS, ROOT, Booth, Missing, Screen, eventually, need  # noqa: E402
@@ -64,23 +67,6 @@ def large_show(path):
 
 # ---- What is measured
 
-def at_rank(values, percent):
-    return sorted(values)[max(math.ceil(len(values) * percent / 100) - 1, 0)]
-
-
-def processor_seconds(process):
-    """Of a process, and of each of its threads by name."""
-    threads = {}
-    for thread in os.listdir(f"/proc/{process.pid}/task"):
-        with contextlib.suppress(FileNotFoundError), open(f"/proc/{process.pid}/task/{thread}/stat") as file:
-            name, _, rest = file.read().partition("(")[2].rpartition(")")
-            user, system = map(int, rest.split()[11:13])
-            threads[f"{name} {thread}"] = (user + system) / os.sysconf("SC_CLK_TCK")
-    with open(f"/proc/{process.pid}/stat") as file:
-        user, system = map(int, file.read().rpartition(")")[2].split()[11:13])
-    return (user + system) / os.sysconf("SC_CLK_TCK"), threads
-
-
 class Line:
     """The spacing of frames over some time."""
 
@@ -88,13 +74,14 @@ class Line:
         self.booth = booth
         self.start = booth.box_time()
 
-    def row(self):
+    def spacing(self):
+        """Number of frames, distance from 30 ms at 50, 95, 99 and 99.9 percent, and the longest gap."""
         end = self.booth.box_time()
         need(lambda: self.booth.frames()[-1][0] >= end, "no frames behind the phase")
         times = [ms for ms, _ in self.booth.frames() if self.start <= ms <= end]
         gaps = [b - a for a, b in zip(times, times[1:])]
         far = [abs(gap - 30) for gap in gaps]
-        return f"{len(gaps)} | " + " | ".join(f"{at_rank(far, p):.2f} ms" for p in (50, 95, 99)) + f" | {max(gaps):.1f} ms"
+        return len(gaps), *(at_rank(far, p) for p in (50, 95, 99, 99.9)), max(gaps)
 
 
 class Watch:
@@ -128,37 +115,49 @@ class Watch:
 
 # ---- Start and opening
 
-def one_start(show):
-    """A process without a box: seconds to the splash, and from the Return that chooses the show to its windows."""
-    screen = Screen(*SIZE)
-    with contextlib.ExitStack() as ends:
-        ends.callback(screen.close)
-        booth = Booth(screen, shows=[show], box=False)
-        ends.callback(booth.end)
-        watch = Watch(screen.canvas)
-        start = time.monotonic()
-        booth.start()
-        splash = watch.until_change(start)
-        booth.wait_for_open_dialog()
-        with screen.hand() as hand:
-            hand("key Home")
-            time.sleep(0.5)
+class Start:
+    """A process without a box: seconds to the splash, from the Return that chooses the show to its windows, and of the
+    processor until the open dialog stands."""
+
+    def __init__(self, show):
+        screen = Screen(*SIZE)
+        with contextlib.ExitStack() as ends:
+            ends.callback(screen.close)
+            booth = Booth(screen, shows=[show], box=False)
+            ends.callback(booth.end)
+            watch = Watch(screen.canvas)
             start = time.monotonic()
-            hand("key Return")
-            opened = watch.until_settled(start)
-        booth.wait_for_show()
-        return splash, opened
+            booth.start()
+            self.splash = watch.until_change(start)
+            booth.wait_for_open_dialog()
+            self.processor = processor_seconds(booth.desk)[0]
+            self.memory = memory(booth.desk)
+            with screen.hand() as hand:
+                hand("key Home")
+                time.sleep(0.5)
+                start = time.monotonic()
+                hand("key Return")
+                self.opened = watch.until_settled(start)
+            booth.wait_for_show()
+            self.memory_with_show = memory(booth.desk)
+
+
+SPLASH, OPENED = 0.2, 0.15  # seconds, at most
 
 
 def starts(count, show):
-    print("| | middle | worst |\n|---|---|---|")
-    demo = [one_start(DEMO) for _ in range(count)]
-    large = [one_start(show) for _ in range(count)]
-    for name, values in (("process to splash", [splash for splash, _ in demo + large]),
-                         ("file chosen to desk, demo show", [opened for _, opened in demo]),
-                         (f"file chosen to desk, {FIXTURES} fixtures and {CUES} cues", [opened for _, opened in large])):
-        print(f"| {name} | {statistics.median(values) * 1000:.0f} ms | {max(values) * 1000:.0f} ms |")
-    print(flush=True)
+    """Starts with the demo show and with the large one."""
+    return {"the demo show": [Start(DEMO) for _ in range(count)],
+            f"{FIXTURES} fixtures and {CUES} cues": [Start(show) for _ in range(count)]}
+
+
+def starts_table(measured):
+    every = [start for runs in measured.values() for start in runs]
+    rows = [("process to splash", [start.splash for start in every], SPLASH)] + [
+        (f"file chosen to desk, {name}", [start.opened for start in runs], OPENED) for name, runs in measured.items()]
+    return table(" | middle | worst | wanted", [
+        (name, *(f"{1000 * seconds:.0f} ms" for seconds in (statistics.median(values), max(values), wanted)))
+        for name, values, wanted in rows])
 
 
 # ---- The phases: each keeps the desk busy for so many seconds
@@ -196,6 +195,9 @@ class Phases:
             self.screen.keys("Escape")
             time.sleep(0.5)
         self.screen.keys("alt+i", "n")
+
+    def idle(self, seconds):
+        time.sleep(seconds)
 
     def quietly(self, seconds):
         time.sleep(seconds)
@@ -295,6 +297,7 @@ class Phases:
 
 
 NAMES = {
+    "idle": "nothing at all (no fade)",
     "quietly": "nothing else",
     "bars": "both windows of {} bars stand open, and the input moves".format(BARS[0] * BARS[1]),
     "menu": "a menu is down",
@@ -307,23 +310,20 @@ NAMES = {
     "opened": f"the open dialog opens on {FILES} files (no fade)",
 }
 
-SHARES = ("quietly", "bars")  # measured for a minute, and with their share of the processor
+SHARES = ("idle", "quietly", "bars")  # measured for a minute, and with their share of the processor
+NEAR, LONGEST = 1, 60  # ms: distance from 30 ms for 99 %, and the longest gap
+SHARE = {"quietly": 0.06, "bars": 0.08}  # of a core, at most
 
 
-def first_of(commands):
-    """The first of some commands that may run here."""
-    for command in commands:
-        with contextlib.suppress(FileNotFoundError):
-            if subprocess.run([*command, "true"], capture_output=True, check=False).returncode == 0:
-                return command
-    return ()
-
-
-def busy_desk(ends, show):
+def busy_desk(ends, show, user=None):
+    """A desk with the large show open, of the user who starts it or another."""
+    terminal_workers_first()
     screen = Screen(*SIZE)
     ends.callback(screen.close)
-    booth = Booth(screen, shows=[show], before_box=first_of((["chrt", "-r", "20"], ["nice", "-n", "-20"])))
+    booth = Booth(screen, shows=[show], before_box=before_others(), user=user)
     ends.callback(booth.end)
+    if user is not None:
+        os.chmod(booth.home.name, 0o755)
     booth.large_folder = booth.path("large")
     os.makedirs(booth.large_folder)
     for n in range(FILES):
@@ -339,29 +339,40 @@ def busy_desk(ends, show):
     return booth
 
 
+class Phase:
+    """How steady the frames were meanwhile, and what the desk used."""
+
+    def __init__(self, name, booth, busy, seconds):
+        self.name = name
+        if name not in ("idle", "opened"):
+            busy.keep_fading(seconds + 2)
+        with busy.beside(name):
+            terminal_workers_first()
+            work, line, taken = Work(booth.desk), Line(booth), stolen()
+            getattr(busy, name)(seconds)
+            self.share, self.threads = work.share()
+            self.stolen = stolen() - taken
+            self.spacing = line.spacing()
+            self.memory = memory(booth.desk)
+
+    def row(self):
+        frames, *far, longest = self.spacing
+        return NAMES[self.name], str(frames), *(f"{ms:.2f} ms" for ms in far), f"{longest:.1f} ms"
+
+    def parts(self):
+        """The threads' shares, in words."""
+        return ", ".join(f"{name.rpartition(' ')[0]} {part:.1%}" for name, part in
+                         sorted(self.threads.items(), key=lambda item: -item[1]) if part >= 0.0005)
+
+
+PHASES_HEAD = "While both lists fade and | frames | 50 % | 95 % | 99 % | 99.9 % | longest gap"
+
+
 def phases(booth, chosen, minute, seconds):
-    print("| While both lists fade and | frames | 50 % | 95 % | 99 % | longest gap |\n|---|---|---|---|---|---|")
     with booth.screen.hand() as hand:
         busy = Phases(booth, hand)
-        shares = []
         for name in chosen:
-            span = minute if name in SHARES else seconds
-            if name != "opened":
-                busy.keep_fading(span + 2)
-            with busy.beside(name):
-                before, threads_before = processor_seconds(booth.desk)
-                line, start = Line(booth), time.monotonic()
-                getattr(busy, name)(span)
-                took = time.monotonic() - start
-                after, threads = processor_seconds(booth.desk)
-                print(f"| {NAMES[name]} | {line.row()} |", flush=True)
-            if name in SHARES:
-                shares.append((name, (after - before) / took, {
-                    thread: (used - threads_before.get(thread, 0)) / took for thread, used in threads.items()}))
-    for name, share, threads in shares:
-        print(f"\nThe desk uses {share:.1%} of one core while both lists fade and {NAMES[name]}: " + ", ".join(
-            f"{thread.rpartition(' ')[0]} {part:.1%}" for thread, part in sorted(threads.items(), key=lambda x: -x[1])
-            if part >= 0.0005))
+            yield Phase(name, booth, busy, minute if name in SHARES else seconds)
 
 
 def main():
@@ -370,16 +381,21 @@ def main():
     parser.add_argument("--seconds", type=float, default=15, help="seconds of each other phase")
     parser.add_argument("--starts", type=int, default=5, help="starts of each show")
     parser.add_argument("--phase", choices=NAMES, action="append", help="only these")
+    parser.add_argument("--user", type=int, help="number of the user whose desk it is; one who isn't root gets no place "
+                        "before ordinary processes")
     options = parser.parse_args()
     with contextlib.ExitStack() as ends:
         folder = ends.enter_context(tempfile.TemporaryDirectory())
         show = os.path.join(folder, "a-large.kel")
         large_show(show)
         if options.starts:
-            starts(options.starts, show)
-        booth = busy_desk(ends, show)
+            print(starts_table(starts(options.starts, show)) + "\n", flush=True)
+        booth = busy_desk(ends, show, options.user)
         try:
-            phases(booth, options.phase or list(NAMES), options.minute, options.seconds)
+            measured = list(phases(booth, options.phase or list(NAMES), options.minute, options.seconds))
+            print(table(PHASES_HEAD, [phase.row() for phase in measured]))
+            for phase in measured:
+                print(f"\n{phase.share:.1%} of a core, {phase.memory:.0f} MiB - {NAMES[phase.name]}: {phase.parts()}")
         except Missing:
             picture = os.path.join(ROOT, "build", "bench-failed.png")
             booth.screen.picture(picture)
