@@ -15,7 +15,7 @@ AT_ONCE = 1.0  # seconds in which an action must be seen
 START = 30.0  # seconds in which the desk must stand
 WELL = "all is well again"
 ASKING, STARTED = "Getting Version", "DMX TX/RX"
-HARMLESS = "This plugin does not support"  # what the toolkit says of a screen that isn't there
+HARMLESS = ("This plugin does not support", "  OpenType support missing")  # of the toolkit: no screen; garbage has no font
 
 
 class Unseen:

@@ -328,8 +328,8 @@ class Booth:
         return self
 
     def log_lines(self):
-        with open(self.log, encoding="utf-8", errors="replace") as file:
-            return file.read().splitlines()
+        with open(self.log, encoding="utf-8", errors="replace", newline="\n") as file:
+            return file.read().split("\n")[:-1]  # whole lines, whatever stands in them
 
     def journal(self):
         """What the desk told the operator, without the time."""
