@@ -117,9 +117,9 @@ class Box:
             for link in self._links:
                 self._lay(link)
             self._later.clear()
-            self.mark()
+            back = self.mark()
         self._rouse()
-        return time.monotonic()
+        return back
 
     def _lay(self, link):
         os.symlink(self.path, link + ".new")
@@ -151,15 +151,18 @@ class Box:
         return self._master is not None
 
     def mark(self):
-        """From here on the first frame and the longest gap count."""
+        """From here on the first frame and the longest gap count. Gives the time."""
         with self._lock:
             self.first_frame, self.last_frame, self.longest_gap = None, None, 0.0
+            return time.monotonic()
 
     def behave(self):
-        """Ends every fault of its behaviour."""
+        """Ends every fault of its behaviour. Gives the time."""
         with self._lock:
             self.silent, self.stalled, self.flood, self.answers = False, False, None, None
+            back = self.mark()
         self._rouse()
+        return back
 
     def close(self):
         self.unplug(at_once=True)

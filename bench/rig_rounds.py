@@ -98,9 +98,9 @@ def one_round(stage, fault, row):
     gap = box.longest_gap
     back = fault.mend(stage)
     if fault.away:
-        if not eventually(lambda: (box.first_frame or 0) > back, 3 * RESUME, 0.005):
+        if not eventually(lambda: box.first_frame, 3 * RESUME, 0.005):
             raise Missing("output doesn't come back")
-        row.resumed.append(box.first_frame - back)
+        row.resumed.append(max(box.first_frame - back, 0))
         if row.resumed[-1] > RESUME:
             row.findings.append(f"round {row.rounds}: output comes back after {row.resumed[-1]:.2f} s")
     desk.press(on_wire=True)
