@@ -12,7 +12,7 @@ from rig_box import VERSION
 from rig_desk import ASKING, STARTED, WELL, Desk, Missing, eventually
 from rig_rounds import FLOW, RESUME, SILENT, UNPLUGGED, Fault, Row, stand_up
 
-AT_A_TIME = 4  # desks
+AT_A_TIME = 2  # desks: a start is work for the machine
 MAKING = threading.Lock()  # a program that is being copied can't be run, nor may another start inherit the copy
 
 

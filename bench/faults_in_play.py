@@ -9,6 +9,7 @@ from rig_box import FRAME, LEVELS, POLL, TRIGGER, new_terminal, terminal_at
 from rig_rounds import FULL, RESUME, SILENT, TELL, UNPLUGGED, Fault
 
 NOBODY = 65534
+OWN_TERMINAL = f"/dev/pts/{100 + os.getpid() % 400}"  # so high that nobody else is given it meanwhile
 
 
 # ---- The plug
@@ -224,7 +225,7 @@ FAULTS = {
     "unplug-input": Fault("unplugged when the input is asked for", pull_at(LEVELS), plug),
     "unplug-answer": Fault("unplugged in the middle of the input's levels", pull_in_answer, plug),
     "unplug-trigger": Fault("unplugged when the trigger is polled", pull_at(POLL), plug),
-    "same-name": Fault("comes back under the same device name", pull, plug_same),
+    "same-name": Fault("comes back under the same device name", pull, plug_same, set_up={"at": OWN_TERMINAL}),
     "other-name": Fault("comes back under another device name", pull, plug_other),
     "serial-same-name": Fault("a box with a serial number comes back", pull_usb, plug_usb(False), set_up={"usb": True}),
     "serial-other-name": Fault("a box with a serial number comes back under another device name, a stranger under its own",

@@ -36,19 +36,27 @@ def new_terminal():
 
 
 def terminal_at(path, patience=5.0):
-    """A new pseudo-terminal at a path that has just become free; any other if somebody else was faster."""
-    spare = []
+    """A new pseudo-terminal at a path, or at any when somebody has that. The kernel gives the lowest number that is free:
+    those below are taken for a moment."""
     end = time.monotonic() + patience
-    try:
-        while True:
-            master, found = new_terminal()
-            if found == path or time.monotonic() > end:
-                return master, found
-            spare.append(master)
-            time.sleep(0.02)
-    finally:
-        for master in spare:
-            os.close(master)
+    while True:
+        below = []
+        try:
+            while not below or below[-1][1] < number_of(path):
+                master, found = new_terminal()
+                if found == path:
+                    return master, found
+                below.append((master, number_of(found)))
+        finally:
+            for master, _ in below:
+                os.close(master)
+        if time.monotonic() > end:
+            return new_terminal()
+        time.sleep(0.2)  # so many terminals are work for the machine
+
+
+def number_of(path):
+    return int(os.path.basename(path))
 
 
 class Wire:

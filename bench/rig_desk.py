@@ -45,8 +45,10 @@ class Journal:
 class Desk:
     """A desk with a box. With a screen, a submaster's level is the key that the operator presses again and again."""
 
-    def __init__(self, programs, screen=None, links=("box",), user=None, before=(), prepare=lambda path: None, box=None):
-        """`box` is one that another desk has already. `user` is whom the desk belongs to."""
+    def __init__(self, programs, screen=None, links=("box",), user=None, before=(), prepare=lambda path: None, at=None,
+                 box=None):
+        """The box stands at a terminal `at` that path; `box` is one that another desk has already. `user` is whom the
+        desk belongs to."""
         self.screen = screen
         self.booth = Booth(screen or Unseen(), programs, box=False, user=user, before_desk=before)
         self.boxes = os.path.join(self.booth.folders["XDG_RUNTIME_DIR"], "velgrove", "boxes")
@@ -56,7 +58,7 @@ class Desk:
         self.own_box = box is None
         self.box = box or Box(self.boxes)
         if self.own_box:
-            self.box.plug_in(*links, prepare=prepare)
+            self.box.plug_in(*links, at=at, prepare=prepare)
         else:
             os.symlink(box.path, os.path.join(self.boxes, "box"))
 

@@ -5,6 +5,7 @@
 #include <chrono>
 #include <cstdio>
 #include <ctime>
+#include <iterator>
 #include <poll.h>
 #include <unistd.h>
 
@@ -64,10 +65,18 @@ void Journal::leave(const std::string& line) {
   m_lines.push_back(onOneLine(timeOfDay() + ' ' + line));
 }
 
-void Journal::write() {
+void Journal::take() {
   const std::scoped_lock lock(m_mutex);
-  for (; !m_lines.empty() && takesMore(STDERR_FILENO); m_lines.pop_front())
-    (void)::write(STDERR_FILENO, m_lines.front().data(), m_lines.front().size());  // a shut log has no reader
+  std::ranges::move(m_lines, std::back_inserter(m_leaving));
+  m_lines.clear();
+}
+
+void Journal::write() {
+  take();
+  for (; !m_leaving.empty() && takesMore(STDERR_FILENO); m_leaving.pop_front())
+    (void)::write(STDERR_FILENO, m_leaving.front().data(),
+                  m_leaving.front().size());  // a shut log: nobody reads
+  while (m_leaving.size() > MostLines) m_leaving.pop_front();
 }
 
 }  // namespace velgrove

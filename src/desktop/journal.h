@@ -27,9 +27,11 @@ class Journal {
  private:
   void noteWords(std::string& told, const std::string& words, const char* forNone);
   void leave(const std::string& line);
+  void take();
 
-  std::mutex m_mutex;
+  std::mutex m_mutex;  ///< never held while a line is written: the desk would wait for the log
   std::deque<std::string> m_lines;
+  std::deque<std::string> m_leaving;  ///< of the thread that writes
   std::string m_version;
   std::string m_condition;
 };
