@@ -19,8 +19,8 @@ sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."
 from faults_at_start import STARTS, start_again  # noqa: E402
 from faults_in_play import FAULTS  # noqa: E402
 from on_screen import PROGRAMS  # noqa: E402
-from rig_box import before_others  # noqa: E402
 from rig_desk import UsbTree  # noqa: E402
+from rig_machine import share, watched  # noqa: E402
 from rig_rounds import HEADING, Row, play  # noqa: E402
 
 
@@ -29,18 +29,13 @@ def words_of():
             {"two-desks": "a second desk comes for the box of one that plays"})
 
 
-def mixed(names):
-    """The cases that start many desks lie last: they are spread among the others."""
-    return sorted(names, key=lambda name: list(names).index(name) % len(STARTS))
-
-
 def run(name, options):
     if FAULTS.get(name) and FAULTS[name].set_up.get("usb") and not UsbTree.allowed():
-        return Row(name, skipped="no mount namespaces here")
+        return Row(name=name, skipped="no mount namespaces here")
     try:
         return play(name, FAULTS[name], options) if name in FAULTS else start_again(name, options)
     except OSError as error:  # the rig's own failure must not hide what the other cases found
-        return Row(name, findings=[f"the rig failed: {error}"])
+        return Row(name=name, findings=[f"the rig failed: {error}"])
 
 
 def main():
@@ -57,15 +52,25 @@ def main():
         print("\n".join(f"{name:18} {words}" for name, words in names.items()))
         return 0
     print(HEADING, flush=True)
-    faulty = False
-    with concurrent.futures.ProcessPoolExecutor(options.jobs, initializer=before_others) as pool:
-        for done in concurrent.futures.as_completed([pool.submit(run, name, options) for name in options.case or mixed(names)]):
-            row = done.result()
-            print(row.text(), flush=True)
-            for finding in row.findings:
-                print(f"{row.name}: {finding}", file=sys.stderr, flush=True)
-            faulty = faulty or bool(row.findings)
-    return 1 if faulty else 0
+    chosen = options.case or names
+    # A start of the desk is work for the machine: the cases of starts come behind the others, fewer at a time.
+    phases = (([name for name in chosen if name in FAULTS], options.jobs),
+              ([name for name in chosen if name not in FAULTS], max(options.jobs // 2, 1)))
+    with watched() as machine:
+        faulty = [not row_is_good(done.result()) for cases, jobs in phases for done in all_of(cases, jobs, machine, options)]
+    return 1 if any(faulty) else 0
+
+
+def all_of(cases, jobs, machine, options):
+    with concurrent.futures.ProcessPoolExecutor(jobs, initializer=share, initargs=(machine,)) as pool:
+        yield from concurrent.futures.as_completed([pool.submit(run, name, options) for name in cases])
+
+
+def row_is_good(row):
+    print(row.text(), flush=True)
+    for finding in row.findings:
+        print(f"{row.name}: {finding}", file=sys.stderr, flush=True)
+    return not row.findings
 
 
 if __name__ == "__main__":

@@ -10,6 +10,8 @@ import threading
 import time
 import tty
 
+from rig_machine import before_others
+
 FRAME, LEVELS, VERSION, POLL = b"\x01\x02\x00\x00", b"\x01\x02\x03\x01\x04\x02\x01", b"\x01\xff\x01\xff", b"\x01\x0a"
 SIZES = {FRAME: 516, LEVELS: len(LEVELS), VERSION: len(VERSION), POLL: len(POLL)}
 VERSION_TEXT = b"Velgrove interface box, rigged  1.00"
@@ -17,13 +19,6 @@ TRIGGER = 0x7F
 CHANNELS = 512
 
 UNLOCK, NUMBER = 0x40045431, 0x80045430  # of a pseudo-terminal: TIOCSPTLCK, TIOCGPTN
-
-
-def before_others():
-    """This thread goes before ordinary ones where that is allowed, so that the rig isn't what is measured. What it starts
-    doesn't."""
-    with contextlib.suppress(PermissionError):
-        os.sched_setscheduler(0, os.SCHED_RR | os.SCHED_RESET_ON_FORK, os.sched_param(1))
 
 
 def new_terminal():
