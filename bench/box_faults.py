@@ -6,9 +6,10 @@
 The box is the rig's own, on a pseudo-terminal; each case has a desk with folders and a screen of its own. In each round
 the fault comes, the operator presses a key, the fault goes, output must come again unaided within two seconds, and the
 operator presses a key once more. Every byte on the wire is looked at, every message is counted, and what the desk uses of
-the machine from the tenth round on must not grow. Prints a table; the exit code is 1 when a case has a finding."""
+the machine from the tenth round on must not grow. A round that fails while the machine itself stood still is played again,
+which the table tells; half frames count all the same. The exit code is 1 when a case has a finding.
 
-import argparse
+The cases with a serial number need mount namespaces, as the administrator has them, and are skipped elsewhere."""
 
 import argparse
 import concurrent.futures
