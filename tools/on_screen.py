@@ -5,6 +5,7 @@ import contextlib
 import json
 import mmap
 import os
+import re
 import select
 import shutil
 import signal
@@ -13,6 +14,8 @@ import subprocess
 import tempfile
 import time
 
+JOURNAL = re.compile(r"\d\d:\d\d:\d\d[.]\d\d\d (interface|box): ")
+JOURNAL_TIME = len("21:04:05.123 ")
 PATIENCE = 20.0  # seconds until something that must come counts as missing
 
 ROOT = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
@@ -237,9 +240,12 @@ class Booth:
 
     The desk runs from a copy, so that its shows, its list of recent files and its settings are its own."""
 
-    def __init__(self, screen, programs=PROGRAMS, shows=(DEMO,), box=True, before_box=(), user=None):
-        """`before_box` is a command that runs the box; `user` is whom the desk belongs to, if not to its starter."""
-        self.screen, self.programs, self.before_box, self.user = screen, programs, list(before_box), user
+    def __init__(self, screen, programs=PROGRAMS, shows=(DEMO,), box=True, before_box=(), before_desk=(),
+                 user=None):
+        """`before_box` and `before_desk` are commands that run these; `user` is whom the desk belongs to, if not to its
+        starter."""
+        self.screen, self.programs, self.user = screen, programs, user
+        self.before_box, self.before_desk = list(before_box), list(before_desk)
         self.home = tempfile.TemporaryDirectory()
         self.folders = {name: self.path(path) for name, path in (
             ("HOME", "home"), ("XDG_CONFIG_HOME", "config"), ("XDG_DATA_HOME", "share"), ("XDG_RUNTIME_DIR", "run"))}
@@ -312,17 +318,26 @@ class Booth:
         if self.user is not None:
             for path, _, files in os.walk(self.home.name):
                 for name in [path, *(os.path.join(path, file) for file in files)]:
-                    os.chown(name, self.user, self.user)
+                    os.chown(name, self.user, self.user, follow_symlinks=False)
         with open(self.log, "wb") as log:
             self.desk = subprocess.Popen(
-                [self.program], env=self.screen.env(**self.folders), stdin=subprocess.DEVNULL, stdout=log, stderr=log,
+                [*self.before_desk, self.program], env=self.screen.env(**self.folders),
+                stdin=subprocess.DEVNULL, stdout=log, stderr=log,
                 cwd=folder or self.folders["HOME"], user=self.user, group=self.user,
                 extra_groups=[] if self.user is not None else None)
         return self
 
+    def log_lines(self):
+        with open(self.log, encoding="utf-8", errors="replace", newline="\n") as file:
+            return file.read().split("\n")[:-1]  # whole lines, whatever stands in them
+
+    def journal(self):
+        """What the desk told the operator, without the time."""
+        return [line[JOURNAL_TIME:] for line in self.log_lines() if JOURNAL.match(line)]
+
     def complaints(self):
-        with open(self.log, encoding="utf-8", errors="replace") as file:
-            return file.read()
+        """What stands in the log beside the journal."""
+        return "\n".join(line for line in self.log_lines() if not JOURNAL.match(line))
 
     def wait_for_open_dialog(self):
         self.screen.wait_for_dialog("^Open Project$")

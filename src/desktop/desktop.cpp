@@ -11,6 +11,7 @@
 
 #include "core/live_desk.h"
 #include "desktop/desk_windows.h"
+#include "desktop/journal.h"
 #include "desktop/qt_loop.h"
 #include "desktop/style.h"
 #include "desktop/theme.h"
@@ -46,7 +47,7 @@ class Desktop {
       : m_house({.show = {},
                  .portByHand = {},
                  .boxes = {},
-                 .statusChanged = {},
+                 .statusChanged = [this](const VelgroveComm& comm) { m_journal.note(comm); },
                  .loop = loop(),
                  .places = thisProcessPlaces()}),
         m_signals(ending.file(), QSocketNotifier::Read) {
@@ -58,6 +59,7 @@ class Desktop {
     m_house.start();
     if (!m_house.ended()) QApplication::exec();
     m_house.close();
+    m_journal.write();
     return 0;
   }
 
@@ -68,11 +70,13 @@ class Desktop {
             .wake = [this] { m_loop.wake(); },
             .showBox =
                 [this](const Box& box, bool waitedFor, std::function<void(BoxAnswer)> answered) {
+                  m_journal.note(box);
                   m_windows.showBox(box, waitedFor, std::move(answered));
                 }};
   }
 
   void serve() {
+    m_journal.write();
     if (m_house.ended())
       QApplication::exit();  // not quit(), which asks every window first
     else
@@ -80,6 +84,7 @@ class Desktop {
   }
 
   QtLoop m_loop;
+  Journal m_journal;
   LiveDesk m_house;
   DeskWindows m_windows{m_house.desk(), m_house.face()};
   QSocketNotifier m_signals;

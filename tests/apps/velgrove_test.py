@@ -165,6 +165,7 @@ class WithoutABox(Desk):
         screen.wait_for_dialog("^Velgrove$")
         screen.keys("Return")
         desk.wait_for_show()
+        self.assertEqual(len([line for line in desk.journal() if line.startswith('box: "Velgrove" ')]), 4)
         self.go()
         desk.wait_for_fade()
         self.ends_by_a_signal()

@@ -24,6 +24,8 @@ class Interface : public testing::Test {
   std::vector<std::string> shown;  ///< boxes
   Bytes wire;                      ///< every byte that the host wrote
   Nanoseconds waited{};            ///< time spent waiting for the box
+  bool pulled = false;             ///< the plug is out
+  bool pullWhileWaiting = false;
   LineStatus opens = LineStatus::Ok;
   std::vector<InterfaceDevice> devices{{"/dev/ttyUSB3", "10c4", "ea60", "0001"}};
   bool trigger = true;
@@ -35,14 +37,16 @@ class Interface : public testing::Test {
                          return BoxAnswer::Ok;
                        },
                    .post = [this](const Box& message) { shown.push_back(message.text); }}};
-  VelgroveComm comm{show,
-                    machine,
-                    {.line = recordingLine(),
-                     .findInterfaces = [this] { return devices; },
-                     .findAgain = [](const InterfaceDevice&) { return std::optional<std::string>(); },
-                     .triggerEnabled = [this] { return trigger; },
-                     .triggerGo = [this] { ++gos; },
-                     .repaint = [this] { texts.push_back(comm.Version.Caption); }}};
+  VelgroveComm comm{
+      show,
+      machine,
+      {.line = recordingLine(),
+       .findInterfaces = [this] { return devices; },
+       .findAgain =
+           [this](const InterfaceDevice& lost) { return pulled ? std::nullopt : std::optional(lost.path); },
+       .triggerEnabled = [this] { return trigger; },
+       .triggerGo = [this] { ++gos; },
+       .repaint = [this] { texts.push_back(comm.Version.Caption); }}};
 
   Interface() {
     machine.Sleep = [this](Milliseconds time) { clock.pass(time); };
@@ -53,9 +57,14 @@ class Interface : public testing::Test {
     SerialLine line = boxOnALine(box, [this](Milliseconds time) {
       waited += time;
       clock.pass(time);
+      pulled = pulled || pullWhileWaiting;
     });
     line.open = [this](const std::string&) { return opens; };
+    line.read = [this, read = line.read](std::span<std::uint8_t> bytes) {
+      return pulled ? LineResult{LineStatus::Gone, 0} : read(bytes);
+    };
     line.write = [this](std::span<const std::uint8_t> bytes) {
+      if (pulled) return LineResult{LineStatus::Gone, 0};
       wire.insert(wire.end(), bytes.begin(), bytes.end());
       box.receive(bytes);
       return LineResult{LineStatus::Ok, bytes.size()};
@@ -224,6 +233,20 @@ TEST_F(Interface, ASilentBoxCostsLittleAndIsTold) {
   box.setSilent(true);
   comm.GetAllDMXIn();
   EXPECT_EQ(waited, 220ms);
+}
+
+TEST_F(Interface, ABoxThatWasUnpluggedInAReadingComesBackWithoutBlame) {
+  bringUp();
+  box.setSilent(true);
+  pullWhileWaiting = true;
+  comm.GetAllDMXIn();
+  comm.SetDMX();
+  EXPECT_EQ(comm.Condition.Caption, "The interface is unplugged. Output goes on when it is back.");
+  box.setSilent(false);
+  pulled = pullWhileWaiting = false;
+  clock.pass(1s);
+  comm.SetDMX();
+  EXPECT_EQ(comm.Condition.Caption, "");
 }
 
 TEST_F(Interface, EachTriggerByteIsAGoAndAllOthersMeanNothing) {
