@@ -43,7 +43,6 @@ struct House {
             HeadlessDesk::Folders{.data = data, .disk = disk}) {}
 
   ShowState& show() { return desk.desk.show; }
-  QueueList& xy() { return *desk.desk.windows.XYQ; }
   /// Makes the show differ in a text of so many characters.
   void change(char letter, std::size_t length) {
     dataOfXY().colQueueEntries().item(1)->EntryDesc = std::string(length, letter);

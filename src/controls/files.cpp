@@ -4,7 +4,6 @@
 #include <cerrno>
 #include <fcntl.h>
 #include <new>
-#include <optional>
 #include <stdexcept>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -28,21 +27,27 @@ namespace fs = std::filesystem;
 /// An open file, closed at the end of its scope.
 class OpenFile {
  public:
-  OpenFile(const fs::path& path, int flags, mode_t mode = 0)
-      : m_file(::open(path.c_str(), flags | O_CLOEXEC, mode)) {}
+  OpenFile() = default;
+  OpenFile(const fs::path& path, int flags) { (void)open(path, flags); }
   ~OpenFile() {
-    if (m_file >= 0) ::close(m_file);
+    if (isOpen()) ::close(m_file);
   }
   OpenFile(const OpenFile&) = delete;
   OpenFile& operator=(const OpenFile&) = delete;
 
+  /// False with `errno` when it can't; one that was open before is closed.
+  [[nodiscard]] bool open(const fs::path& path, int flags, mode_t mode = 0) {
+    if (isOpen()) ::close(m_file);
+    m_file = ::open(path.c_str(), flags | O_CLOEXEC, mode);
+    return isOpen();
+  }
   [[nodiscard]] bool isOpen() const { return m_file >= 0; }
   [[nodiscard]] int number() const { return m_file; }
   /// Closes it and says whether all is well: a network disk may tell only now that it is full.
   [[nodiscard]] bool close() { return ::close(std::exchange(m_file, -1)) == 0 || errno == EINTR; }
 
  private:
-  int m_file;
+  int m_file = -1;
 };
 
 fs::path folderOf(const fs::path& path) {
@@ -96,8 +101,8 @@ class Temporary {
   /// False when another desk has removed it in the moment before it was locked. A disk without locks is one
   /// on which nothing is removed.
   [[nodiscard]] bool lock() {
-    m_lock.emplace(m_path, O_RDONLY | O_NOFOLLOW);
-    if (m_lock->isOpen() && ::flock(m_lock->number(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK)
+    if (m_lock.open(m_path, O_RDONLY | O_NOFOLLOW) && ::flock(m_lock.number(), LOCK_EX | LOCK_NB) != 0 &&
+        errno == EWOULDBLOCK)
       return false;
     struct stat there {};
     return ::lstat(m_path.c_str(), &there) == 0;
@@ -105,7 +110,7 @@ class Temporary {
 
   fs::path m_target;
   fs::path m_path;
-  std::optional<OpenFile> m_lock;
+  OpenFile m_lock;
 };
 
 /// Removes what desks that were killed in a save have left in a folder.
@@ -153,13 +158,13 @@ bool setMode(const OpenFile& file, mode_t mode) {
 void writeNew(Temporary& fresh, const fs::path& target, std::string_view bytes, const mode_t* mode,
               const Disk& disk) {
   constexpr mode_t Everyone = 0666;  // the user's mask takes away what it must
-  std::optional<OpenFile> file;
+  OpenFile file;
   const auto create = [&](const char* name) {
-    return file.emplace(name, O_WRONLY | O_CREAT | O_EXCL, Everyone).isOpen();
+    return file.open(name, O_WRONLY | O_CREAT | O_EXCL, Everyone);
   };
-  const bool done = fresh.make(create) && writeAll(*file, bytes, disk) &&
-                    (mode == nullptr || setMode(*file, *mode)) && disk.flush(file->number()) == 0 &&
-                    file->close();
+  const bool done = fresh.make(create) && writeAll(file, bytes, disk) &&
+                    (mode == nullptr || setMode(file, *mode)) && disk.flush(file.number()) == 0 &&
+                    file.close();
   if (!done) fail(target, errno);
 }
 

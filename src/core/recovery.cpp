@@ -1,5 +1,6 @@
 #include "core/recovery.h"
 
+#include <algorithm>
 #include <utility>
 #include <vector>
 
@@ -52,8 +53,7 @@ std::optional<std::string> damagedOnly(const std::optional<std::string>& file) {
   return file;
 }
 
-Box question(const FoundCopy& found) {
-  const RecoveryCopy& copy = *found.copy;
+Box question(const FoundCopy& found, const RecoveryCopy& copy) {
   std::string text = "The show \"" + copy.name +
                      "\" has changes that were not saved before the desk ended.\n\n" + "File: " + copy.file +
                      "\nCopy made: " + found.made + "\n";
@@ -152,9 +152,7 @@ bool Recovery::offer() {
   if (m_folder == nullptr) return false;
   std::vector<FoundCopy> all;
   onDisk([&] { all = m_folder->find(); });
-  for (const FoundCopy& found : all)
-    if (offer(found)) return true;
-  return false;
+  return std::ranges::any_of(all, [this](const FoundCopy& found) { return offer(found); });
 }
 
 bool Recovery::offer(const FoundCopy& found) {
@@ -164,31 +162,32 @@ bool Recovery::offer(const FoundCopy& found) {
     setAside(found, RecoveryFolder::Unreadable);
     return false;
   }
-  if (found.inFile && isSame(*found.inFile, found.copy->show)) {
+  const RecoveryCopy& copy = *found.copy;
+  if (found.inFile && isSame(*found.inFile, copy.show)) {
     onDisk([&] { RecoveryFolder::remove(*found.slot); });
     return false;
   }
-  if (m_machine.boxes.show(question(found)) == BoxAnswer::Yes) return open(found);
+  if (m_machine.boxes.show(question(found, copy)) == BoxAnswer::Yes) return open(found, copy);
   setAside(found, RecoveryFolder::Declined);
   return false;
 }
 
 /// The copy becomes this desk's own before it is opened, so that it stays until the show is saved.
-bool Recovery::open(const FoundCopy& found) {
+bool Recovery::open(const FoundCopy& found, const RecoveryCopy& copy) {
   m_folder->adopt(found.slot);
   m_kept = found.bytes;
-  if (m_wiring.openCopy(*found.copy, damagedOnly(found.inFile))) return true;
+  if (m_wiring.openCopy(copy, damagedOnly(found.inFile))) return true;
   m_kept = "";
   setAside(found, RecoveryFolder::Unreadable);
   return false;
 }
 
-void Recovery::setAside(const FoundCopy& found, const char* name) {
+void Recovery::setAside(const FoundCopy& found, const char* name) const {
   onDisk([&] { m_folder->setAside(found, name); });
 }
 
 /// At the start, with the operator waiting: a disk that refuses is told, and the start goes on.
-void Recovery::onDisk(const std::function<void()>& work) {
+void Recovery::onDisk(const std::function<void()>& work) const {
   try {
     m_machine.aside(work);
   } catch (const RunTimeError& error) {

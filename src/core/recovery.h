@@ -52,9 +52,9 @@ class Recovery {
   void want(const std::string& bytes);
   void failed(const std::string& reason);
   [[nodiscard]] bool offer(const FoundCopy& found);
-  [[nodiscard]] bool open(const FoundCopy& found);
-  void setAside(const FoundCopy& found, const char* name);
-  void onDisk(const std::function<void()>& work);
+  [[nodiscard]] bool open(const FoundCopy& found, const RecoveryCopy& copy);
+  void setAside(const FoundCopy& found, const char* name) const;
+  void onDisk(const std::function<void()>& work) const;
 
   ShowState& m_show;
   Machine& m_machine;

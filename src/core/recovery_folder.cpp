@@ -108,8 +108,8 @@ std::string writeCopy(const RecoveryCopy& copy) {
 std::optional<RecoveryCopy> readCopy(std::string_view bytes) {
   if (!skip(bytes, FirstLine)) return {};
   const auto file = readField(bytes, "file");
-  const auto name = file ? readField(bytes, "name") : std::nullopt;
-  if (!name) return {};
+  const auto name = readField(bytes, "name");
+  if (!file || !name) return {};
   return RecoveryCopy{.file = *file, .name = *name, .show = std::string(bytes)};
 }
 
