@@ -5,6 +5,7 @@
 #include <fcntl.h>
 #include <new>
 #include <stdexcept>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
@@ -26,49 +27,101 @@ namespace fs = std::filesystem;
 /// An open file, closed at the end of its scope.
 class OpenFile {
  public:
-  OpenFile(const fs::path& path, int flags, mode_t mode = 0)
-      : m_file(::open(path.c_str(), flags | O_CLOEXEC, mode)) {}
+  OpenFile() = default;
+  OpenFile(const fs::path& path, int flags) { (void)open(path, flags); }
   ~OpenFile() {
-    if (m_file >= 0) ::close(m_file);
+    if (isOpen()) ::close(m_file);
   }
   OpenFile(const OpenFile&) = delete;
   OpenFile& operator=(const OpenFile&) = delete;
 
+  /// False with `errno` when it can't; one that was open before is closed.
+  [[nodiscard]] bool open(const fs::path& path, int flags, mode_t mode = 0) {
+    if (isOpen()) ::close(m_file);
+    m_file = ::open(path.c_str(), flags | O_CLOEXEC, mode);
+    return isOpen();
+  }
   [[nodiscard]] bool isOpen() const { return m_file >= 0; }
   [[nodiscard]] int number() const { return m_file; }
   /// Closes it and says whether all is well: a network disk may tell only now that it is full.
   [[nodiscard]] bool close() { return ::close(std::exchange(m_file, -1)) == 0 || errno == EINTR; }
 
  private:
-  int m_file;
+  int m_file = -1;
 };
 
-/// A name beside the file that is removed at the end of its scope, unless the file has moved on.
-class TemporaryName {
- public:
-  explicit TemporaryName(fs::path path) : m_path(std::move(path)) {}
-  ~TemporaryName() {
-    if (!m_path.empty()) ::unlink(m_path.c_str());
-  }
-  TemporaryName(const TemporaryName&) = delete;
-  TemporaryName& operator=(const TemporaryName&) = delete;
+fs::path folderOf(const fs::path& path) {
+  return path.has_parent_path() ? path.parent_path() : fs::path(".");
+}
 
-  [[nodiscard]] const fs::path& path() const { return m_path; }
-  void release() { m_path.clear(); }
-
- private:
-  fs::path m_path;
-};
+constexpr std::string_view TemporaryPrefix = ".velgrove-";
+constexpr std::string_view TemporarySuffix = ".tmp";
 
 /// A name in the file's folder that nothing has yet; short, because names of shows may be as long as the disk
 /// allows.
 fs::path temporaryBeside(const fs::path& path) {
   static std::atomic<unsigned> last{0};
   for (;;) {
-    fs::path name = path.parent_path() /
-                    (".velgrove-" + std::to_string(::getpid()) + "-" + std::to_string(++last) + ".tmp");
+    std::string name(TemporaryPrefix);
+    name += std::to_string(::getpid()) + "-" + std::to_string(++last);
+    fs::path free = path.parent_path() / name.append(TemporarySuffix);
     struct stat there {};
-    if (::lstat(name.c_str(), &there) != 0) return name;
+    if (::lstat(free.c_str(), &there) != 0) return free;
+  }
+}
+
+/// A file beside another that is removed at the end of its scope, unless it has moved on. It is locked
+/// meanwhile: one without a lock was left behind by a desk that was killed.
+class Temporary {
+ public:
+  explicit Temporary(fs::path target) : m_target(std::move(target)) {}
+  ~Temporary() {
+    if (!m_path.empty()) ::unlink(m_path.c_str());
+  }
+  Temporary(const Temporary&) = delete;
+  Temporary& operator=(const Temporary&) = delete;
+
+  /// Makes it; `create` gives the name a file. False with `errno` when it can't.
+  [[nodiscard]] bool make(const std::function<bool(const char* name)>& create) {
+    do {
+      m_path = temporaryBeside(m_target);
+      if (!create(m_path.c_str())) {
+        m_path.clear();
+        return false;
+      }
+    } while (!lock());
+    return true;
+  }
+  void takeName(const fs::path& name) {
+    if (::rename(m_path.c_str(), name.c_str()) != 0) fail(name, errno);
+  }
+  void release() { m_path.clear(); }
+
+ private:
+  /// False when another desk has removed it in the moment before it was locked. A disk without locks is one
+  /// on which nothing is removed.
+  [[nodiscard]] bool lock() {
+    if (m_lock.open(m_path, O_RDONLY | O_NOFOLLOW) && ::flock(m_lock.number(), LOCK_EX | LOCK_NB) != 0 &&
+        errno == EWOULDBLOCK)
+      return false;
+    struct stat there {};
+    return ::lstat(m_path.c_str(), &there) == 0;
+  }
+
+  fs::path m_target;
+  fs::path m_path;
+  OpenFile m_lock;
+};
+
+/// Removes what desks that were killed in a save have left in a folder.
+void removeLeftovers(const fs::path& folder) {
+  std::error_code hidden;  // then the writing says why
+  for (fs::directory_iterator at(folder, hidden); !hidden && at != fs::directory_iterator();
+       at.increment(hidden)) {
+    const std::string name = at->path().filename();
+    if (!name.starts_with(TemporaryPrefix) || !name.ends_with(TemporarySuffix)) continue;
+    const OpenFile left(at->path(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK);
+    if (left.isOpen() && ::flock(left.number(), LOCK_EX | LOCK_NB) == 0) ::unlink(at->path().c_str());
   }
 }
 
@@ -102,18 +155,17 @@ bool setMode(const OpenFile& file, mode_t mode) {
 }
 
 /// Writes a new file whole and waits until the disk has it. Faults name `target`, which it is going to be.
-void writeNew(const fs::path& path, const fs::path& target, std::string_view bytes, const mode_t* mode,
+void writeNew(Temporary& fresh, const fs::path& target, std::string_view bytes, const mode_t* mode,
               const Disk& disk) {
   constexpr mode_t Everyone = 0666;  // the user's mask takes away what it must
-  OpenFile file(path, O_WRONLY | O_CREAT | O_EXCL, Everyone);
-  const bool done = file.isOpen() && writeAll(file, bytes, disk) &&
+  OpenFile file;
+  const auto create = [&](const char* name) {
+    return file.open(name, O_WRONLY | O_CREAT | O_EXCL, Everyone);
+  };
+  const bool done = fresh.make(create) && writeAll(file, bytes, disk) &&
                     (mode == nullptr || setMode(file, *mode)) && disk.flush(file.number()) == 0 &&
                     file.close();
   if (!done) fail(target, errno);
-}
-
-void takeName(const fs::path& from, const fs::path& to) {
-  if (::rename(from.c_str(), to.c_str()) != 0) fail(to, errno);
 }
 
 /// Gives the old version its second name. The first one stays until the new version takes it over, so that at
@@ -123,17 +175,17 @@ void keepBackup(const fs::path& path, mode_t mode, const Disk& disk) {
   backup += ".bak";
   // Its name is removed even after the renaming: when the backup is this very file already, renaming leaves
   // both names.
-  const TemporaryName second(temporaryBeside(path));
-  if (disk.link(path.c_str(), second.path().c_str()) != 0) {
+  Temporary second(path);
+  if (!second.make([&](const char* name) { return disk.link(path.c_str(), name) == 0; })) {
     if (errno != EPERM && errno != ENOTSUP && errno != ENOSYS && errno != EMLINK) fail(backup, errno);
-    writeNew(second.path(), backup, readFile(path), &mode, disk);  // a disk without hard links
+    writeNew(second, backup, readFile(path), &mode, disk);  // a disk without hard links
   }
-  takeName(second.path(), backup);
+  second.takeName(backup);
 }
 
 /// Makes a renaming safe against a power cut. Some network disks have no such call for folders.
 void flushFolder(const fs::path& path, const Disk& disk) {
-  const fs::path folder = path.has_parent_path() ? path.parent_path() : fs::path(".");
+  const fs::path folder = folderOf(path);
   const OpenFile file(folder, O_RDONLY | O_DIRECTORY);
   if (!file.isOpen()) fail(folder, errno);
   if (disk.flush(file.number()) != 0 && errno != EINVAL && errno != ENOTSUP) fail(folder, errno);
@@ -196,10 +248,11 @@ void writeFileSafely(const fs::path& path, std::string_view bytes, Backup backup
   // A new file could take the name of a protected one; whoever protected a show wants it left alone.
   if (replaces && ::faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0) fail(target, errno);
 
-  TemporaryName fresh(temporaryBeside(target));
-  writeNew(fresh.path(), target, bytes, replaces ? &there.st_mode : nullptr, disk);
+  removeLeftovers(folderOf(target));
+  Temporary fresh(target);
+  writeNew(fresh, target, bytes, replaces ? &there.st_mode : nullptr, disk);
   if (replaces && backup == Backup::Keep) keepBackup(target, there.st_mode, disk);
-  takeName(fresh.path(), target);
+  fresh.takeName(target);
   fresh.release();
   flushFolder(target, disk);
 }

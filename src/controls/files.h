@@ -45,7 +45,7 @@ struct Disk {
 /// Replaces a file so that whatever happens, one whole version stands under its name: the new one is written
 /// beside it, flushed, and takes the name in one step. Through a symbolic link the file behind it is
 /// replaced; permissions stay as they were. Fault::File with path and reason; the old file is then as it was
-/// and nothing is left beside it.
+/// and nothing is left beside it. What a process that was killed here has left, the next one removes.
 void writeFileSafely(const std::filesystem::path& path, std::string_view bytes, Backup backup,
                      const Disk& disk = systemDisk());
 

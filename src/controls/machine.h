@@ -1,5 +1,6 @@
 #pragma once
 
+#include <exception>
 #include <functional>
 #include <optional>
 #include <string>
@@ -52,6 +53,17 @@ struct Machine {
   /// Does work that may wait for the disk, with the desk given back, and passes on its error. The work
   /// touches nothing of the desk.
   std::function<void(const std::function<void()>&)> aside = [](const auto& work) { work(); };
+  /// Does work that may wait for the disk while nobody waits for it: the call returns at once. One runs after
+  /// another; of those that wait only the newest is done, the others are forgotten. `failed` gets the reason,
+  /// with the desk taken. The work touches nothing of the desk.
+  std::function<void(std::function<void()> work, std::function<void(const std::string& reason)> failed)>
+      inBackground = [](const auto& work, const auto& failed) {
+        try {
+          work();
+        } catch (const std::exception& error) {
+          failed(error.what());
+        }
+      };
   velgrove::Dialogs Dialogs;
 
   [[nodiscard]] std::int32_t timeGetTime() const { return timers.clock().timeGetTime(); }

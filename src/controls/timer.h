@@ -24,6 +24,7 @@ enum class TimerRank {
   Dialog,
   Trigger,
   Receive,
+  Recovery,
 };
 
 /// All timers of a desk. Whoever owns the time asks `nextDue` and calls `runOne`: the desk thread on the real

@@ -11,6 +11,7 @@
 #include "controls/form.h"
 #include "controls/widgets.h"
 #include "core/frm_open_project.h"
+#include "core/recovery_folder.h"
 #include "core/tool_bars.h"
 #include "core/windows.h"
 
@@ -45,6 +46,8 @@ class frmMain {
     /// Whether the show now stands in its file.
     std::function<bool()> SaveAll;
     std::function<void()> ShutdownApp;
+    std::function<void()> showOpened;  ///< nothing of it has been changed yet
+    std::function<void()> showLeft;    ///< by the operator's choice, with what he hasn't saved
     /// All open windows, in the order in which they opened.
     std::function<std::vector<Form*>()> forms;
     /// Shows the splash over the frame, and comes back when it has been painted.
@@ -94,9 +97,13 @@ class frmMain {
   /// says why and the open show untouched, for a file that can't be read as a show; a damaged one is opened
   /// as far as it goes, and a box tells what was missing.
   bool LoadProject(std::int16_t index);
+  /// Opens a show from a recovery copy as if it came from its file, and changed since. `damaged`: what stands
+  /// in that file, when something of it is missing. False, with a box, for a copy that holds no show.
+  bool LoadRecovered(const RecoveryCopy& copy, std::optional<std::string> damaged);
   void LoadDoc(const std::string& name);
   void CloseViews();
   void SaveAs();
+  [[nodiscard]] const std::string& openFile() const { return m_openFile; }  ///< of the open show
 
  private:
   struct Command {
@@ -155,6 +162,8 @@ class frmMain {
     std::optional<std::string> damaged;   ///< the bytes of a file of which something was missing
   };
   [[nodiscard]] ReadProject readProject() const;
+  [[nodiscard]] ReadProject readProject(const std::string& title, std::string bytes) const;
+  void openProject(ReadProject read, std::int16_t index);
   [[nodiscard]] std::int16_t number(const std::string& key) const;
 
   ShowState& m_show;

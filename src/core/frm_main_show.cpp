@@ -67,7 +67,7 @@ void frmMain::LoadNewProject() {
         m_show.CurrentViewIndex = 1;
       },
       [&] { m_windows.loadPlayers(); }, [&] { EnableTools(); },
-      [&] { LoadDoc(std::to_string(m_show.CurrentProjectIndex)); });
+      [&] { LoadDoc(std::to_string(m_show.CurrentProjectIndex)); }, [&] { m_wiring.showOpened(); });
 }
 
 /// A show with one empty view. List 1 is AB, list 2 is XY.
@@ -87,16 +87,18 @@ std::shared_ptr<clsProject> frmMain::newProject() const {
 }
 
 void frmMain::replaceProject(std::shared_ptr<clsProject> project) {
-  if (m_show.Projects.count() > 0) m_show.Projects.Remove(m_show.Projects.count());
+  if (m_show.Projects.count() > 0) {
+    m_wiring.showLeft();
+    m_show.Projects.Remove(m_show.Projects.count());
+  }
   m_show.Projects.add(std::move(project));
   m_show.DamagedOriginal.reset();
   m_openFile = m_show.ProjectFileName;
 }
 
 bool frmMain::LoadProject(std::int16_t index) {
-  auto& errors = m_machine.errors;
   if (m_show.ProjectFileName.empty()) {
-    errors.run([&] { CloseViews(); });
+    m_machine.errors.run([&] { CloseViews(); });
     return false;
   }
   auto read = readProject();
@@ -104,6 +106,24 @@ bool frmMain::LoadProject(std::int16_t index) {
     m_show.ProjectFileName = m_openFile;  // or the next save would write the open show over that file
     return false;
   }
+  openProject(std::move(read), index);
+  m_machine.errors.run([&] { m_wiring.showOpened(); });
+  return true;
+}
+
+bool frmMain::LoadRecovered(const RecoveryCopy& copy, std::optional<std::string> damaged) {
+  auto read = readProject("The recovery copy of " + copy.file, copy.show);
+  if (read.project == nullptr) return false;
+  if (!read.damaged) read.damaged = std::move(damaged);
+  m_show.ProjectName = copy.name;
+  m_show.ProjectFileName = copy.file;
+  m_show.ProjectDirty = true;
+  openProject(std::move(read), 1);
+  return true;
+}
+
+void frmMain::openProject(ReadProject read, std::int16_t index) {
+  auto& errors = m_machine.errors;
   const auto project = read.project;
   errors.steps([&] { CloseViews(); },
                [&] {
@@ -118,25 +138,28 @@ bool frmMain::LoadProject(std::int16_t index) {
     errors.run([&] { LoadDoc(project->colViews().item(view)->ViewName); });
   }
   errors.run([&] { m_windows.loadPlayers(); });
-  return true;
 }
 
-/// Reads the show before anything is closed. A box tells why it can't be read, or what of it is missing.
 frmMain::ReadProject frmMain::readProject() const {
   const std::string file = m_show.ProjectFileName;
   try {
     std::string bytes;
     m_machine.aside([&] { bytes = readFile(file); });
-    const ShowRead read = readShow(bytes, DMXInputRecords::Leave);
-    if (read.faults.empty()) return {.project = read.project, .damaged = {}};
-    std::string text = file + (read.project == nullptr ? " is no show.\n" : " is damaged.\n");
-    for (const FileFault& fault : read.faults) text += "\n" + describe(fault);
-    m_machine.boxes.show({.text = text, .icon = BoxIcon::Warning});
-    return {.project = read.project, .damaged = std::move(bytes)};
+    return readProject(file, std::move(bytes));
   } catch (const RunTimeError& error) {
     m_machine.boxes.show({.text = error.what(), .icon = BoxIcon::Critical});
     return {};
   }
+}
+
+/// Reads the show before anything is closed. A box tells why it can't be read, or what of it is missing.
+frmMain::ReadProject frmMain::readProject(const std::string& title, std::string bytes) const {
+  const ShowRead read = readShow(bytes, DMXInputRecords::Leave);
+  if (read.faults.empty()) return {.project = read.project, .damaged = {}};
+  std::string text = title + (read.project == nullptr ? " is no show.\n" : " is damaged.\n");
+  for (const FileFault& fault : read.faults) text += "\n" + describe(fault);
+  m_machine.boxes.show({.text = text, .icon = BoxIcon::Warning});
+  return {.project = read.project, .damaged = std::move(bytes)};
 }
 
 void frmMain::LoadDoc(const std::string&) {
@@ -198,6 +221,7 @@ void frmMain::MDIForm_QueryUnload(bool& cancel, int) {
         cancel = answer != SaveAnswer::DontSave && answer != SaveAnswer::Save;
         if (cancel) return;
         m_show.ExitConfirmed = true;
+        m_wiring.showLeft();
         m_wiring.ShutdownApp();
       });
 }

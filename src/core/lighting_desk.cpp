@@ -38,7 +38,12 @@ LightingDesk::LightingDesk(Clock clock, const MessageBoxes& boxes, Wiring wiring
                    .drives = wiring.drives}),
       frame(show, machine, windows, frameWiring()),
       m_wiring(std::move(wiring)),
-      m_saver(show, machine, m_wiring.dataFolder, m_wiring.disk) {
+      m_recovery(show, machine, recoveryWiring()),
+      m_saver(show, machine,
+              {.begins = [this] { m_recovery.saveBegins(); },
+               .saved = [this] { m_recovery.saved(); },
+               .dataFolder = m_wiring.dataFolder,
+               .disk = m_wiring.disk}) {
   furnish();
   machine.timers.onUnhandled = [this](const RunTimeError&) { m_wiring.quit(); };
 }
@@ -53,6 +58,7 @@ Windows::Wiring LightingDesk::tied(Windows::Wiring wiring) {
   wiring.showSubPane = [this](bool visible) { frame.SubPaneVisible = visible; };
   wiring.setting = [this](const std::string& key) { return setting("Project", key, "0"); };
   wiring.saveSettings = [this](const SettingTexts& texts) { store.setTexts("Velgrove", "Project", texts); };
+  wiring.cueEdited = [this] { m_recovery.keep(); };
   wiring.interface.repaint = [this, repaint = std::move(wiring.interface.repaint)] {
     Splash.Status.Caption = windows.Comm.Version.Caption;
     repaint();
@@ -67,6 +73,8 @@ frmMain::Wiring LightingDesk::frameWiring() {
                                 const std::string& value) { saveSetting(section, key, value); },
           .SaveAll = [this] { return SaveAll(); },
           .ShutdownApp = [this] { ShutdownApp(); },
+          .showOpened = [this] { m_recovery.opened(); },
+          .showLeft = [this] { m_recovery.letGo(); },
           .forms =
               [this] {
                 std::vector<Form*> forms;
@@ -78,6 +86,16 @@ frmMain::Wiring LightingDesk::frameWiring() {
           .askToSave = [this] { WanttoSave.ShowModal(); },
           .showOpenProject = [this](OpenTab tab) { OpenProject.Show(tab); },
           .showHelp = {}};
+}
+
+Recovery::Wiring LightingDesk::recoveryWiring() {
+  return {.openFile = [this] { return frame.openFile(); },
+          .openCopy =
+              [this](const RecoveryCopy& copy, std::optional<std::string> damaged) {
+                return frame.LoadRecovered(copy, std::move(damaged));
+              },
+          .dataFolder = m_wiring.dataFolder,
+          .disk = m_wiring.disk};
 }
 
 // ---- Settings
@@ -156,9 +174,10 @@ void LightingDesk::startInterface() {
 void LightingDesk::openFirstShow() {
   Splash.Unload();
   Splash.Starting = false;
+  m_recovery.start();
   if (m_wiring.openShow)
     m_wiring.openShow();
-  else
+  else if (!m_recovery.offer())
     OpenProject.ShowModal();
 }
 
@@ -213,6 +232,7 @@ void LightingDesk::clearLevels() {
 // ---- The end
 
 void LightingDesk::ShutdownApp() {
+  if (!show.ExitConfirmed) m_recovery.keep();  // nobody was asked whether to save
   machine.errors.steps([&] { machine.timers.stopAll(); }, [&] { UnloadAllForms(true); },
                        [&] { windows.Comm.CloseVelgrove(); });
   m_wiring.quit();

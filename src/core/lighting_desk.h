@@ -10,6 +10,7 @@
 #include "core/frm_open_project.h"
 #include "core/frm_wantto_save.h"
 #include "core/plain_windows.h"
+#include "core/recovery.h"
 #include "core/show_saver.h"
 #include "core/show_state.h"
 #include "core/windows.h"
@@ -71,6 +72,7 @@ class LightingDesk {
 
   [[nodiscard]] Windows::Wiring tied(Windows::Wiring wiring);
   [[nodiscard]] frmMain::Wiring frameWiring();
+  [[nodiscard]] Recovery::Wiring recoveryWiring();
   [[nodiscard]] std::string setting(const std::string& section, const std::string& key,
                                     const std::string& fallback) const;
   void saveSetting(const std::string& section, const std::string& key, const std::string& value);
@@ -85,6 +87,7 @@ class LightingDesk {
   void clearLevels();
 
   Wiring m_wiring;
+  Recovery m_recovery;
   ShowSaver m_saver;
   int m_acting = 0;  ///< actions of the operator that are under way
 };

@@ -44,6 +44,7 @@ LiveDesk::LiveDesk(Options options)
   machine.DoEvents = [this] { m_thread.doEvents(); };
   machine.waitUntil = [this](const std::function<bool()>& condition) { waitUntil(condition); };
   machine.aside = [this](const std::function<void()>& work) { aside(work); };
+  machine.inBackground = [this](auto work, auto failed) { inBackground(std::move(work), std::move(failed)); };
   if (m_face != nullptr)
     m_face->act = [this](const std::function<void()>& action) { m_desk.act(action); };
   else
@@ -106,6 +107,17 @@ void LiveDesk::asideOfDeskThread(const std::function<void()>& work) {
     m_thread.until([&] { return done.load(); });
   }
   if (failure) std::rethrow_exception(failure);
+}
+
+void LiveDesk::inBackground(std::function<void()> work, std::function<void(const std::string&)> failed) {
+  m_background.run([this, work = std::move(work), failed = std::move(failed)] {
+    try {
+      work();
+    } catch (const std::exception& error) {
+      const DeskTurn turn(m_lock);
+      failed(error.what());
+    }
+  });
 }
 
 std::string LiveDesk::portByHand() const {

@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 
+#include "controls/background.h"
 #include "controls/desk_thread.h"
 #include "controls/face.h"
 #include "core/lighting_desk.h"
@@ -68,6 +69,7 @@ class LiveDesk {
   void waitUntil(const std::function<bool()>& condition);
   void aside(const std::function<void()>& work);
   void asideOfDeskThread(const std::function<void()>& work);
+  void inBackground(std::function<void()> work, std::function<void(const std::string&)> failed);
 
   Options m_options;
   MachineRoots m_roots;
@@ -77,6 +79,7 @@ class LiveDesk {
   LightingDesk m_desk;
   std::atomic<bool> m_started = false;
   std::atomic<Nanoseconds> m_startTime{};
+  Background m_background;
   DeskThread m_thread{m_lock, m_desk.machine.timers};
 };
 

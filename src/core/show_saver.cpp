@@ -29,8 +29,8 @@ class Flagged {
 
 }  // namespace
 
-ShowSaver::ShowSaver(ShowState& show, Machine& machine, fs::path dataFolder, Disk disk)
-    : m_show(show), m_machine(machine), m_dataFolder(std::move(dataFolder)), m_disk(std::move(disk)) {}
+ShowSaver::ShowSaver(ShowState& show, Machine& machine, Wiring wiring)
+    : m_show(show), m_machine(machine), m_wiring(std::move(wiring)) {}
 
 bool ShowSaver::SaveAll() {
   bool saved = false;
@@ -48,15 +48,17 @@ void ShowSaver::save() {
   const Flagged saving(m_saving);
   const std::string bytes = writeShow(*m_show.Projects.item(m_show.CurrentProjectIndex));
   const fs::path file = m_show.ProjectFileName;
+  m_wiring.begins();
   m_show.ProjectDirty = false;
   try {
-    if (goesToDataFolder()) m_machine.aside([this] { makeFolder(m_dataFolder); });
+    if (goesToDataFolder()) m_machine.aside([this] { makeFolder(m_wiring.dataFolder); });
     keepDamagedOriginal();
-    m_machine.aside([&] { writeFileSafely(file, bytes, Backup::Keep, m_disk); });
+    m_machine.aside([&] { writeFileSafely(file, bytes, Backup::Keep, m_wiring.disk); });
   } catch (const RunTimeError&) {
     m_show.ProjectDirty = true;
     throw;
   }
+  m_wiring.saved();
 }
 
 /// Whoever opened a damaged show may want to try again with what is left of it.
@@ -64,23 +66,23 @@ void ShowSaver::keepDamagedOriginal() {
   if (!m_show.DamagedOriginal) return;
   const std::string original = *m_show.DamagedOriginal;
   const fs::path file = m_show.ProjectFileName;
-  m_machine.aside([&] { writeFileSafely(damagedName(file), original, Backup::None, m_disk); });
+  m_machine.aside([&] { writeFileSafely(damagedName(file), original, Backup::None, m_wiring.disk); });
   m_show.DamagedOriginal.reset();
 }
 
 /// The desk makes its own folder; one that the operator named must be there already: it may lie on a stick
 /// that isn't plugged in.
 bool ShowSaver::goesToDataFolder() const {
-  return !m_dataFolder.empty() &&
-         fs::path(m_show.ProjectFileName).parent_path() == (m_dataFolder / RecentListFile).parent_path();
+  return !m_wiring.dataFolder.empty() && fs::path(m_show.ProjectFileName).parent_path() ==
+                                             (m_wiring.dataFolder / RecentListFile).parent_path();
 }
 
 void ShowSaver::writeRecentList() {
-  if (m_dataFolder.empty()) return;
+  if (m_wiring.dataFolder.empty()) return;
   const std::string text = recentListText(m_show);
   m_machine.aside([&] {
-    makeFolder(m_dataFolder);
-    writeFileSafely(m_dataFolder / RecentListFile, text, Backup::None, m_disk);
+    makeFolder(m_wiring.dataFolder);
+    writeFileSafely(m_wiring.dataFolder / RecentListFile, text, Backup::None, m_wiring.disk);
   });
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 
 #include "controls/files.h"
 #include "controls/machine.h"
@@ -12,8 +13,15 @@ namespace velgrove {
 /// so that the light goes on.
 class ShowSaver {
  public:
-  /// `dataFolder`: where new shows and the recent list lie; empty: there is none, and no list is written.
-  ShowSaver(ShowState& show, Machine& machine, std::filesystem::path dataFolder, Disk disk);
+  struct Wiring {
+    std::function<void()> begins;  ///< the show's bytes are made in this turn
+    std::function<void()> saved;   ///< they stand in its file
+    /// Where new shows and the recent list lie; empty: there is none, and no list is written.
+    std::filesystem::path dataFolder;
+    Disk disk;
+  };
+
+  ShowSaver(ShowState& show, Machine& machine, Wiring wiring);
   ShowSaver(const ShowSaver&) = delete;
   ShowSaver& operator=(const ShowSaver&) = delete;
 
@@ -30,8 +38,7 @@ class ShowSaver {
 
   ShowState& m_show;
   Machine& m_machine;
-  std::filesystem::path m_dataFolder;
-  Disk m_disk;
+  Wiring m_wiring;
   bool m_saving = false;
 };
 

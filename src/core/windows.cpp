@@ -101,7 +101,8 @@ std::unique_ptr<QueueList> Windows::makePlayer(const PlayerTraits& traits) {
                   if (*player != nullptr) (*player)->showModes();
               },
           .linkTargets = [this](const std::string& list) { return linkTargets(list); },
-          .configureLoop = [this] { Loop.ShowModal(); }});
+          .configureLoop = [this] { Loop.ShowModal(); },
+          .cueEdited = m_wiring.cueEdited});
 }
 
 /// A list needs two rows to be worth a link; of the effects one will do.

@@ -51,6 +51,7 @@ class Windows {
     std::function<void(const std::string&)> showCuePanel;
     std::function<void(const std::string&)> showStatus;
     std::function<void()> focusFrame = {};
+    std::function<void()> cueEdited = {};  ///< a cue was recorded, changed or deleted
     std::function<void(bool visible)> showSubPane = {};
     // Settings of the section "Project"; one that isn't there is "0".
     std::function<std::string(const std::string& key)> setting = {};

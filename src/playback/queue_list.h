@@ -33,6 +33,8 @@ struct PlayerWiring {
   std::function<std::vector<std::string>(const std::string& list)> linkTargets;
   /// Asks for the loop of the player that is being addressed, and waits for the answer.
   std::function<void()> configureLoop;
+  /// A cue was recorded, changed or deleted.
+  std::function<void()> cueEdited;
 };
 
 /// A cue player: the window of one cue list with its marks, modes, crossfades, Go and Stop. `ABQueueList` and
@@ -232,6 +234,7 @@ class QueueList {
   [[nodiscard]] ChannelBytes levelsOnPlot();
   [[nodiscard]] ChannelBytes outputOnPlot();
   void takeEditors(clsQueueEntry& cue) const;
+  void noteEdit();
   [[nodiscard]] std::shared_ptr<clsQueueEntry> cueOfEditors(float number) const;
   void nameCue(clsQueueEntry& cue);
   void addLastCue(const std::shared_ptr<clsQueueEntry>& cue);

@@ -59,6 +59,11 @@ std::shared_ptr<clsQueueEntry> QueueList::cueOfEditors(float number) const {
   return cue;
 }
 
+void QueueList::noteEdit() {
+  m_show.ProjectDirty = true;
+  m_wiring.cueEdited();
+}
+
 // ---- Record
 
 void QueueList::cmdRecord_Click() {
@@ -80,7 +85,7 @@ void QueueList::cmdRecord_Click() {
                    selectchange();
                    repaintRows();
                  });
-  m_show.ProjectDirty = true;
+  noteEdit();
   ResetCombos();
 }
 
@@ -142,7 +147,7 @@ void QueueList::cmdUpdate_Click() {
     updated = true;
   });
   if (!updated) return;
-  m_show.ProjectDirty = true;
+  noteEdit();
   const bool onStage = !m_show.BlindOn && !m_show.LiveOn;
   if (m_show.BlindOn) cmdBlindView_Click();
   if (m_show.LiveOn) cmdLiveView_Click();
@@ -162,7 +167,7 @@ void QueueList::cmdInsertCue_Click() {
     m_errors.run([&] { inserted = State.CueCount <= 1 ? insertFirst() : insertBehindPointer(); });
   if (!inserted) return;
   m_errors.run([&] { ListView2.sort(CompareValues); });
-  m_show.ProjectDirty = true;
+  noteEdit();
   AttachPointerToStageCue();
   if (!recorded) UpdateCueInfo();
 }
@@ -221,7 +226,7 @@ void QueueList::cmdDeleteCue_Click() {
   m_errors.steps(
       [&] { SearchRemove(dataInProject()->colQueueEntries(), *number, m_traits.Mark - 1, m_machine.boxes); },
       [&] { enableCueButtons(false); }, [&] { closeRanks(); });
-  m_show.ProjectDirty = true;
+  noteEdit();
 }
 
 /// The marks keep their rows, so that they mark other cues when one above them has gone. The panels keep
@@ -295,7 +300,7 @@ void QueueList::cmdPaste_Click() {
         });
       },
       [&] { cmdUpdate_Click(); });
-  m_show.ProjectDirty = true;
+  noteEdit();
   updateMarkHeaders();
 }
 

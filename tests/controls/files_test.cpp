@@ -1,6 +1,7 @@
 #include "controls/files.h"
 
 #include <cerrno>
+#include <fstream>
 #include <sys/stat.h>
 
 #include <gmock/gmock.h>
@@ -134,6 +135,22 @@ TEST(Files, ABackupLeftByASaveThatFailedLaterIsReplacedWithoutATrace) {
   writeFileSafely(folder / "show.kel", "new", Backup::Keep);
   EXPECT_EQ(readFile(folder / "show.kel.bak"), "old");
   EXPECT_THAT(folder.names(), ElementsAre("show.kel", "show.kel.bak"));
+}
+
+TEST(Files, WhatAKilledSaveLeftIsRemovedByTheNextAndWhatIsBeingWrittenIsNot) {
+  const TempFolder folder;
+  writeFileSafely(folder / "show.kel", "old", Backup::None);
+  std::ofstream(folder / ".velgrove-1-1.tmp") << "half";
+  fs::create_hard_link(folder / "show.kel", folder / ".velgrove-1-2.tmp");
+  Disk disk = systemDisk();
+  disk.flush = [&](int file) {
+    writeFileSafely(folder / "other.kel", "by another desk", Backup::None);
+    return systemDisk().flush(file);
+  };
+  writeFileSafely(folder / "show.kel", "new", Backup::Keep, disk);
+  EXPECT_EQ(readFile(folder / "show.kel"), "new");
+  EXPECT_EQ(readFile(folder / "show.kel.bak"), "old");
+  EXPECT_THAT(folder.names(), ElementsAre("other.kel", "show.kel", "show.kel.bak"));
 }
 
 TEST(Files, ASaveThroughALinkKeepsTheLinkAndThePermissionsOfTheFileBehindIt) {
