@@ -17,14 +17,21 @@ void fillInNew(Hand& hand, frmOpenProject& dialog) {
   if (hand.chance.oneIn(6)) dialog.Location.setText(hand.folder.string() + "/");
 }
 
+/// Never one outside the robot's own: a save would go there.
+void openFolder(Hand& hand, DirListBox& folders) {
+  if (folders.rows().empty()) return;
+  const int row = hand.chance.below(static_cast<int>(folders.rows().size()));
+  const std::string path = folders.rows()[static_cast<std::size_t>(row)].Path;
+  if (!path.starts_with(hand.folder.string())) return;
+  hand.note("folder " + std::to_string(row));
+  folders.highlight(row);
+  folders.openHighlighted();
+}
+
 void chooseExisting(Hand& hand, frmOpenProject& dialog) {
   if (hand.chance.oneIn(8))
     hand.type(dialog.txtSearchSpec, "pattern", hand.chance.oneIn(2) ? "*.*" : "*.kel");
-  if (hand.chance.oneIn(12) && !dialog.dirList.rows().empty()) {
-    dialog.dirList.highlight(hand.chance.below(static_cast<int>(dialog.dirList.rows().size())));
-    hand.note("folder " + std::to_string(dialog.dirList.listIndex()));
-    dialog.dirList.openHighlighted();
-  }
+  if (hand.chance.oneIn(12)) openFolder(hand, dialog.dirList);
   const auto& files = dialog.filList.items();
   if (files.empty()) return;
   const int file = hand.chance.below(static_cast<int>(files.size()));

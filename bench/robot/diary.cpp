@@ -48,7 +48,8 @@ void Diary::note(const std::string& line) {
 }
 
 void Diary::noteBox(const std::string& title, const std::string& text, const std::string& folder) {
-  ++m_boxes[alike(title + ": " + text, folder)];
+  constexpr const char* SystemError = "SYSTEM ERROR";
+  ++m_boxes[title == SystemError ? title + " at: " + m_deed : alike(title + ": " + text, folder)];
 }
 
 void Diary::printLastSteps() const {

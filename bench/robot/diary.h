@@ -20,6 +20,8 @@ class Diary {
   void note(const std::string& line);
   /// A box came up. Paths and numbers in its text are made alike, so that the table of boxes stays short.
   void noteBox(const std::string& title, const std::string& text, const std::string& folder);
+  /// What the robot does now; the system errors are counted by it.
+  void beginDeed(const std::string& name) { m_deed = name; }
   void count(const std::string& what) { ++m_counts[what]; }
 
   void printLastSteps() const;
@@ -30,6 +32,7 @@ class Diary {
   int m_from;
   int m_step = 0;
   std::deque<std::string> m_lines;  ///< a step each
+  std::string m_deed = "start";
   std::map<std::string, int> m_boxes;
   std::map<std::string, int> m_counts;
 };

@@ -70,6 +70,7 @@ void Life::step() {
   m_hand.saidAbort = false;
   for (bool done = false; !done;) {
     const Deed& deed = someDeed(m_chance);
+    m_diary.beginDeed(deed.name);
     if (isOfTheWorld(deed))
       done = deed.act(m_hand);
     else

@@ -103,6 +103,12 @@ void Watch::checkMarks(const QueueList& player) const {
   if (state.PointerCue < 0) tell("the pointer", state.PointerCue);
 }
 
+/// A fade that nobody stopped goes on.
+void Watch::checkFade(const QueueList& player) {
+  if (player.State.Fading && !player.q_timer.enabled())
+    found(player.Window.Caption + " fades without its timer");
+}
+
 void Watch::checkRows(const QueueList& player) const {
   if (m_apart[player.Window.Identity % Remembered] == player.Window.Identity) return;
   if (player.State.QueueData == nullptr) return;
@@ -118,6 +124,20 @@ void Watch::checkRows(const QueueList& player) const {
     found(player.Window.Caption + std::string(" shows ") + std::to_string(rows.size()) + " rows of " +
           std::to_string(wanted.size()) + " cues, or others");
   if (player.State.CueCount != player.ListView2.count()) found("the count of cues isn't that of the rows");
+}
+
+// ---- The windows
+
+/// A handler that waited is over, and so is what it waited for.
+void Watch::checkForms() const {
+  for (const OpenForm& open : m_house.desk.openForms())
+    if (open.form->Visible && open.form->Modal) found(open.form->Caption + " is left open");
+}
+
+/// Each plot merges, as long as it is open.
+void Watch::checkPlots() const {
+  for (const auto& document : m_house.desk.windows.Documents)
+    if (!document->TallyInputs.enabled()) found("a plot is open whose merge stands");
 }
 
 // ---- The show
@@ -137,10 +157,14 @@ void Watch::checkShowKeeps() const {
 }
 
 void Watch::afterStep() {
+  if (m_house.quit) return;
   checkLine();
+  checkForms();
+  checkPlots();
   for (const auto* player : {m_house.desk.windows.ABQ.get(), m_house.desk.windows.XYQ.get()}) {
     if (player == nullptr) continue;
     checkMarks(*player);
+    checkFade(*player);
     checkRows(*player);
   }
 }

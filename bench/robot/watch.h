@@ -44,6 +44,9 @@ class Watch {
   void checkFrameTime(Nanoseconds gap) const;
   void checkLine();
   void checkMarks(const QueueList& player) const;
+  static void checkFade(const QueueList& player);
+  void checkForms() const;
+  void checkPlots() const;
   void checkRows(const QueueList& player) const;
 
   HeadlessDesk& m_house;

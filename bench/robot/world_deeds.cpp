@@ -15,15 +15,10 @@ bool passTime(Hand& hand) {
   return true;
 }
 
-bool workOnCable(Hand& hand) {
+bool breakCable(Hand& hand) {
   Cable& cable = hand.cable;
+  if (!cable.isWhole()) return false;
   hand.watch.excuseFrame();
-  if (!cable.isWhole()) {
-    hand.note("the cable is whole again");
-    cable.Plugged = true;
-    cable.Room.reset();
-    return true;
-  }
   if (hand.chance.oneIn(2)) {
     hand.note("unplugged");
     cable.Plugged = false;
@@ -32,6 +27,15 @@ bool workOnCable(Hand& hand) {
   constexpr int TwoFrames = 1032;
   cable.Room = static_cast<std::size_t>(hand.chance.below(TwoFrames));
   hand.note("the line stalls after " + std::to_string(*cable.Room) + " bytes");
+  return true;
+}
+
+bool mendCable(Hand& hand) {
+  if (hand.cable.isWhole()) return false;
+  hand.note("the cable is whole again");
+  hand.watch.excuseFrame();
+  hand.cable.Plugged = true;
+  hand.cable.Room.reset();
   return true;
 }
 
@@ -45,7 +49,7 @@ bool makeNoise(Hand& hand) {
 }
 
 bool changeBox(Hand& hand) {
-  const int kind = hand.chance.below(4);
+  const int kind = hand.chance.below(6);
   hand.note("the box: " + std::to_string(kind));
   switch (kind) {
     case 0:
@@ -77,9 +81,10 @@ bool trigger(Hand& hand) {
   return true;
 }
 
-constexpr Deed Deeds[] = {{"time", 120, passTime},   {"cable", 2, workOnCable},
-                          {"noise", 2, makeNoise},   {"box's answers", 2, changeBox},
-                          {"input", 6, changeInput}, {"trigger", 2, trigger}};
+constexpr Deed Deeds[] = {
+    {"time", 120, passTime}, {"a broken cable", 2, breakCable}, {"a mended cable", 20, mendCable},
+    {"noise", 2, makeNoise}, {"box's answers", 2, changeBox},   {"input", 6, changeInput},
+    {"trigger", 2, trigger}};
 
 }  // namespace
 
