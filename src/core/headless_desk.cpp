@@ -14,9 +14,10 @@ InterfaceDevice boxOfRehearsal() {
 HeadlessDesk::HeadlessDesk(const std::function<BoxAnswer(const Box&)>& onBox)
     : HeadlessDesk(onBox, Folders{}) {}
 
-HeadlessDesk::HeadlessDesk(const std::function<BoxAnswer(const Box&)>& onBox, const Folders& folders)
+HeadlessDesk::HeadlessDesk(const std::function<BoxAnswer(const Box&)>& onBox, const Folders& folders,
+                           const std::function<SerialLine(SerialLine)>& cable)
     : desk(clock.clock(), {.show = onBox, .post = [onBox](const Box& posted) { (void)onBox(posted); }},
-           wiring(folders)) {
+           wiring(folders, cable)) {
   desk.machine.Sleep = [](Milliseconds) {};
   desk.machine.DoEvents = [] {};
   desk.machine.waitUntil = [this](const auto& condition) { waitUntil(condition); };
@@ -27,10 +28,12 @@ HeadlessDesk::HeadlessDesk(const std::function<BoxAnswer(const Box&)>& onBox, co
   desk.Splash.Painted = true;  // there is no screen to wait for
 }
 
-LightingDesk::Wiring HeadlessDesk::wiring(const Folders& folders) {
+LightingDesk::Wiring HeadlessDesk::wiring(const Folders& folders,
+                                          const std::function<SerialLine(SerialLine)>& cable) {
+  SerialLine line = boxOnALine(box, [this](Milliseconds time) { clock.pass(time); });
   return {
       .windows = {.interface = {
-                      .line = boxOnALine(box, [this](Milliseconds time) { clock.pass(time); }),
+                      .line = cable ? cable(std::move(line)) : std::move(line),
                       .findInterfaces =
                           [this] {
                             return boxAttached ? std::vector{boxOfRehearsal()}

@@ -32,7 +32,9 @@ class HeadlessDesk {
 
   /// `onBox` is the operator's answer to each box.
   explicit HeadlessDesk(const std::function<BoxAnswer(const Box&)>& onBox);
-  HeadlessDesk(const std::function<BoxAnswer(const Box&)>& onBox, const Folders& folders);
+  /// `cable` gets the line to the box, and gives back the one that the desk is to see.
+  HeadlessDesk(const std::function<BoxAnswer(const Box&)>& onBox, const Folders& folders,
+               const std::function<SerialLine(SerialLine)>& cable = {});
 
   HandClock clock;
   InterfaceBox box;
@@ -55,7 +57,8 @@ class HeadlessDesk {
   void runTo(std::int64_t ms) { clock.advanceTo(Milliseconds(ms), desk.machine.timers); }
 
  private:
-  [[nodiscard]] LightingDesk::Wiring wiring(const Folders& folders);
+  [[nodiscard]] LightingDesk::Wiring wiring(const Folders& folders,
+                                            const std::function<SerialLine(SerialLine)>& cable);
   void waitUntil(const std::function<bool()>& condition) const;
 };
 

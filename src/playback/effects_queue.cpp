@@ -27,6 +27,12 @@ std::int32_t cell(const ListView::Row& row, EffectColumn column) {
   return toInteger<std::int32_t>(row.Texts[column]);
 }
 
+/// Milliseconds from one value of the clock to another, right also where it has turned from its highest value
+/// to its lowest in between.
+std::int32_t elapsed(std::int32_t since, std::int32_t now) {
+  return static_cast<std::int32_t>(static_cast<std::uint32_t>(now) - static_cast<std::uint32_t>(since));
+}
+
 std::int32_t product(std::int32_t a, std::int32_t b) {
   return narrow<std::int32_t>(std::int64_t{a} * b);
 }
@@ -217,7 +223,7 @@ void EffectsQueue::doChase(std::int32_t start, std::int32_t stop, std::int32_t s
 /// The clock ends a chase, never a count of steps: late ticks make fewer of them.
 void EffectsQueue::ChaseTimer_Timer() {
   chaseNow = m_machine.timeGetTime();
-  if (chaseNow - chaseStartTime < chaseDuration)
+  if (elapsed(chaseStartTime, chaseNow) < chaseDuration)
     step();
   else
     endChase();

@@ -384,6 +384,17 @@ TEST(Chase, StartedAgainBeginsAnewAndLeavesTheOldLightToTheMerge) {
   EXPECT_THAT(desk.lit(), ElementsAre(24)) << "merged at 240";
 }
 
+TEST(Chase, LastsItsTimeAlsoWhereTheClockTurnsToItsLowestValue) {
+  Desk desk;
+  constexpr std::int64_t Start = INT32_MAX - 150;
+  desk.house.clock.pass(Milliseconds(Start));
+  desk.run("1", "10", "100", "1");
+  desk.runTo(Start + 950);
+  EXPECT_TRUE(desk.effects.ChaseTimer.enabled());
+  desk.runTo(Start + 1100);
+  EXPECT_FALSE(desk.effects.ChaseTimer.enabled());
+}
+
 TEST(Chase, LosesStepsToLateTicksAndNoTime) {
   Desk desk;
   desk.run("1", "50", "10", "1");
