@@ -25,6 +25,7 @@ class Interface : public testing::Test {
   Bytes wire;                      ///< every byte that the host wrote
   Nanoseconds waited{};            ///< time spent waiting for the box
   LineStatus opens = LineStatus::Ok;
+  std::function<LineResult(std::span<std::uint8_t>)> read;  ///< in place of the box's answers
   std::vector<InterfaceDevice> devices{{"/dev/ttyUSB3", "10c4", "ea60", "0001"}};
   bool trigger = true;
   int gos = 0;
@@ -55,6 +56,9 @@ class Interface : public testing::Test {
       clock.pass(time);
     });
     line.open = [this](const std::string&) { return opens; };
+    line.read = [this, answers = line.read](std::span<std::uint8_t> into) {
+      return read ? read(into) : answers(into);
+    };
     line.write = [this](std::span<const std::uint8_t> bytes) {
       wire.insert(wire.end(), bytes.begin(), bytes.end());
       box.receive(bytes);
@@ -143,6 +147,13 @@ TEST_F(Interface, ASilentBoxEndsTheVersionLoopAfterASecond) {
   EXPECT_EQ(comm.GetVGVersion(), "");
   EXPECT_GE(clock.now(), 1s);
   EXPECT_LE(clock.now(), 1100ms);
+}
+
+TEST_F(Interface, ABoxUnpluggedWhileItsVersionIsReadHoldsNothingUp) {
+  read = [](std::span<std::uint8_t>) { return LineResult{LineStatus::Gone, 0}; };
+  EXPECT_EQ(comm.GetVGVersion(), "");
+  EXPECT_EQ(clock.now(), 0s);
+  EXPECT_TRUE(comm.VelgroveCom.lost());
 }
 
 TEST_F(Interface, AFrameIsTheHeadAnd512LevelsWithOnesRaised) {
