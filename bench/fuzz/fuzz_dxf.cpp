@@ -2,6 +2,7 @@
 // it back.
 
 #include <cmath>
+#include <sstream>
 
 #include "controls/faults.h"
 #include "fuzz.h"
@@ -23,19 +24,39 @@ BlockRef blockOf(const Read& read) {
   }
 }
 
-void preparesWell(const Block& block) {
+void hasASize(const Block& block) {
   const Extents& around = block.extents;
   require(std::isfinite(around.width()) && std::isfinite(around.height()), "a block has a size");
+}
+
+void preparesWell(const Block& block) {
   const std::string text = shapeText(block);
   const BlockRef again = blockOf([&] { return blockOfShapeText(text, "again.cad"); });
   require(again != nullptr, "a shape file that was written can be read");
   require(shapeText(*again) == text, "a second write gives the same text");
 }
 
+/// A drawing from its pairs; a word without "=" has the code 0.
+std::string drawingOf(std::string_view words) {
+  std::istringstream all{std::string(words)};
+  std::string drawing;
+  for (std::string word; all >> word;) {
+    const auto equals = word.find('=');
+    const bool coded = equals != std::string::npos;
+    drawing +=
+        (coded ? word.substr(0, equals) : "0") + "\n" + (coded ? word.substr(equals + 1) : word) + "\n";
+  }
+  return drawing + "0\nEOF\n";
+}
+
 void read(std::string_view bytes) {
-  if (const auto shape = blockOf([&] { return blockOfShapeText(bytes, "input.cad"); })) preparesWell(*shape);
+  if (bytes.starts_with('=')) return read(drawingOf(bytes.substr(1)));
+  if (const auto shape = blockOf([&] { return blockOfShapeText(bytes, "input.cad"); })) hasASize(*shape);
   const auto file = fileOf(bytes, "input.dxf");
-  if (const auto drawn = blockOf([&] { return importExchangeDrawing(file); })) preparesWell(*drawn);
+  const auto drawn = blockOf([&] { return importExchangeDrawing(file); });
+  if (drawn == nullptr) return;
+  hasASize(*drawn);
+  preparesWell(*drawn);
 }
 
 }  // namespace
