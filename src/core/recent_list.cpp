@@ -29,7 +29,7 @@ void noteRecentFile(ShowState& show) {
 std::string recentListText(const ShowState& show) {
   std::string text;
   for (std::size_t i = 0; i < RecentFilesUsed && !show.MRUList[i].empty(); ++i)
-    text += show.MRUList[i] + "\r\n";
+    if (show.MRUList[i].find('\n') == std::string::npos) text += show.MRUList[i] + "\r\n";
   return text;
 }
 

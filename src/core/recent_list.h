@@ -18,7 +18,8 @@ void readRecentList(ShowState& show, const std::string& text);
 /// saved for the first time can stand there twice until the next start.
 void noteRecentFile(ShowState& show);
 
-/// The file's text for MRUList: its first ten entries, up to the first empty one.
+/// The file's text for MRUList: its first ten entries, up to the first empty one. A path with a line end in
+/// it has no line there: it would come back as several, and too many of them cost the whole list.
 [[nodiscard]] std::string recentListText(const ShowState& show);
 
 }  // namespace velgrove

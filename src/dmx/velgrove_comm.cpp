@@ -159,7 +159,7 @@ std::string VelgroveComm::GetVGVersion() {
       read.append(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(count));
       answer += read;
       lastByte = now;
-    } else if (now - lastByte >= VersionTime) {
+    } else if (VelgroveCom.lost() || now - lastByte >= VersionTime) {
       break;
     } else {
       VelgroveCom.wait(BetweenLooks);

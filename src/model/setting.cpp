@@ -31,13 +31,11 @@ std::string head(std::string_view text, std::size_t characters) {
   return characterCount(text) <= characters ? std::string(text) : fixedText(text, characters);
 }
 
-/// The file's content; one that isn't there is empty.
+/// The content of a settings file.
 class IniFile {
  public:
-  explicit IniFile(const std::filesystem::path& file) : m_ini(true) {
-    std::error_code ignored;
-    if (std::filesystem::exists(file, ignored) && m_ini.LoadData(readFile(file)) < 0)
-      throw RunTimeError(Fault::File, file.string() + ": no settings file");
+  explicit IniFile(const std::string& text) : m_ini(true) {
+    if (m_ini.LoadData(text) < 0) throw RunTimeError(Fault::File, "no settings file");
   }
   CSimpleIniA* operator->() { return &m_ini; }
   const CSimpleIniA* operator->() const { return &m_ini; }
@@ -46,17 +44,26 @@ class IniFile {
   CSimpleIniA m_ini;
 };
 
-void saveIni(const IniFile& ini, const std::filesystem::path& file) {
-  std::string text;
-  if (ini->Save(text) < 0) throw RunTimeError(Fault::File, file.string() + ": can't be written");
-  writeFileSafely(file, text, Backup::None);
+/// One that isn't there is empty.
+IniFile iniOf(const std::filesystem::path& file) {
+  std::error_code ignored;
+  return IniFile(std::filesystem::exists(file, ignored) ? readFile(file) : "");
 }
 
-/// Names that the file couldn't give back are refused: they would turn into other lines of it.
-void checkLine(std::string_view text, std::string_view forbidden) {
-  if (text.find_first_of(forbidden) != std::string_view::npos ||
-      text.find_first_of(std::string_view("\r\n\0", 3)) != std::string_view::npos)
-    throw RunTimeError(Fault::Settings, "no setting can have this text: " + std::string(text));
+std::string textOf(const IniFile& ini) {
+  std::string text;
+  if (ini->Save(text) < 0) throw RunTimeError(Fault::File, "the settings can't be written");
+  return text;
+}
+
+/// Refuses a setting that the file couldn't give back: its names or its text would turn into other lines.
+void checkReadsBack(const std::string& text, const std::string& section, const std::string& key,
+                    std::string_view value) {
+  const IniFile again(text);
+  const char* const read = again->GetValue(section.c_str(), key.c_str());
+  const bool whole = (section + key).find('\0') == std::string::npos;
+  if (!whole || read == nullptr || read != trimmed(value))
+    throw RunTimeError(Fault::Settings, "no setting can have this text: " + std::string(value));
 }
 
 /// What a reader with a buffer gets of a list: names that end with a zero each, cut to the buffer, up to the
@@ -135,7 +142,7 @@ void CSetting::begin() {
 std::string CSetting::readStr(const std::string& section, const std::string& key,
                               std::string_view fallback) const {
   if (m_saveMode == 0) return m_perUser.text(m_appName, section, key).value_or(std::string(fallback));
-  const IniFile ini(m_fileName);
+  const IniFile ini = iniOf(m_fileName);
   const char* const value = ini->GetValue(section.c_str(), key.c_str());
   const std::string text = head(value != nullptr ? value : fallback, TextBuffer - 1);
   return std::string(trimmed(std::string_view(text).substr(0, text.find('\0'))));
@@ -181,7 +188,7 @@ std::vector<std::pair<std::string, std::string>> CSetting::GetSettingAll(std::st
     if (m_saveMode == 0) {
       keys = m_perUser.keys(m_appName, section);
     } else {
-      const IniFile ini(m_fileName);
+      const IniFile ini = iniOf(m_fileName);
       CSimpleIniA::TNamesDepend names;
       ini->GetAllKeys(section.c_str(), names);
       keys = throughListBuffer(inOrder(std::move(names)));
@@ -197,7 +204,7 @@ std::vector<std::string> CSetting::GetSectionNames() {
   return guarded("GetSectionNames", ReadingSection, "", "", [&] {
     begin();
     if (m_saveMode == 0) return m_perUser.sections(m_appName);
-    const IniFile ini(m_fileName);
+    const IniFile ini = iniOf(m_fileName);
     CSimpleIniA::TNamesDepend names;
     ini->GetAllSections(names);
     return throughListBuffer(inOrder(std::move(names)));
@@ -209,13 +216,12 @@ void CSetting::save(const char* method, const std::string& section, const std::s
   guarded(method, WritingSetting, section, key, [&] {
     begin();
     if (m_saveMode == 0) return m_perUser.setText(m_appName, section, key, value);
-    checkLine(section, "]");
-    checkLine(key, "=[;#");
-    checkLine(value, "");
-    IniFile ini(m_fileName);
+    IniFile ini = iniOf(m_fileName);
     if (ini->SetValue(section.c_str(), key.c_str(), std::string(value).c_str()) < 0)
       throw RunTimeError(Fault::Settings, settings_errors::SetValue);
-    saveIni(ini, m_fileName);
+    const std::string text = textOf(ini);
+    checkReadsBack(text, section, key, value);
+    writeFileSafely(m_fileName, text, Backup::None);
   });
 }
 
@@ -238,12 +244,12 @@ void CSetting::DeleteKey(std::string_view Section, std::string_view Key) {
     if (m_saveMode == 0)
       return key.empty() ? m_perUser.removeSection(m_appName, section)
                          : m_perUser.remove(m_appName, section, key);
-    IniFile ini(m_fileName);
+    IniFile ini = iniOf(m_fileName);
     const bool there = key.empty() ? ini->GetSection(section.c_str()) != nullptr
                                    : ini->GetValue(section.c_str(), key.c_str()) != nullptr;
     if (!there) return;
     ini->Delete(section.c_str(), key.empty() ? nullptr : key.c_str(), true);
-    saveIni(ini, m_fileName);
+    writeFileSafely(m_fileName, textOf(ini), Backup::None);
   });
 }
 

@@ -70,11 +70,27 @@ std::string tomlOf(const toml::table& table) {
   return text.str();
 }
 
+/// Whether two trees have the same names and texts at the same places.
+bool sameTree(const toml::node& one, const toml::node& other) {
+  if (one.type() != other.type()) return false;
+  if (const auto* const table = one.as_table())
+    return std::equal(
+        table->begin(), table->end(), other.as_table()->begin(), other.as_table()->end(),
+        [](const auto& a, const auto& b) { return a.first == b.first && sameTree(a.second, b.second); });
+  if (const auto* const array = one.as_array())
+    return std::equal(array->begin(), array->end(), other.as_array()->begin(), other.as_array()->end(),
+                      sameTree);
+  const auto* const text = one.as_string();
+  return text == nullptr || text->get() == other.as_string()->get();
+}
+
 /// Whether the text gives back what it was made of: the library's writer leaves quotes and line ends in names
-/// as they are, and such a name would cost all settings at the next start.
-bool readsBack(const std::string& text) {
+/// as they are, and such a name would cost all settings at the next start; and bytes that are no UTF-8 come
+/// back as others.
+bool readsBack(const std::string& text, const toml::table& table) {
   try {
-    return tomlOf(toml::parse(text)) == text;
+    const toml::table again = toml::parse(text);
+    return tomlOf(again) == text && sameTree(again, table);
   } catch (const toml::parse_error&) {
     return false;
   }
@@ -167,7 +183,7 @@ void SettingsStore::prepareWriting() {
 /// settings can be read as they were.
 void SettingsStore::replace(Tree changed) {
   const std::string text = tomlOf(changed.root);
-  if (!readsBack(text)) fail(settings_errors::SetValue);
+  if (!readsBack(text, changed.root)) fail(settings_errors::SetValue);
   if (!m_file.empty()) m_aside([&] { write(text); });
   *m_tree = std::move(changed);
 }

@@ -22,7 +22,8 @@
 namespace velgrove {
 namespace {
 
-constexpr double StepOfArc = 5;  // degrees of a chord, where an arc becomes a chain of lines
+constexpr double StepOfArc = 5;       // degrees of a chord, where an arc becomes a chain of lines
+constexpr double SliverOfArc = 1e-3;  // degrees; a shape file has no digits for less
 constexpr int DeepestNesting = 16;
 constexpr int MostEntities = 20000;
 
@@ -217,10 +218,13 @@ class Import {
 
   /// A circle or an arc. An insert may stretch it, so that there it becomes a chain of lines.
   void round(Point middle, double radius, double from, double to, const Map& map) {
-    const bool whole = to - from >= 360;
+    const bool whole = to - from >= 360 - SliverOfArc;
     check(middle);
     check({.x = radius, .y = radius});
-    if (radius <= 0) return;
+    if (radius <= 0 || to - from < SliverOfArc) return;
+    const double turns = 360 * std::floor(from / 360);
+    from -= turns;
+    to -= turns;
     if (map.isIdentity()) {
       if (whole)
         m_primitives.emplace_back(Circle{.middle = middle, .radius = radius});

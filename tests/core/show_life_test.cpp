@@ -287,6 +287,14 @@ TEST_F(ShowLife, TheRecentListKeepsTenAndMovesAListedFileToTheTop) {
       << recentList();
 }
 
+TEST_F(ShowLife, AShowWithALineEndInItsNameLeavesTheRecentListWhole) {
+  write("data/mru.dat", "/shows/0.kel\r\n");
+  auto* desk = startWithShow();
+  desk->show.ProjectFileName = folder / "a\nb.kel";
+  desk->SaveAll();
+  EXPECT_EQ(recentList(), "/shows/0.kel\r\n");
+}
+
 // ---- The way out
 
 TEST_F(ShowLife, LeavingAnUnchangedShowAsksNothingAndClosesAll) {

@@ -27,6 +27,7 @@ class Interface : public testing::Test {
   bool pulled = false;             ///< the plug is out
   bool pullWhileWaiting = false;
   LineStatus opens = LineStatus::Ok;
+  std::function<LineResult(std::span<std::uint8_t>)> read;  ///< in place of the box's answers
   std::vector<InterfaceDevice> devices{{"/dev/ttyUSB3", "10c4", "ea60", "0001"}};
   bool trigger = true;
   int gos = 0;
@@ -60,8 +61,9 @@ class Interface : public testing::Test {
       pulled = pulled || pullWhileWaiting;
     });
     line.open = [this](const std::string&) { return opens; };
-    line.read = [this, read = line.read](std::span<std::uint8_t> bytes) {
-      return pulled ? LineResult{LineStatus::Gone, 0} : read(bytes);
+    line.read = [this, answers = line.read](std::span<std::uint8_t> into) {
+      if (pulled) return LineResult{LineStatus::Gone, 0};
+      return read ? read(into) : answers(into);
     };
     line.write = [this](std::span<const std::uint8_t> bytes) {
       if (pulled) return LineResult{LineStatus::Gone, 0};
@@ -152,6 +154,13 @@ TEST_F(Interface, ASilentBoxEndsTheVersionLoopAfterASecond) {
   EXPECT_EQ(comm.GetVGVersion(), "");
   EXPECT_GE(clock.now(), 1s);
   EXPECT_LE(clock.now(), 1100ms);
+}
+
+TEST_F(Interface, ABoxUnpluggedWhileItsVersionIsReadHoldsNothingUp) {
+  read = [](std::span<std::uint8_t>) { return LineResult{LineStatus::Gone, 0}; };
+  EXPECT_EQ(comm.GetVGVersion(), "");
+  EXPECT_EQ(clock.now(), 0s);
+  EXPECT_TRUE(comm.VelgroveCom.lost());
 }
 
 TEST_F(Interface, AFrameIsTheHeadAnd512LevelsWithOnesRaised) {

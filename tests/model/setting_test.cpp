@@ -49,5 +49,19 @@ TEST_P(BothModes, WhatIsSavedIsReadAndListedAndDeleted) {
   EXPECT_THAT(settings.GetSectionNames(), ElementsAre("Look"));
 }
 
+TEST(SettingFile, WhatItCouldNotGiveBackIsRefusedAndNothingIsWritten) {
+  Desk desk(IniFile);
+  desk.settings.SaveSettingStr("Look", "Name", " dusk ");
+  EXPECT_EQ(desk.settings.GetSettingStr("Look", "Name", ""), "dusk");
+  const struct {
+    std::string_view section, key, text;
+  } cases[] = {{"Look", "", "1"},         {"Look", " Size", "1"},       {"Look", "a=b", "1"},
+               {"Look", ";Size", "1"},    {"Look]\nName=dawn", "", ""}, {"Look", "Size", "1\nName=dawn"},
+               {"Look", "Size", "\tone"}, {"Look ", "Size", "1"}};
+  for (const auto& [section, key, text] : cases)
+    EXPECT_THROW(desk.settings.SaveSettingStr(section, key, text), SettingError) << section << key << text;
+  EXPECT_THAT(desk.settings.GetSettingAll("Look"), ElementsAre(Pair("Name", "dusk")));
+}
+
 }  // namespace
 }  // namespace velgrove

@@ -168,7 +168,8 @@ TEST(Settings, AFolderThatCannotBeMadeIsAnErrorOfItsOwnAndOnlyOfWriting) {
 TEST(Settings, TextThatTheFileCouldNotGiveBackIsRefused) {
   const TempFolder folder;
   SettingsStore store(folder / "settings.toml");
-  for (const auto& [key, text] : {std::pair{"Up", "\xFF"}, {"\xFF", "1"}, {"a\nb", "1"}, {"a'b", "1"}})
+  for (const auto& [key, text] :
+       {std::pair{"Up", "\xFF"}, {"Up", "a\x85"}, {"\xFF", "1"}, {"a\x85", "1"}, {"a\nb", "1"}, {"a'b", "1"}})
     EXPECT_THAT(errorOf([&] { SaveStringSetting(store, "Velgrove", "Project", key, text); }).what(),
                 StrEq("Could not set key value"));
   EXPECT_THAT(store.sections("Velgrove"), IsEmpty());

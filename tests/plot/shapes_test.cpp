@@ -147,6 +147,16 @@ TEST_F(Shapes, PreparingTwiceGivesTheSameFile) {
   EXPECT_EQ(readFile(folder / "leko.cad"), first);
 }
 
+TEST_F(Shapes, AnArcBeyondTheDigitsOfAShapeFileDoesNotSpoilIt) {
+  write("leko.dxf", drawing("ARC 10=0 20=0 40=5 50=0.00001 51=0.000010000001 "
+                            "ARC 10=0 20=0 40=6 50=359.99999 51=0.000001 "
+                            "ARC 10=0 20=0 40=7 50=3610 51=3620.5 "
+                            "ARC 10=0 20=0 40=8 50=1.000551 51=361.00055"));
+  prepareShape(folder.path(), "leko");
+  const auto shape = loadShape(folder.path(), "leko");
+  EXPECT_EQ(shape->primitives, (std::vector<Primitive>{Arc{{0, 0}, 7, 10, 20.5}, Circle{{0, 0}, 8}}));
+}
+
 TEST_F(Shapes, AShapeFileAsNewAsItsDrawingStaysAsItIs) {
   write("leko.dxf", drawing("CIRCLE 10=0 20=0 40=4"));
   write("leko.cad", "ours");
