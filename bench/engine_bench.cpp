@@ -7,6 +7,8 @@
 #include "dmx/merge.h"
 #include "dmx/velgrove_comm.h"
 #include "playback/crossfade.h"
+#include "playback/player_traits.h"
+#include "playback/preflight.h"
 #include "plot/document.h"
 #include "surfaces/frm_grand_master.h"
 #include "surfaces/frm_sub_pane.h"
@@ -188,6 +190,38 @@ void GrandMasterMove(benchmark::State& state) {
   }
 }
 BENCHMARK(GrandMasterMove);
+
+/// The check of a whole show: 1000 cues in each list, each lit on all of 512 fixtures and fading 5 s. No hot
+/// path, but the operator waits for it.
+void CheckShow(benchmark::State& state) {
+  constexpr int Cues = 1000;
+  clsProject show;
+  const auto view = std::make_shared<clsView>();
+  for (int channel = 1; channel <= ChannelCount; ++channel) {
+    auto fixture = std::make_shared<clsFixture>();
+    fixture->Channel = static_cast<std::int16_t>(channel);
+    view->colFixturesAdd(std::move(fixture));
+  }
+  show.colViewsAdd(view);
+  for (const std::int16_t mark : {AB.Mark, XY.Mark}) {
+    auto list = std::make_shared<clsQueueData>();
+    for (int number = 0; number < Cues; ++number) {
+      auto cue = std::make_shared<clsQueueEntry>();
+      cue->EntryNum = static_cast<float>(number) / 5.0F;
+      cue->Up = cue->Down = 5;
+      cue->EntryQueueList = mark;
+      cue->QueueListMasterGo = "None";
+      cue->Values.fill(static_cast<std::uint8_t>(1 + number % 255));
+      list->colQueueEntriesAdd(std::move(cue));
+    }
+    show.colQueueDataAdd(std::move(list));
+  }
+  for (auto _ : state) {
+    const auto findings = checkShow({.project = &show});
+    if (!findings.empty()) state.SkipWithError("the show is clean");
+  }
+}
+BENCHMARK(CheckShow)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace velgrove

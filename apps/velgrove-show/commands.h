@@ -21,6 +21,8 @@ struct RunOptions {
 };
 
 int printShow(const std::string& file, bool asJson);
+/// 1 also for a show with findings, which it prints.
+int checkFile(const std::string& file);
 int makeShow(const std::string& jsonFile, const std::string& showFile);
 /// These two end by ScriptError where the script names what isn't there.
 int rehearse(const RunOptions& options);

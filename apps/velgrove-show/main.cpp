@@ -58,6 +58,14 @@ int run(int argc, char** argv) {
   print->add_option("FILE.kel", arguments.run.show, "the show")->required();
   print->add_flag("--json", arguments.asJson, "everything, as JSON");
 
+  CLI::App* const check =
+      app.add_subcommand("check", "what would go wrong at the performance: one line for each finding");
+  check->add_option("FILE.kel", arguments.run.show, "the show")->required();
+  check->footer(
+      "Runs each crossfade of both lists, follows each link and looks at the patch. A note is often meant "
+      "so.\n"
+      "Exit code: 0 for a show without findings, notes aside; 1 with findings, or when it can't be read.");
+
   CLI::App* const make = app.add_subcommand("make", "a show from the JSON that print --json gives");
   make->add_option("FILE.json", arguments.json, "the JSON")->required();
   make->add_option("OUT.kel", arguments.out, "the show to write")->required();
@@ -76,6 +84,7 @@ int run(int argc, char** argv) {
     app.parse(argc, argv);
     arguments.run.script = scriptOf(arguments.scriptFile);
     if (*print) return printShow(arguments.run.show, arguments.asJson);
+    if (*check) return checkFile(arguments.run.show);
     if (*make) return makeShow(arguments.json, arguments.out);
     return *rehearsal ? rehearse(arguments.run) : play(arguments.run);
   } catch (const CLI::ParseError& error) {

@@ -21,6 +21,9 @@ enum class SaveAnswer : std::int16_t { None = 0, DontSave = 1, Cancel = 2, Save 
 inline constexpr std::array<std::string_view, 6> FixtureTypes{"fresnel",   "leko",  "par38",
                                                               "practical", "scoop", "icue"};
 inline constexpr std::int32_t MovingLight = 6;  ///< the type that takes three channels
+inline constexpr int MovingLightChannels = 3;   ///< brightness, and the position in two
+/// How far beside a moving light, in world units, the fixtures of its position's channels lie.
+inline constexpr double OutOfSight = 2000;
 
 /// What more than one window needs to know. There is one show in memory at a time.
 struct ShowState {

@@ -8,6 +8,8 @@
 /// The arithmetic of a crossfade: a timeline, how far both looks are at an instant, and the mix of the two.
 namespace velgrove {
 
+inline constexpr int FadeStepInterval = 30;  ///< ms between the steps of a fade, unless the timings change it
+
 /// Lays the timeline from `start` on out of FadeUp, FadeDown and FadeDelay in seconds: the stage look falls
 /// over Down from the start; the next look waits Delay and rises over Up; the fade lasts Delay + Up, whatever
 /// Down is. Fault::Overflow when an instant leaves 32 bits.

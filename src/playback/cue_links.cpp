@@ -3,13 +3,11 @@
 namespace velgrove {
 namespace {
 
-constexpr int DeepestLink = 32;  // Gos inside each other, the operator's own among them
-
 /// Counts the Gos of links that are under way inside each other.
 class Depth {
  public:
   explicit Depth(int& depth) : m_depth(depth) {
-    if (m_depth + 1 >= DeepestLink)
+    if (m_depth + 1 >= CueLinks::Deepest)
       throw RunTimeError(Fault::Recursion, "cue links start each other without end");
     ++m_depth;
   }

@@ -10,6 +10,8 @@ namespace velgrove {
 /// The links of cues: one Go that starts another list, or an effect.
 class CueLinks {
  public:
+  static constexpr int Deepest = 32;  ///< Gos inside each other, the operator's own among them
+
   struct Wiring {
     std::function<QueueList&()> ABQ;  ///< Fault::ObjectMissing when no show is open
     std::function<QueueList&()> XYQ;

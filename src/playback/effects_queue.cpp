@@ -5,8 +5,6 @@
 namespace velgrove {
 namespace {
 
-enum EffectColumn : std::size_t { NumberCell, StartCell, StopCell, SpeedCell, LoopsCell };
-
 /// An entry of the combo box, and what it writes into the four fields: start, stop, speed, loops.
 struct Preset {
   const char* entry;
@@ -23,7 +21,7 @@ constexpr std::array Presets{
 };
 constexpr int CustomChase = Presets.size() - 1;
 
-std::int32_t cell(const ListView::Row& row, EffectColumn column) {
+std::int32_t cell(const ListView::Row& row, EffectsQueue::Column column) {
   return toInteger<std::int32_t>(row.Texts[column]);
 }
 

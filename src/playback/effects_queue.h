@@ -23,6 +23,8 @@ class EffectsQueue {
   EffectsQueue(const EffectsQueue&) = delete;
   EffectsQueue& operator=(const EffectsQueue&) = delete;
 
+  enum Column : std::size_t { NumberCell, StartCell, StopCell, SpeedCell, LoopsCell };
+
   static constexpr Colour Green = 0x00C000;
   static constexpr Colour Red = 0x0000FF;
   static constexpr Colour Magenta = 0xFF00FF;

@@ -1,12 +1,9 @@
 #include "playback/queue_list.h"
 
+#include "playback/crossfade.h"
+#include "playback/cue_rows.h"
+
 namespace velgrove {
-namespace {
-
-constexpr int FadeStepInterval = 30;  // ms
-
-}  // namespace
-
 QueueList::QueueList(const PlayerTraits& traits, ShowState& show, Machine& machine, PlayerWiring wiring)
     : q_timer(
           machine.timers, traits.FadeRank, FadeStepInterval, [this] { q_timer_Timer(); },
@@ -57,9 +54,9 @@ colQueueEntries& QueueList::entries() {
 }
 
 std::shared_ptr<clsQueueEntry> QueueList::entryByKey(float number) {
-  for (const auto& entry : entries())
-    if (entry->EntryNum == number && entry->EntryQueueList == m_traits.Mark) return entry;
-  throw RunTimeError(Fault::ObjectMissing, "no cue " + formatCueNumber(number));
+  auto entry = findCue(entries(), number, m_traits.Mark);
+  if (entry == nullptr) throw RunTimeError(Fault::ObjectMissing, "no cue " + formatCueNumber(number));
+  return entry;
 }
 
 std::shared_ptr<clsQueueEntry> QueueList::entryByNumber(float number) {
@@ -113,8 +110,7 @@ void QueueList::Form_Load() {
 
 /// Row 1 of every list is the cue numbered 0, all levels 0.
 void QueueList::addBlackout() {
-  for (const auto& entry : entries())
-    if (entry->EntryNum == 0 && entry->EntryQueueList == m_traits.Mark) return;
+  if (findCue(entries(), 0, m_traits.Mark) != nullptr) return;
   auto blackout = std::make_shared<clsQueueEntry>();
   blackout->EntryDesc = "Blackout";
   blackout->Up = m_show.DefaultUp;

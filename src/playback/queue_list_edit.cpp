@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "playback/cue_rows.h"
 #include "playback/queue_list.h"
 
 namespace velgrove {
@@ -259,9 +260,7 @@ void QueueList::enableCueButtons(bool enabled) {
 
 /// Whether a cue of this player has the number. Two cues of one number would make a list that can't be read.
 bool QueueList::isTaken(float number) {
-  return std::ranges::any_of(entries(), [&](const auto& cue) {
-    return cue->EntryNum == number && cue->EntryQueueList == m_traits.Mark;
-  });
+  return findCue(entries(), number, m_traits.Mark) != nullptr;
 }
 
 /// Copy saves what stands in the editors as well. The levels it takes are those of the plot.

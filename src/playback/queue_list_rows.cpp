@@ -1,5 +1,6 @@
 // The list of a player: how rows come from cues, the status panels, and where the pointer stands.
 
+#include "playback/cue_rows.h"
 #include "playback/queue_list.h"
 
 namespace velgrove {
@@ -30,27 +31,17 @@ void QueueList::FillList() {
 /// can't both show, and none above 256 is found; a round that finds no cue is an error and ends the pass.
 void QueueList::rowPass() {
   if (m_traits.RowPassClearsList) ListView2.clear();
-  constexpr float Highest = 256.0F;
   float last = -1.0F;
   State.CueCount = 0;
-  for (;;) {
-    const float floor = tenthAbove(last);
-    float best = Highest;
-    for (const auto& entry : entries())
-      if (entry->EntryNum >= floor && entry->EntryNum <= best) best = entry->EntryNum;
-    if (entries().count() == State.CueCount) return;
+  while (entries().count() != State.CueCount) {
+    last = nextRowNumber(entries(), last);
     ++State.CueCount;
-    last = best;
 
-    const auto entry = entryByKey(best);
-    if (entry->EntryNum == 0) {
-      ListView2.add(ListView2.count() + 1, formatFixed2(0));
-      ListView2.setIcon(ListView2.count(), PointerIcon);
-      writeCells(ListView2.count(), *entry);
-    } else {
-      ListView2.add(State.CueCount, formatCueNumber(entry->EntryNum));
-      writeCells(State.CueCount, *entry);
-    }
+    const auto entry = entryByKey(last);
+    const int row = entry->EntryNum == 0 ? ListView2.count() + 1 : State.CueCount;
+    ListView2.add(row, rowText(entry->EntryNum));
+    if (entry->EntryNum == 0) ListView2.setIcon(row, PointerIcon);
+    writeCells(row, *entry);
   }
 }
 

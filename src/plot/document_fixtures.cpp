@@ -4,13 +4,6 @@
 #include "plot/document.h"
 
 namespace velgrove {
-namespace {
-
-constexpr int MovingLightChannels = 3;  // brightness, and the position in two
-constexpr double OutOfSight = 2000;     // world units
-
-}  // namespace
-
 // ---- Placing
 
 void frmDocument::placeLight(Point at) {

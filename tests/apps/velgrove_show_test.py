@@ -83,6 +83,34 @@ class DamagedFiles(InAFolder):
                 self.assertEqual(show_program(command, path), (1, "", f"velgrove-show: {path}: {reason}\n"))
 
 
+class Check(InAFolder):
+    def test_a_show_is_clean_or_each_line_names_list_and_cue(self):
+        long_fall = {"number": 1, "up": 1, "down": 3, "levels": {1: 200}}
+        note = [{"number": 1, "link": ("EF", "1")}]
+        for cues, code, lines in (
+            ([], 0, ["no findings"]),
+            (note, 0, [r"XY 1\.00: note: its Go starts effect 1, .*", "no findings, 1 note"]),
+            ([{"number": 2, "levels": {1: 200, 13: 9}, "link": ("AB", "7.00")}, long_fall], 1,
+             [r"XY 1\.00: .*leaves the range after 0\.03 s.*", r"XY 2\.00: no fixture has channel 13, .*",
+              r'XY 2\.00: its Go starts AB "7\.00", .*', "3 findings"]),
+        ):
+            done = show_program("check", self.write("evening.kel", show(xy=cues)))
+            self.assertEqual((done.code, done.complaints), (code, ""), done)
+            printed = done.output.splitlines()
+            self.assertEqual(len(printed), len(lines), done.output)
+            for line, expected in zip(printed, lines):
+                self.assertRegex(line, f"^{expected}$")
+
+    def test_a_damaged_show_is_checked_as_far_as_it_goes(self):
+        data = show(xy=[{"number": 1, "up": -1}])
+        done = show_program("check", self.write("cut.kel", data[:-3]))
+        self.assertEqual((done.code, done.complaints), (1, ""))
+        self.assertRegex(done.output, r"^Show: the file is damaged: offset \d+, .*\nXY 1\.00: Up is -1 s\n2 findings\n$")
+        done = show_program("check", self.write("picture.kel", PNG))
+        self.assertEqual((done.code, done.output), (1, ""))
+        self.assertRegex(done.complaints, r"picture\.kel: offset 311, NumberOfViews: the show has no view")
+
+
 class BadJson(InAFolder):
     def made(self, content, **how):
         return show_program("make", self.write("in.json", content), self.path("out.kel"), **how)
@@ -134,7 +162,7 @@ class Usage(InAFolder):
     def test_help_shows_all(self):
         done = show_program("--help")
         self.assertEqual((done.code, done.complaints), (0, ""))
-        for word in ("print", "make", "rehearse", "play", "stage|next ROW", "select ROW",
+        for word in ("print", "check", "make", "rehearse", "play", "stage|next ROW", "select ROW",
                      "record|update|insert|delete|copy|paste", "set desc [TEXT]", "loop START LAST COUNT",
                      "effect add START STOP SPEED LOOPS", "manual CHANNEL LEVEL", "trigger [COUNT]",
                      "none|fixtures|subs", "Exit code"):
