@@ -36,6 +36,11 @@ longest() {
   esac
 }
 
+# The words that an input is likely to hold.
+words() {
+  [ "$1" = open ] && echo bench/fuzz/show.dict || echo "bench/fuzz/$1.dict"
+}
+
 # The reader of exchange drawings loses memory on files that it refuses (tests/support/library_leaks.cpp), and each
 # such input would be looked through for leaks of ours.
 leaks() {
@@ -47,7 +52,7 @@ fuzz() {
   local target=$1 log=$out/$1.log status=0
   local finds=$out/finds/$1 broken=$out/broken/$1/ corpus=tests/data/fuzz/$1
   mkdir -p "$finds" "$broken"
-  "$bin/fuzz_$target" -max_total_time="$seconds" -max_len="$(longest "$target")" -dict="bench/fuzz/$target.dict" \
+  "$bin/fuzz_$target" -max_total_time="$seconds" -max_len="$(longest "$target")" -dict="$(words "$target")" \
     -timeout=20 -detect_leaks="$(leaks "$target")" -print_final_stats=1 -print_funcs=0 -artifact_prefix="$broken" "$finds" "$corpus" \
     >"$log" 2>&1 || status=$?
   local found=clean

@@ -188,7 +188,7 @@ class Link {
     m_clock.pass(early ? Milliseconds(choice) : atMost);
   }
 
-  BoxAnswer answer(const Box& box) {
+  static BoxAnswer answer(const Box& box) {
     require(box.text == "debug: port not open", "no box but the one of a closed port");
     return BoxAnswer::Ok;
   }
@@ -216,9 +216,7 @@ class Link {
   int m_gos = 0;
   bool m_calm = false;
   std::uint8_t m_next = 0;
-  Machine m_machine{m_clock.clock(),
-                    {.show = [this](const Box& box) { return answer(box); },
-                     .post = [this](const Box& box) { (void)answer(box); }}};
+  Machine m_machine{m_clock.clock(), {.show = answer, .post = [](const Box& box) { (void)answer(box); }}};
   VelgroveComm m_comm{m_show,
                       m_machine,
                       {.line = line(),
