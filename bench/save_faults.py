@@ -5,14 +5,14 @@
 
 Needs a release build (target save_driver). Prints a Markdown row a rig; ends with 1 on a finding.
 
-save      A desk saves two versions of a show in turn and is killed at a random moment. The show's file is then whole, one
-          of the two; so is the version before it, and no more is left beside them than of one save.
-full      The disk takes so many bytes of a show and no more, for each number of bytes: made up, and by the system's own
-          limit. Each time the old show stands, the operator is told, the show stays marked as changed, and the next save
-          with room is whole.
-recovery  A desk edits cues, or moves a fixture, and is killed at a random moment. The next start opens exactly a state that
-          was reached: at least the newest that was reported to stand on the disk. An edit of a cue is on its way there when
-          it returns, any other change fifteen seconds later at the latest."""
+save      A desk saves two versions of a show in turn and is killed at a random moment. The show's file is then whole,
+          one of the two; so is the version before it, and no more is left beside them than of one save.
+full      The disk takes so many bytes of a show and no more, for each number of bytes: made up, and by the system's
+          own limit. Each time the old show stands, the operator is told, the show stays marked as changed, and the
+          next save with room is whole.
+recovery  A desk edits cues, or moves a fixture, and is killed at a random moment. The next start opens exactly a state
+          that was reached, as a save of it would open: at least the newest that was reported to stand on the disk. An
+          edit of a cue is on its way there when it returns, any other change fifteen seconds later at the latest."""
 
 import argparse
 import collections
@@ -87,7 +87,8 @@ def save_kills(driver, folder, options):
         seen[versions.index(read(show))] += 1
         most = max(most, len(leftovers(folder)))
         check(most <= MOST_LEFT, f"what killed saves leave piles up: {leftovers(folder)}")
-    return f"{options.times} kills; {seen[0]} left the one version, {seen[1]} the other; at most {most} files left beside"
+    return (f"{options.times} kills; {seen[0]} left the one version, {seen[1]} the other; "
+            f"at most {most} files left beside")
 
 
 def full_disk(driver, folder, options):
@@ -139,9 +140,11 @@ def recovery_kills(driver, folder, options):
         check(found in states[kind][max(life.safe, 0):until + 1],
               f"the copy holds no state from edit {life.safe} to {until}; it holds "
               f"{states[kind].index(found) if found in states[kind] else 'none that was reached'}")
-    return (f"{options.times} kills, up to {newest} edits before; {opened} starts offered a copy, each a state reached and "
-            f"none older than what stood on the disk; a copy took {statistics.median(writes):.1f} ms (median), "
-            f"{max(writes):.1f} ms (longest of {len(writes)})" if writes else "no copy was ever written")
+    if not writes:
+        return f"{options.times} kills; no desk lived long enough to keep a copy"
+    return (f"{options.times} kills, up to {newest} edits before; {opened} starts offered a copy, each a state reached "
+            f"and none older than what stood on the disk; a copy took {statistics.median(writes):.1f} ms (median), "
+            f"{max(writes):.1f} ms (longest of {len(writes)})")
 
 
 RIGS = {"save": save_kills, "full": full_disk, "recovery": recovery_kills}
@@ -150,7 +153,8 @@ RIGS = {"save": save_kills, "full": full_disk, "recovery": recovery_kills}
 def parse():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("--times", type=int, default=1000, help="kills of each rig (default: 1000)")
-    parser.add_argument("--seed", type=int, default=None, help="starting number of the random moments (default: the time)")
+    parser.add_argument("--seed", type=int, default=None,
+                        help="starting number of the random moments (default: the time)")
     parser.add_argument("--step", type=int, default=1, help="bytes between two places where the disk ends (default: 1)")
     parser.add_argument("--only", action="append", choices=RIGS, help="this rig; may be given again (default: all)")
     parser.add_argument("--driver", default=os.path.join(ROOT, "build/release/bin/save_driver"))

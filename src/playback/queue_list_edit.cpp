@@ -281,7 +281,8 @@ void QueueList::cmdCopy_Click() {
         forEachFixture([&](const clsFixture& fixture) {
           if (isPatched(fixture)) State.CopiedLevels[channelIndex(fixture.Channel)] = fixture.Level;
         });
-      });
+      },
+      [&] { m_wiring.cueEdited(); });
 }
 
 /// Writes over the selected cue without asking; its links become what the combos hold.

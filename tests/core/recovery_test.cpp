@@ -57,8 +57,9 @@ TEST_F(Recovering, ACueEditOfEitherPlayerIsKeptAtOnce) {
     edit("insert", list->cmdInsertCue);
     click(*list, 2);
     edit("update", list->cmdUpdate);
-    list->CueDesc.setText("copied");
-    list->cmdCopy.click();
+    edit("copied", list->cmdCopy);
+    list->CueDesc.setText("typed since");
+    click(*list, 3);
     edit("paste", list->cmdPaste);
     edit("delete", list->cmdDeleteCue);
   }
