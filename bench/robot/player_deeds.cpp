@@ -58,10 +58,16 @@ bool lengthen(Hand& hand) {
   return atPlayer(hand, [&](const QueueList& player) {
     if (player.ListView2.count() > MostCues) return hand.press(player.cmdDeleteCue, "Delete");
     const bool insert = hand.chance.oneIn(3);
-    // AB fills its rows anew without clearing them when a cue lands between two others.
-    if (insert) hand.watch.excuseRows(player);
+    // Its rows are filled anew without being cleared when a cue lands between two others.
+    if (insert && player.Window.Caption == AB.Caption) hand.watch.excuseRows(player);
     insert ? hand.press(player.cmdInsertCue, "Insert") : hand.press(player.cmdRecord, "Record");
   });
+}
+
+/// Copy saves the number that stands in the editor as well, and leaves its row.
+bool isRenumbered(const QueueList& player) {
+  const int row = player.State.PointerCue;
+  return row < 1 || row > player.ListView2.count() || player.CueNum.text() != player.ListView2.text(row);
 }
 
 bool changeCue(Hand& hand) {
@@ -70,7 +76,7 @@ bool changeCue(Hand& hand) {
       case 0:
         return hand.press(player.cmdUpdate, "Update");
       case 1:
-        hand.watch.excuseRows(player);  // Copy renumbers the cue and not its row
+        if (isRenumbered(player)) hand.watch.excuseRows(player);
         return hand.press(player.cmdCopy, "Copy");
       case 2:
         return hand.press(player.cmdPaste, "Paste");

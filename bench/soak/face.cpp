@@ -139,6 +139,12 @@ int run(const Options& options) {
   }
 }
 
+void findOnWarning(QtMsgType type, const QMessageLogContext&, const QString& text) {
+  if (type == QtDebugMsg || type == QtInfoMsg) return;
+  if (text.startsWith("This plugin does not support")) return;  // there is no window manager to tell
+  ADD_FAILURE() << "the toolkit complains: " << text.toStdString();
+}
+
 int main(int count, char** arguments) {
   Options options;
   CLI::App parser("Three days of show before all windows of the desk, on a screen that nobody sees.");
@@ -150,6 +156,7 @@ int main(int count, char** arguments) {
   for (const char* place : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME", "XDG_RUNTIME_DIR"})
     qputenv(place, home.path().c_str());
   QApplication app(count, arguments);
+  qInstallMessageHandler(findOnWarning);
   QApplication::setQuitOnLastWindowClosed(false);
   QApplication::setStyle(new DeskStyle);
   theme::apply(Density::Compact);

@@ -173,6 +173,7 @@ def main():
             findings.append("the desk complains: " + booth.complaints().strip())
     for finding in findings:
         print("FINDING: " + finding)
+    print(f"soak.sh: {options.minutes:g} minutes, starting number {options.seed}, {len(findings) or 'no'} finding(s)")
     return 1 if findings else 0
 
 
