@@ -24,6 +24,7 @@ std::string faultyShow() {
 }
 
 struct CheckOnScreen : testing::Test {
+  CheckOnScreen() { std::filesystem::remove(file); }
   void open() {
     house.open();
     check();
