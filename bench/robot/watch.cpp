@@ -25,7 +25,8 @@ bool canAllShow(const colQueueEntries& entries, int mark) {
   constexpr float Highest = 256;
   std::set<float> numbers;
   for (const auto& entry : entries) {
-    if (entry->EntryQueueList != mark || !(entry->EntryNum >= 0 && entry->EntryNum <= Highest)) return false;
+    const bool shows = entry->EntryNum >= 0 && entry->EntryNum <= Highest;
+    if (entry->EntryQueueList != mark || !shows) return false;
     if (!numbers.insert(entry->EntryNum).second) return false;
   }
   float floor = 0;
@@ -72,7 +73,7 @@ void Watch::frameArrives(InterfaceBox::Frame frame) {
   if (!std::ranges::equal(frame, m_begun)) found("a frame isn't what the desk put out");
 }
 
-void Watch::checkFrameTime(Nanoseconds gap) const {
+void Watch::checkFrameTime(Nanoseconds gap) {
   if (gap != FrameInterval) found("a frame comes " + milliseconds(gap) + " after the one before");
 }
 
@@ -92,7 +93,7 @@ void Watch::checkLine() {
 // ---- The players
 
 /// Behind a delete or a loop a mark can stand behind the last row: the operator is told when it is used.
-void Watch::checkMarks(const QueueList& player) const {
+void Watch::checkMarks(const QueueList& player) {
   const auto& state = player.State;
   const auto tell = [&](const char* mark, int row) {
     found(player.Window.Caption + std::string(": ") + mark + " stands on " + std::to_string(row) + " of " +
@@ -109,12 +110,12 @@ void Watch::checkFade(const QueueList& player) {
     found(player.Window.Caption + " fades without its timer");
 }
 
-void Watch::checkRows(const QueueList& player) const {
+void Watch::checkRows(const QueueList& player) {
   if (m_apart[player.Window.Identity % Remembered] == player.Window.Identity) return;
   if (player.State.QueueData == nullptr) return;
   const auto& entries = player.State.QueueData->colQueueEntries();
   const bool isAB = player.Window.Caption == AB.Caption;
-  if (!canAllShow(entries, (isAB ? AB : XY).Mark)) return;
+  if (!canAllShow(entries, (isAB ? AB : XY).Mark)) return excuseRows(player);  // also when a cue goes later
   std::multiset<float> wanted;
   for (const auto& entry : entries) wanted.insert(asShown(entry->EntryNum));
   std::multiset<float> rows;

@@ -41,13 +41,13 @@ class Watch {
 
   void frameBegins();
   void frameArrives(InterfaceBox::Frame frame);
-  void checkFrameTime(Nanoseconds gap) const;
+  static void checkFrameTime(Nanoseconds gap);
   void checkLine();
-  void checkMarks(const QueueList& player) const;
+  static void checkMarks(const QueueList& player);
   static void checkFade(const QueueList& player);
   void checkForms() const;
   void checkPlots() const;
-  void checkRows(const QueueList& player) const;
+  void checkRows(const QueueList& player);
 
   HeadlessDesk& m_house;
   Cable& m_cable;

@@ -152,7 +152,7 @@ void Evening::arrive(const char* list, QueueList& player, const Expected& expect
 }
 
 /// A fade ends with its last step, which lies up to 30 ms before the end of its second.
-void Evening::checkLevels(QueueList& player, int row) const {
+void Evening::checkLevels(QueueList& player, int row) {
   constexpr int LastStep = 9;
   const ChannelBytes* const look = [&]() -> const ChannelBytes* {
     const float number = toCueNumber(player.ListView2.text(row));

@@ -52,7 +52,7 @@ class Evening {
   void goXY();
   void goAB();
   void arrive(const char* list, QueueList& player, const Expected& expected) const;
-  void checkLevels(QueueList& player, int row) const;
+  static void checkLevels(QueueList& player, int row);
   void loop(QueueList& player);
   void moveOthers();
 
