@@ -16,7 +16,8 @@ import concurrent.futures
 import os
 import sys
 
-sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "tools"))
+HERE = os.path.dirname(os.path.abspath(__file__))
+sys.path[:0] = [os.path.join(HERE, "box"), os.path.join(HERE, "..", "tools")]
 from faults_at_start import STARTS, start_again  # noqa: E402
 from faults_in_play import FAULTS  # noqa: E402
 from on_screen import PROGRAMS  # noqa: E402

@@ -19,7 +19,10 @@ struct frmCheckShow::Copy {
 };
 
 frmCheckShow::frmCheckShow(ShowState& show, Machine& machine, Wiring wiring)
-    : m_show(show), m_machine(machine), m_wiring(std::move(wiring)) {
+    : Check(machine.timers, TimerRank::Dialog, 1, [this] { Check_Timer(); }),
+      m_show(show),
+      m_machine(machine),
+      m_wiring(std::move(wiring)) {
   ListViewFindings.Columns = {{"List", 60}, {"Cue", 70}, {"Finding", 500}};
   ListViewFindings.ToolTip = "Double click or Enter leads to the cue";
 }
@@ -33,6 +36,7 @@ void frmCheckShow::Show() {
 
 void frmCheckShow::Unload() {
   ++m_checks;
+  Check.setEnabled(false);
   Window.Unload();
   Window.WindowState = WindowState::Normal;
   m_findings.clear();
@@ -44,13 +48,29 @@ void frmCheckShow::Unload() {
 // ---- The check
 
 void frmCheckShow::cmdCheckAgain_Click() {
+  ++m_checks;
+  lblResult.Caption = "Checking the show...";
+  Check.setEnabled(true);
+}
+
+void frmCheckShow::Check_Timer() {
+  Check.setEnabled(false);  // whoever asks again while this one is under way turns it on anew
   m_machine.errors.run([&] {
-    const unsigned check = ++m_checks;
-    const Copy copy = takeCopy();
-    std::vector<Finding> findings;
-    m_machine.aside([&] { findings = findingsIn(copy); });
-    if (check == m_checks) show(std::move(findings));
+    try {
+      check();
+    } catch (const RunTimeError&) {
+      lblResult.Caption = "The show could not be checked";
+      throw;
+    }
   });
+}
+
+void frmCheckShow::check() {
+  const unsigned asked = m_checks;
+  const Copy copy = takeCopy();
+  std::vector<Finding> findings;
+  m_machine.aside([&] { findings = findingsIn(copy); });
+  if (asked == m_checks) show(std::move(findings));
 }
 
 frmCheckShow::Copy frmCheckShow::takeCopy() const {

@@ -32,6 +32,7 @@ class frmCheckShow {
   frmCheckShow& operator=(const frmCheckShow&) = delete;
 
   Form Window{.Caption = "Check Show"};
+  Timer Check;
   Label lblResult;            ///< how many findings; that the show is clean
   ListView ListViewFindings;  ///< list, cue or channel, what
   Label lblFinding;           ///< the selected one at full length
@@ -41,8 +42,10 @@ class frmCheckShow {
 
   /// Brings the window to the front and checks the open show.
   void Show();
-  /// Copies the show with the desk held, and checks the copy aside.
+  /// Begins a check at once, and returns: the operator's hand stays free, however large the show is.
   void cmdCheckAgain_Click();
+  /// Copies the show with the desk held, and checks the copy aside.
+  void Check_Timer();
   void ListViewFindings_MouseDown(int row);
   /// Leads to what a finding is about: the cue's row comes under the pointer, the plot to the front. Nothing
   /// changes on stage. A cue that has no row is told in the status line.
@@ -56,6 +59,7 @@ class frmCheckShow {
   [[nodiscard]] Copy takeCopy() const;
   [[nodiscard]] static std::vector<Finding> findingsIn(const Copy& copy);
   [[nodiscard]] static SetLoop loopOf(const QueueList& player);
+  void check();
   void show(std::vector<Finding> findings);
   void leadTo(const Finding& finding) const;
   void leadToRow(QueueList& player, const Finding& finding) const;
@@ -64,7 +68,7 @@ class frmCheckShow {
   Machine& m_machine;
   Wiring m_wiring;
   std::vector<Finding> m_findings;  ///< of the rows, in their order
-  unsigned m_checks = 0;            ///< begun or given up; a check that another overtook shows nothing
+  unsigned m_checks = 0;            ///< asked for or given up; one that another overtook shows nothing
 };
 
 }  // namespace velgrove

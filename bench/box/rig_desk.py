@@ -8,7 +8,7 @@ import time
 
 from rig_box import Box
 
-sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "tools"))
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "tools"))
 from on_screen import Box as Place, Booth, Missing, Screen, eventually  # noqa: E402
 
 AT_ONCE = 1.0  # seconds in which an action must be seen
