@@ -132,7 +132,7 @@ void answerDialog(Hand& hand) {
 void setPlatformDialogs(Hand& hand) {
   Dialogs& dialogs = hand.desk().machine.Dialogs;
   dialogs.saveFile = [&hand](const auto&...) {
-    const auto name = saveName(hand);
+    auto name = saveName(hand);
     hand.note(name ? "save as " + shown(*name) : "no name to save as");
     return name;
   };

@@ -2,6 +2,7 @@
 // each step. The same starting number does the same steps again.
 
 #include <CLI/CLI.hpp>
+#include <cstdio>
 #include <iostream>
 #include <memory>
 #include <unistd.h>
@@ -74,7 +75,7 @@ int run(const Options& options) {
   return clean ? 0 : 1;
 }
 
-int main(int count, char** arguments) {
+int start(int count, char** arguments) {
   Options options;
   CLI::App app("Works a desk by chance, and looks after each step whether all is as it must be.");
   app.add_option("--steps", options.steps, "how many steps; 100000 without it");
@@ -89,5 +90,10 @@ int main(int count, char** arguments) {
 }  // namespace velgrove::robot
 
 int main(int count, char** arguments) {
-  return velgrove::robot::main(count, arguments);
+  try {
+    return velgrove::robot::start(count, arguments);
+  } catch (const std::exception& fault) {
+    std::fputs(fault.what(), stderr);
+    return 2;
+  }
 }

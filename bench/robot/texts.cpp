@@ -28,7 +28,9 @@ constexpr const char* Words[] = {"Sunrise",
 std::string huge(Chance& chance, char letter) {
   constexpr int Long = 300;
   constexpr int BeyondAnyRecord = 70'000;
-  return std::string(static_cast<std::size_t>(chance.oneIn(20) ? BeyondAnyRecord : Long), letter);
+  std::string text;
+  text.append(static_cast<std::size_t>(chance.oneIn(20) ? BeyondAnyRecord : Long), letter);
+  return text;
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 
 #include <CLI/CLI.hpp>
 #include <QApplication>
+#include <cstdio>
 #include <iostream>
 
 #include <gtest/gtest.h>
@@ -51,10 +52,10 @@ class Booth {
 
   void run() {
     m_desk.open();
-    evening.begin();
+    m_evening.begin();
     const auto gos = static_cast<long>(m_options.hours * MsPerHour / Evening::BetweenGos);
     for (long at = 0; at < gos; ++at) {
-      evening.go();
+      m_evening.go();
       if (at % GosToWindows == 0) openAndClose();
       if (at % GosToLook == 0) m_memory.look(static_cast<double>(at) / static_cast<double>(gos));
       if (at == GosToLook) m_before = Standing::now();
@@ -64,8 +65,8 @@ class Booth {
 
   void report() {
     const Standing after = Standing::now();
-    const long wanted = evening.gos() * Evening::BetweenGos / 30;
-    std::cout << evening.gos() << " Gos, and " << evening.byLinks()
+    const long wanted = m_evening.gos() * Evening::BetweenGos / 30;
+    std::cout << m_evening.gos() << " Gos, and " << m_evening.byLinks()
               << " more by links: none missed, none doubled\n"
               << m_frames << " frames of " << wanted << "\n"
               << m_before << " after " << GosToLook << " Gos; " << after << " at the end\n";
@@ -78,7 +79,7 @@ class Booth {
   }
 
   [[nodiscard]] double hoursDone() const {
-    return static_cast<double>(evening.gos() * Evening::BetweenGos) / MsPerHour;
+    return static_cast<double>(m_evening.gos() * Evening::BetweenGos) / MsPerHour;
   }
 
  private:
@@ -117,10 +118,10 @@ class Booth {
   long m_frames = 0;
   Standing m_before;
   MemoryWatch m_memory;
-  Evening evening{m_desk.house,
-                  {.act = [this](const auto& work) { act(work); },
-                   .runTo = [this](std::int64_t ms) { runTo(ms); },
-                   .whenAsked = [this](auto step) { m_desk.screen.whenAsked(std::move(step)); }}};
+  Evening m_evening{m_desk.house,
+                    {.act = [this](const auto& work) { act(work); },
+                     .runTo = [this](std::int64_t ms) { runTo(ms); },
+                     .whenAsked = [this](auto step) { m_desk.screen.whenAsked(std::move(step)); }}};
 };
 
 int run(const Options& options) {
@@ -145,7 +146,7 @@ void findOnWarning(QtMsgType type, const QMessageLogContext&, const QString& tex
   ADD_FAILURE() << "the toolkit complains: " << text.toStdString();
 }
 
-int main(int count, char** arguments) {
+int start(int count, char** arguments) {
   Options options;
   CLI::App parser("Three days of show before all windows of the desk, on a screen that nobody sees.");
   parser.add_option("--hours", options.hours, "how long; 72 without it");
@@ -167,6 +168,11 @@ int main(int count, char** arguments) {
 }  // namespace velgrove::soak
 
 int main(int count, char** arguments) {
-  testing::InitGoogleTest(&count, arguments);
-  return velgrove::soak::main(count, arguments);
+  try {
+    testing::InitGoogleTest(&count, arguments);
+    return velgrove::soak::start(count, arguments);
+  } catch (const std::exception& fault) {
+    std::fputs(fault.what(), stderr);
+    return 2;
+  }
 }

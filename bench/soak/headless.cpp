@@ -2,6 +2,7 @@
 // doubled, every frame counted, and no memory lost.
 
 #include <CLI/CLI.hpp>
+#include <cstdio>
 #include <iostream>
 
 #include "soak/evening.h"
@@ -30,20 +31,20 @@ class Booth {
     m_house.clock.pass(Milliseconds(static_cast<std::int64_t>(options.day * MsPerDay)));
     m_begin = std::chrono::duration_cast<Milliseconds>(m_house.clock.now()).count();
     if (!m_house.start(m_show)) throw Finding("the show didn't open");
-    evening.begin();
+    m_evening.begin();
     const auto gos = static_cast<long>(options.hours * MsPerHour / Evening::BetweenGos);
     const long looks = std::max(gos / 1000, 1L);
     for (long at = 0; at < gos; ++at) {
       if (at % looks == 0) m_memory.look(static_cast<double>(at) / static_cast<double>(gos));
-      evening.go();
+      m_evening.go();
     }
     m_memory.look(1);
   }
 
   void report() const {
-    const long wanted = evening.gos() * Evening::BetweenGos / 30;
+    const long wanted = m_evening.gos() * Evening::BetweenGos / 30;
     const long garbage = static_cast<long>(m_house.box.counters().garbageBytes);
-    std::cout << evening.gos() << " Gos, and " << evening.byLinks()
+    std::cout << m_evening.gos() << " Gos, and " << m_evening.byLinks()
               << " more by links: none missed, none doubled\n"
               << m_frames << " frames of " << wanted << ", " << garbage << " bytes of garbage, " << m_boxes
               << " boxes\n";
@@ -54,7 +55,7 @@ class Booth {
   }
 
   [[nodiscard]] double hoursDone() const {
-    return static_cast<double>(evening.gos() * Evening::BetweenGos) / MsPerHour;
+    return static_cast<double>(m_evening.gos() * Evening::BetweenGos) / MsPerHour;
   }
 
  private:
@@ -70,13 +71,13 @@ class Booth {
   std::int64_t m_begin = 0;
   MemoryWatch m_memory;
   HeadlessDesk m_house{[this](const Box& box) { return answer(box); }};
-  Evening evening{m_house,
-                  {.act = [this](const auto& work) { m_house.desk.act(work); },
-                   .runTo = [this](std::int64_t ms) { m_house.runTo(m_begin + ms); },
-                   .whenAsked = [this](auto step) { m_house.onWait = std::move(step); }}};
+  Evening m_evening{m_house,
+                    {.act = [this](const auto& work) { m_house.desk.act(work); },
+                     .runTo = [this](std::int64_t ms) { m_house.runTo(m_begin + ms); },
+                     .whenAsked = [this](auto step) { m_house.onWait = std::move(step); }}};
 };
 
-int main(int count, char** arguments) {
+int start(int count, char** arguments) {
   Options options;
   CLI::App app("Three days of show on a hand-moved clock: Gos, frames and memory are counted.");
   app.add_option("--hours", options.hours, "how long; 72 without it");
@@ -99,5 +100,10 @@ int main(int count, char** arguments) {
 }  // namespace velgrove::soak
 
 int main(int count, char** arguments) {
-  return velgrove::soak::main(count, arguments);
+  try {
+    return velgrove::soak::start(count, arguments);
+  } catch (const std::exception& fault) {
+    std::fputs(fault.what(), stderr);
+    return 2;
+  }
 }
