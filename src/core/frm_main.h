@@ -122,6 +122,7 @@ class frmMain {
   void rotateObject(std::int16_t degrees, std::int16_t right);
   void showGrandMaster();
   void showPreferences();
+  void checkShow();
   void showBars(const char* what);
   void showPlayer(QueueList& (Windows::*player)() const);
   void showEffects();

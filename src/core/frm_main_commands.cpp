@@ -33,6 +33,7 @@ std::span<const frmMain::Command> frmMain::commands() {
       {"mnuFileSave", run<&frmMain::save>},
       {"ID_Save", run<&frmMain::saveShow>},
       {"mnuFileSaveAs", run<&frmMain::SaveAs>},
+      {"ID_CheckShow", run<&frmMain::checkShow>},
       {"mnuFilePrint", run<&frmMain::print>},
       {"mnuFileExit", run<&frmMain::leave>},
       // Windows
@@ -123,6 +124,10 @@ void frmMain::showGrandMaster() {
 
 void frmMain::showPreferences() {
   m_machine.errors.run([&] { m_windows.Preferences.Show(); });
+}
+
+void frmMain::checkShow() {
+  m_machine.errors.run([&] { m_windows.CheckShow.Show(); });
 }
 
 void frmMain::showBars(const char* what) {

@@ -19,6 +19,7 @@ constexpr ToolText Texts[] = {
     {"mnuFileOpen", "&Open Show"},
     {"mnuFileSave", "&Save"},
     {"mnuFileSaveAs", "Save &As"},
+    {"ID_CheckShow", "&Check Show", "What would go wrong at the performance"},
     {"mnuFilePrint", "&Print"},
     {"mnuFileExit", "E&xit"},
     {"mnuFileClose", "Close"},
@@ -143,8 +144,8 @@ Tool& ToolBars::tool(std::string_view id) {
 std::span<const MenuSet> ToolBars::menus() {
   static const MenuSet Menus[] = {
       {"&File",
-       {"mnuFileNew", "mnuFileOpen", "-", "mnuFileSave", "mnuFileSaveAs", "-", "mnuFilePrint", "-",
-        "mnuFileExit"}},
+       {"mnuFileNew", "mnuFileOpen", "-", "mnuFileSave", "mnuFileSaveAs", "-", "ID_CheckShow", "-",
+        "mnuFilePrint", "-", "mnuFileExit"}},
       {"&Edit", {"mnuEditPreferences", "ID_viewStatus", "ID_EnableCAD"}},
       {"&View", {"mnuViewGrid", "mnuViewFluidZoom", "mnuViewPan", "mnuViewLevelWheel", "mnuInts"}},
       {"&Window",

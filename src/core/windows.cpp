@@ -40,6 +40,7 @@ Windows::Windows(ShowState& show, Machine& machine, Wiring wiring)
       GrandMaster(show, machine),
       Timings(show, machine, timingsWiring()),
       Preferences(show, machine, preferencesWiring()),
+      CheckShow(show, machine, checkWiring()),
       m_show(show),
       m_machine(machine),
       m_wiring(std::move(wiring)),
@@ -66,6 +67,14 @@ frmPreferences::Wiring Windows::preferencesWiring() {
           .showSubPane = [this](bool visible) { m_wiring.showSubPane(visible); },
           .maximiseDocument = [this] { activeDocument().Window.WindowState = WindowState::Maximised; },
           .showTimings = [this] { Timings.Show(); }};
+}
+
+frmCheckShow::Wiring Windows::checkWiring() {
+  return {.abPlayer = [this]() -> QueueList& { return abPlayer(); },
+          .xyPlayer = [this]() -> QueueList& { return xyPlayer(); },
+          .document = [this]() -> frmDocument& { return activeDocument(); },
+          .effects = [this] { return Effects.ListViewEffects.rows(); },
+          .showStatus = [this](const std::string& text) { m_wiring.showStatus(text); }};
 }
 
 QueueList& Windows::abPlayer() const {
@@ -163,6 +172,7 @@ void Windows::loadPlayers() {
 }
 
 void Windows::unloadPlayers() {
+  CheckShow.Unload();  // its findings lead to their rows
   for (auto* player : {&XYQ, &ABQ})
     if (*player != nullptr) unloadPlayer(*player);
 }
@@ -253,6 +263,7 @@ std::vector<OpenForm> Windows::openForms() {
   note(GrandMaster.Window, [this] { GrandMaster.Unload(); });
   note(Timings.Window, [this] { Timings.Unload(); });
   note(Preferences.Window, [this] { Preferences.Unload(); });
+  note(CheckShow.Window, [this] { CheckShow.Unload(); });
   for (const auto& bars : Bars)
     open.push_back({.form = &bars->Window, .unload = [this, form = bars.get()] { closeBars(*form); }});
   return open;

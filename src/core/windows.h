@@ -15,6 +15,7 @@
 #include "playback/queue_list.h"
 #include "plot/document.h"
 #include "surfaces/fixture_dlg.h"
+#include "surfaces/frm_check_show.h"
 #include "surfaces/frm_grand_master.h"
 #include "surfaces/frm_preferences.h"
 #include "surfaces/frm_sub_pane.h"
@@ -72,6 +73,7 @@ class Windows {
   frmGrandMaster GrandMaster;
   frmTimings Timings;
   frmPreferences Preferences;
+  frmCheckShow CheckShow;
   std::vector<std::unique_ptr<frmBars>> Bars;
   std::unique_ptr<QueueList> ABQ;
   std::unique_ptr<QueueList> XYQ;
@@ -112,6 +114,7 @@ class Windows {
   [[nodiscard]] FixtureForm::Wiring fixtureWiring();
   [[nodiscard]] frmTimings::Wiring timingsWiring();
   [[nodiscard]] frmPreferences::Wiring preferencesWiring();
+  [[nodiscard]] frmCheckShow::Wiring checkWiring();
   void goByTrigger();
   void startEffect(const std::string& number);
 

@@ -9,6 +9,7 @@
 #include <QVBoxLayout>
 
 #include "desktop/bars_window.h"
+#include "desktop/check_window.h"
 #include "desktop/effects_window.h"
 #include "desktop/theme.h"
 #include "desktop/twips.h"
@@ -107,7 +108,8 @@ void FrameWindow::build() {
             &Windows::XYQ, ChildArea::Place::UpperList);
   addPlayer({.window = "ABQueueList", .list = "ListView2", .editorSuffix = "", .spoken = "AB cues"},
             &Windows::ABQ, ChildArea::Place::LowerList);
-  addEffects();
+  addFloating<EffectsQueue, EffectsWindow>(m_desk.windows.Effects);
+  addFloating<frmCheckShow, CheckWindow>(m_desk.windows.CheckShow);
   connect(m_children, &QMdiArea::subWindowActivated, this, &FrameWindow::onActivated);
   connect(new QShortcut(Qt::Key_F6, this), &QShortcut::activated, this, &FrameWindow::focusNextPart);
 }
@@ -221,13 +223,14 @@ void FrameWindow::focusNextPart() {
     focusFirst(*m_band);
 }
 
-void FrameWindow::addEffects() {
-  EffectsQueue& effects = m_desk.windows.Effects;
-  auto* window = new ChildWindow(
-      new EffectsWindow(m_face, effects), m_face, [&effects] { return &effects.Window; },
-      [&effects] { effects.Unload(); });
-  window->hide();
-  m_children->add(window, ChildArea::Place::Floating);
+/// A window that stands over the plot, as long as the desk.
+template <class Window, class Content>
+void FrameWindow::addFloating(Window& window) {
+  auto* child = new ChildWindow(
+      new Content(m_face, window), m_face, [&window] { return &window.Window; },
+      [&window] { window.Unload(); });
+  child->hide();
+  m_children->add(child, ChildArea::Place::Floating);
 }
 
 QRect FrameWindow::band() const {

@@ -69,7 +69,8 @@ class FrameWindow : public QMainWindow {
   void bindRequests();
   void addPlayer(const CueWindow::Names& names, std::unique_ptr<QueueList> Windows::*player,
                  ChildArea::Place place);
-  void addEffects();
+  template <class Window, class Content>
+  void addFloating(Window& window);
   void focusNextPart();
   void showDocuments(const std::vector<unsigned>& identities);
   void addDocument(unsigned identity);

@@ -26,15 +26,18 @@ ListTable::ListTable() {
   header()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
 }
 
-void ListTable::bind(Bindings& bindings, const ListView& list, Press press) {
+void ListTable::bind(Bindings& bindings, const ListView& list, Press press, Press activate) {
   m_face = &bindings.face();
   m_press = std::move(press);
+  m_activate = std::move(activate);
   showHead(list);
   struct Copy {
     unsigned revision = 0;
     bool known = false;
     std::vector<ListView::Row> rows;
     int selected = 0;
+    int wanted = 0;
+    unsigned requests = 0;
   };
   const auto shown = std::make_shared<Copy>();
   bindings.add({.copy =
@@ -43,10 +46,27 @@ void ListTable::bind(Bindings& bindings, const ListView& list, Press press) {
                       *shown = {.revision = list.revision(),
                                 .known = true,
                                 .rows = list.rows(),
-                                .selected = list.selected()};
+                                .selected = list.selected(),
+                                .wanted = list.visibleRows().back(),
+                                .requests = list.visibleRequests()};
                       return true;
                     },
-                .apply = [this, shown] { show(shown->rows, shown->selected); }});
+                .apply =
+                    [this, shown] {
+                      show(shown->rows, shown->selected);
+                      bringIntoView(shown->wanted, shown->requests);
+                    }});
+}
+
+void ListTable::bringIntoView(int row, unsigned requests) {
+  if (std::exchange(m_requests, requests) != requests && row > 0) scrollToItem(topLevelItem(row - 1));
+}
+
+void ListTable::widenLastColumn() {
+  const int last = columnCount() - 1;
+  for (int column = 0; column < last; ++column)
+    header()->setSectionResizeMode(column, QHeaderView::ResizeToContents);
+  header()->setSectionResizeMode(last, QHeaderView::Stretch);
 }
 
 /// Headers and tip never change once the desk stands.
@@ -109,6 +129,12 @@ void ListTable::mouseMoveEvent(QMouseEvent* /*event*/) {}
 
 void ListTable::mouseDoubleClickEvent(QMouseEvent* event) {
   mousePressEvent(event);
+  const QModelIndex under = indexAt(event->position().toPoint());
+  if (event->button() == Qt::LeftButton && under.isValid()) activate(under.row() + 1);
+}
+
+void ListTable::activate(int row) {
+  if (m_activate && row > 0) m_face->deliver([this, row] { m_activate(row); });
 }
 
 /// The keys of movement click the row that they lead to.
@@ -132,6 +158,9 @@ void ListTable::keyPressEvent(QKeyEvent* event) {
       return choose(1);
     case Qt::Key_End:
       return choose(rows);
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+      return activate(m_selected);
     default:
       event->ignore();
   }

@@ -23,8 +23,10 @@ class ListTable : public QTreeWidget {
 
   /// Called with the desk held: the row under the hand, 0 beside them all.
   using Press = std::function<void(int row)>;
-  /// The list lives as long as the desk.
-  void bind(Bindings& bindings, const ListView& list, Press press);
+  /// The list lives as long as the desk. `activate` is what a double click and Enter do to a row.
+  void bind(Bindings& bindings, const ListView& list, Press press, Press activate = {});
+  /// Gives all room to the last column; the others take what they need. Once, behind `bind`.
+  void widenLastColumn();
 
  protected:
   void drawRow(QPainter* painter, const QStyleOptionViewItem& option,
@@ -37,11 +39,15 @@ class ListTable : public QTreeWidget {
  private:
   void showHead(const ListView& list);
   void show(const std::vector<ListView::Row>& rows, int selected);
+  void bringIntoView(int row, unsigned requests);
   void press(int row);
+  void activate(int row);
 
   Face* m_face = nullptr;
   Press m_press;
+  Press m_activate;
   int m_selected = 0;
+  unsigned m_requests = 0;
 };
 
 }  // namespace velgrove

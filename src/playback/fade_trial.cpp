@@ -76,8 +76,8 @@ class FadeTrial {
       highest = mixed.back();
     } catch (const RunTimeError&) {  // NOLINT(bugprone-empty-catch): the sum left 16 bits
     }
-    const auto stopped = std::ranges::find(mixed, Unmixed);
-    if (stopped != mixed.end()) return {.channel = channelOf(stopped - mixed.begin()), .highest = highest};
+    const auto stopped = std::ranges::find(mixed, Unmixed) - mixed.begin();
+    if (stopped < std::ssize(mixed)) return {.channel = channelOf(stopped), .highest = highest};
     if (mixed.back() > Full) return {.channel = ChannelCount, .highest = highest};
     m_levels = mixed;
     return {};

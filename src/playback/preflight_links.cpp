@@ -69,15 +69,16 @@ std::optional<Finding> lookAtEffect(const Check& check, const CueList& list, con
                                     const std::string& target) {
   const auto number = effectNumber(target);
   if (!number || *number < 1) return noEffect(list, cue, target);
-  if (!check.show.effects) {
+  const auto& effects = check.show.effects;
+  if (!effects) {
     Finding note = about(list, cue, What::NoEffect,
                          "its Go starts effect " + std::to_string(*number) +
                              ", which must be in the window of the effects by then: no show keeps them");
     note.weight = Finding::Weight::Note;
     return note;
   }
-  if (*number > std::ssize(*check.show.effects)) return noEffect(list, cue, target);
-  const std::string fault = faultOfEffect((*check.show.effects)[static_cast<std::size_t>(*number) - 1]);
+  if (*number > std::ssize(*effects)) return noEffect(list, cue, target);
+  const std::string fault = faultOfEffect(effects->at(static_cast<std::size_t>(*number) - 1));
   if (fault.empty()) return std::nullopt;
   return about(list, cue, What::IdleEffect,
                "its Go starts effect " + std::to_string(*number) + ", which " + fault);
@@ -98,7 +99,8 @@ std::optional<Finding> lookAtTarget(const Check& check, const CueList& list, con
 bool runsOn(const Check& check, const clsQueueEntry* cue) {
   for (int links = 0; cue != nullptr; ++links) {
     const auto link = linkOf(*cue);
-    const CueList* const list = link ? check.listOf(link->list) : nullptr;
+    if (!link) return false;
+    const CueList* const list = check.listOf(link->list);
     if (list == nullptr) return false;
     if (links + 1 == CueLinks::Deepest) return true;
     cue = list->cueOf(list->rowOf(link->target));

@@ -165,6 +165,8 @@ class QueueList {
   void ListView2_MouseDown(int row);
   void ListView2_MouseMove(int row);
   void ListView2_MouseUp(int row);
+  /// What a click does to a row: it comes under the pointer and into the editors. Nothing changes on stage.
+  void selectRow(int row);
 
   // What the list shows beside its texts
   void UpdateListView();
@@ -203,7 +205,6 @@ class QueueList {
   void addBlackout();
   void rowPass();
   void writeCells(int row, const clsQueueEntry& entry);
-  void clickRow(int row);
   void startDrag(int row);
   void stepDrag(int row);
   [[nodiscard]] Release endDrag();

@@ -54,7 +54,7 @@ bool QueueList::dropForbidden() const {
 void QueueList::ListView2_MouseUp(int row) {
   switch (endDrag()) {
     case Release::Click:
-      if (row != 0) clickRow(row);
+      if (row != 0) selectRow(row);
       break;
     case Release::Refused:
       repaintRows();
@@ -96,7 +96,7 @@ void QueueList::dropStage() {
                  });
 }
 
-void QueueList::clickRow(int row) {
+void QueueList::selectRow(int row) {
   m_errors.run([&] {
     ListView2.select(0);
     const bool looped = State.LoopStartRow != State.LoopLastRow;

@@ -30,7 +30,8 @@ TEST_F(Tools, ThoseThatNeedAShowAreEnabledWhileOneIsOpen) {
                                      "ID_XYQ",        "ID_Effects",         "ID_GrandMaster",
                                      "ID_LevelWheel", "mnuLightAddFixture", "ID_CueReset",
                                      "ID_DelLight",   "ID_FluidZoom",       "ID_Pan",
-                                     "ID_Test",       "ID_OpenProject",     "ID_CueWindow"};
+                                     "ID_Test",       "ID_OpenProject",     "ID_CueWindow",
+                                     "ID_CheckShow"};
   auto* const desk = start();
   EXPECT_THAT(enabledOf(ids), ElementsAre("ID_OpenProject"));
   desk->show.ProjectFileName = writeShow();

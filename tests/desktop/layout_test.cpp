@@ -152,6 +152,7 @@ TEST(Layout, NothingIsCutOffInTheFrameOrItsDialogs) {
       showLongest(house.xy());
       showLongest(house.ab());
       house.desk.windows.ConfirmPaste.Show();
+      house.desk.windows.CheckShow.Show();
     });
     house.screen.whenAsked([&] {
       expectNothingCutOff(named("frmLoop"));

@@ -18,6 +18,7 @@ using testing::IsEmpty;
 
 std::vector<std::string> linesOf(const std::vector<Finding>& findings) {
   std::vector<std::string> lines;
+  lines.reserve(findings.size());
   for (const Finding& finding : findings) lines.push_back(lineText(finding));
   return lines;
 }
