@@ -16,7 +16,8 @@ import tempfile
 import time
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."))
-from desk import SIZE, at_rank, first_of, velgrove_show  # noqa: E402
+from desk import SIZE, velgrove_show  # noqa: E402
+from measuring import at_rank, before_others, terminal_workers_first  # noqa: E402
 from on_screen import DEMO, Booth, Screen, need  # noqa: E402
 
 FIXTURES, BITS = 48, 12
@@ -69,13 +70,16 @@ class Operator:
         _, self.xy, self.ab = [box.middle for box in booth.go_buttons()]
         self.gos = {self.xy: 0, self.ab: 0}
         self.counts = dict.fromkeys(DIVERSIONS, 0)
+        self.loads = []
 
     def go(self, button):
         self.screen.click(button)
         self.gos[button] += 1
 
     def turn(self):
+        terminal_workers_first()
         start = time.monotonic()
+        self.loads.append(os.getloadavg()[0])
         self.go(self.xy)
         time.sleep(self.chance.uniform(0, 1.5))
         self.go(self.ab)
@@ -137,6 +141,7 @@ def play(booth, minutes, chance):
     print(f"{sum(operator.gos.values())} Gos; " + ", ".join(f"{name} {count}" for name, count in operator.counts.items()))
     print(f"{len(gaps)} gaps between frames; off 30 ms by " +
           ", ".join(f"{at_rank(far, p):.2f} ms ({p} %)" for p in (50, 95, 99, 99.9)) + f"; longest gap {max(gaps):.1f} ms")
+    print(f"load of the machine {min(operator.loads):.1f} to {max(operator.loads):.1f}")
     print(f"after a minute: {first}\nat the end:     {last}")
     if first and (last.memory > first.memory + ROOM or last.descriptors > first.descriptors or last.threads > first.threads):
         findings.append("the desk holds more than after a minute")
@@ -154,7 +159,7 @@ def main():
         evening(show, min(int(options.minutes * 60 / SECONDS_A_GO) + 10, 1 << BITS))
         screen = Screen(*SIZE)
         ends.callback(screen.close)
-        booth = Booth(screen, shows=[show], before_box=first_of((["chrt", "-r", "20"], ["nice", "-n", "-20"])))
+        booth = Booth(screen, shows=[show], before_box=before_others())
         ends.callback(booth.end)
         booth.set_up(Settings={"MainLeft": 0, "MainTop": 0, "MainMaximised": 0,
                                "MainWidth": SIZE[0] * 15, "MainHeight": SIZE[1] * 15},
