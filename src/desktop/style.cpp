@@ -4,7 +4,10 @@
 #include <QPainter>
 #include <QPushButton>
 #include <QStyleOption>
+#include <QtMath>
+#include <algorithm>
 #include <array>
+#include <cmath>
 
 #include "desktop/theme.h"
 
@@ -61,6 +64,46 @@ void drawButton(QPainter& painter, QStyle::SubControl button, const QRect& area,
   painter.setPen(QPen(theme::colour(under ? "text" : "text2"), 1.2));
   painter.setRenderHint(QPainter::Antialiasing, button == QStyle::SC_TitleBarCloseButton);
   drawSymbol(painter, button, button == QStyle::SC_TitleBarNormalButton, area);
+}
+
+/// What kind of box it is, told by shape, letter and colour.
+struct Sign {
+  QStyle::StandardPixmap box;
+  int corners;  ///< of its outline; 0 for a circle
+  char letter;
+  const char* colour;
+};
+constexpr std::array Signs{Sign{QStyle::SP_MessageBoxInformation, 0, 'i', "blind"},
+                           Sign{QStyle::SP_MessageBoxQuestion, 0, '?', "text"},
+                           Sign{QStyle::SP_MessageBoxWarning, 3, '!', "warn"},
+                           Sign{QStyle::SP_MessageBoxCritical, 8, '!', "manual"}};
+
+QPolygonF outlineOf(int corners, const QRectF& area) {
+  QPolygonF outline;
+  const double first = corners == 3 ? 90 : 180.0 / corners;  // degrees: a triangle stands on its side
+  for (int corner = 0; corner < corners; ++corner) {
+    const double angle = qDegreesToRadians(first + 360.0 * corner / corners);
+    outline << area.center() +
+                   QPointF(std::cos(angle) * area.width() / 2, -std::sin(angle) * area.height() / 2);
+  }
+  return outline;
+}
+
+QPixmap drawSign(const Sign& sign, int size, double ratio) {
+  QPixmap picture(QSize(size, size) * ratio);
+  picture.setDevicePixelRatio(ratio);
+  picture.fill(Qt::transparent);
+  QPainter painter(&picture);
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(QPen(theme::colour(sign.colour), 2, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+  const QRectF area(2, 2, size - 4, size - 4);
+  if (sign.corners == 0)
+    painter.drawEllipse(area);
+  else
+    painter.drawPolygon(outlineOf(sign.corners, area));
+  painter.setFont(theme::font(size / 2, true));
+  painter.drawText(area, Qt::AlignCenter, QChar(sign.letter));
+  return picture;
 }
 
 }  // namespace
@@ -187,6 +230,15 @@ void DeskStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opti
   painter->fillRect(option->rect, theme::colour("panel"));
   painter->setPen(theme::colour(active ? "edge" : "line"));
   painter->drawRect(option->rect.adjusted(0, 0, -1, -1));
+}
+
+QIcon DeskStyle::standardIcon(StandardPixmap which, const QStyleOption* option, const QWidget* widget) const {
+  const auto sign = std::ranges::find(Signs, which, &Sign::box);
+  if (sign == Signs.end()) return QProxyStyle::standardIcon(which, option, widget);
+  QIcon icon;
+  const int size = pixelMetric(PM_MessageBoxIconSize, option, widget);
+  for (const double ratio : {1.0, 2.0}) icon.addPixmap(drawSign(*sign, size, ratio));
+  return icon;
 }
 
 }  // namespace velgrove

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QIcon>
 #include <QProxyStyle>
 #include <QStyleOption>
 
@@ -25,6 +26,8 @@ class DeskStyle : public QProxyStyle {
                                 const QWidget* widget) const override;
   [[nodiscard]] int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                               QStyleHintReturn* returned) const override;
+  [[nodiscard]] QIcon standardIcon(StandardPixmap which, const QStyleOption* option,
+                                   const QWidget* widget) const override;
 
  private:
   void drawTitleBar(const QStyleOptionTitleBar& bar, QPainter& painter, const QWidget* widget) const;
