@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
+#include <csignal>
 #include <cstdio>
 #include <ctime>
 #include <iterator>
@@ -42,6 +43,10 @@ bool takesMore(int file) {
 }
 
 }  // namespace
+
+Journal::Journal() {
+  (void)std::signal(SIGPIPE, SIG_IGN);
+}
 
 void Journal::note(const Box& box) {
   const std::scoped_lock lock(m_mutex);

@@ -16,6 +16,9 @@ namespace velgrove {
 ///     21:04:07.456 box: "Velgrove" "That file is gone."
 class Journal {
  public:
+  /// From here on a log whose reader is gone is an error like others, and no signal that ends the desk.
+  Journal();
+
   /// From any thread, with the desk taken or free: nothing is written yet.
   void note(const Box& box);
   void note(const VelgroveComm& comm);

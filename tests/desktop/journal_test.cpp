@@ -4,6 +4,7 @@
 
 #include <fcntl.h>
 #include <unistd.h>
+#include <utility>
 
 #include <gmock/gmock.h>
 
@@ -29,6 +30,7 @@ class Log {
     while (::write(STDERR_FILENO, "x", 1) == 1) continue;
     ASSERT_EQ(::fcntl(STDERR_FILENO, F_SETFL, 0), 0);
   }
+  void shut() { ::close(std::exchange(m_ends[0], -1)); }
   std::string empty() {
     std::string text(100'000, '\0');
     const auto count = ::read(m_ends[0], text.data(), text.size());
@@ -59,6 +61,15 @@ TEST(JournalTest, ALogThatNobodyEmptiesHoldsUpNobodyAndTakesItsLinesLater) {
   EXPECT_THAT(log.empty(), testing::Not(testing::HasSubstr("late")));
   journal.write();
   EXPECT_THAT(log.empty(), testing::HasSubstr("late"));
+}
+
+TEST(JournalTest, ALogWhoseReaderIsGoneEndsNobody) {
+  Log log;
+  Journal journal;
+  log.shut();
+  journal.note(Box{.text = "to nobody"});
+  journal.write();
+  EXPECT_EQ(::write(STDERR_FILENO, "x", 1), -1) << "and the desk is still there to see it";
 }
 
 }  // namespace
