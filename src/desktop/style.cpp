@@ -233,7 +233,7 @@ void DeskStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opti
 }
 
 QIcon DeskStyle::standardIcon(StandardPixmap which, const QStyleOption* option, const QWidget* widget) const {
-  const auto sign = std::ranges::find(Signs, which, &Sign::box);
+  const auto* const sign = std::ranges::find(Signs, which, &Sign::box);
   if (sign == Signs.end()) return QProxyStyle::standardIcon(which, option, widget);
   QIcon icon;
   const int size = pixelMetric(PM_MessageBoxIconSize, option, widget);
