@@ -83,27 +83,36 @@ class Temporary {
 
   /// Makes it; `create` gives the name a file. False with `errno` when it can't.
   [[nodiscard]] bool make(const std::function<bool(const char* name)>& create) {
-    do {
+    constexpr int Goes = 20;
+    for (int go = 1; go <= Goes; ++go) {
       m_path = temporaryBeside(m_target);
       if (!create(m_path.c_str())) {
         m_path.clear();
         return false;
       }
-    } while (!lock());
-    return true;
+      // A second name of a file that a stranger has locked stays without a lock of ours in the end; while he
+      // holds his, nobody removes it.
+      if ((lock() || go == Goes) && isThere()) return true;
+      ::unlink(m_path.c_str());
+    }
+    m_path.clear();
+    errno = EBUSY;
+    return false;
   }
   void takeName(const fs::path& name) {
     if (::rename(m_path.c_str(), name.c_str()) != 0) fail(name, errno);
+    (void)m_lock.close();
   }
   void release() { m_path.clear(); }
 
  private:
-  /// False when another desk has removed it in the moment before it was locked. A disk without locks is one
-  /// on which nothing is removed.
+  /// False while somebody else has the lock: a desk that is about to remove it, or one that has just saved
+  /// the same show. A disk without locks is one on which nothing is removed.
   [[nodiscard]] bool lock() {
-    if (m_lock.open(m_path, O_RDONLY | O_NOFOLLOW) && ::flock(m_lock.number(), LOCK_EX | LOCK_NB) != 0 &&
-        errno == EWOULDBLOCK)
-      return false;
+    return !m_lock.open(m_path, O_RDONLY | O_NOFOLLOW) || ::flock(m_lock.number(), LOCK_EX | LOCK_NB) == 0 ||
+           errno != EWOULDBLOCK;
+  }
+  [[nodiscard]] bool isThere() const {
     struct stat there {};
     return ::lstat(m_path.c_str(), &there) == 0;
   }

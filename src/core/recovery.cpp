@@ -58,9 +58,8 @@ Box question(const FoundCopy& found, const RecoveryCopy& copy) {
                      "\" has changes that were not saved before the desk ended.\n\n" + "File: " + copy.file +
                      "\nCopy made: " + found.made + "\n";
   if (found.fileIsNewer) text += "The file has been saved since.\n";
-  return {.text = text + "\nWould you like to open the copy?",
-          .buttons = BoxButtons::YesNo,
-          .icon = BoxIcon::Question};
+  text += "\nWould you like to open the copy? No keeps it in the folder \"recovery\" beside the shows.";
+  return {.text = text, .buttons = BoxButtons::YesNo, .icon = BoxIcon::Question};
 }
 
 }  // namespace
@@ -159,7 +158,7 @@ bool Recovery::offer(const FoundCopy& found) {
   if (!found.copy) {
     m_machine.boxes.show(
         {.text = "A recovery copy can't be read.\n\n" + found.fault, .icon = BoxIcon::Warning});
-    setAside(found, RecoveryFolder::Unreadable);
+    if (!found.unread) setAside(found, RecoveryFolder::Unreadable);
     return false;
   }
   const RecoveryCopy& copy = *found.copy;

@@ -58,6 +58,14 @@ bool isThere(const fs::path& path) {
   return fs::exists(path, hidden);
 }
 
+/// "declined.kel", "declined-2.kel", ...
+fs::path freeName(const fs::path& folder, const std::string& name) {
+  fs::path free = folder / (name + ".kel");
+  for (int number = 2; isThere(free); ++number)
+    free = folder / (name + "-" + std::to_string(number) + ".kel");
+  return free;
+}
+
 std::time_t changed(const fs::path& path) {
   struct stat there {};
   return ::stat(path.c_str(), &there) == 0 ? there.st_mtime : 0;
@@ -87,6 +95,7 @@ FoundCopy look(std::shared_ptr<RecoverySlot> slot) {
     found.bytes = readFile(path);
   } catch (const RunTimeError& error) {
     found.fault = error.what();
+    found.unread = true;
     return found;
   }
   found.copy = readCopy(found.bytes);
@@ -170,7 +179,7 @@ void RecoveryFolder::remove(const RecoverySlot& slot) {
 }
 
 void RecoveryFolder::setAside(const FoundCopy& found, const char* name) const {
-  const fs::path aside = m_folder / name;
+  const fs::path aside = freeName(m_folder, name);
   if (found.copy) {
     writeFileSafely(aside, found.copy->show, Backup::None, m_disk);
     remove(*found.slot);

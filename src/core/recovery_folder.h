@@ -46,6 +46,7 @@ struct FoundCopy {
   std::shared_ptr<RecoverySlot> slot;
   std::string bytes = {};                  ///< of the copy's file
   std::string fault = {};                  ///< why it can't be read; "" when it can
+  bool unread = false;                     ///< the disk refused: it may give the copy another time
   std::optional<RecoveryCopy> copy = {};   ///< nothing when it can't be read
   std::string made = {};                   ///< when, in the time of the place
   std::optional<std::string> inFile = {};  ///< the bytes that stand in the show's own file
@@ -55,9 +56,10 @@ struct FoundCopy {
 /// The folder of the copies: one a desk, and those that the operator declined. All of it waits for the disk.
 class RecoveryFolder {
  public:
-  /// What becomes of a copy that isn't opened: a show file for the open dialog, the newest one kept.
-  static constexpr const char* Declined = "declined.kel";
-  static constexpr const char* Unreadable = "unreadable.kel";
+  /// What becomes of a copy that isn't opened: a show file for the open dialog. Behind the first comes a
+  /// number, so that none takes the place of another.
+  static constexpr const char* Declined = "declined";
+  static constexpr const char* Unreadable = "unreadable";
 
   RecoveryFolder(std::filesystem::path folder, Disk disk);
   RecoveryFolder(const RecoveryFolder&) = delete;

@@ -6,6 +6,7 @@
 #include <csignal>
 #include <cstdio>
 #include <ctime>
+#include <fcntl.h>
 #include <iterator>
 #include <poll.h>
 #include <unistd.h>
@@ -37,6 +38,15 @@ std::string onOneLine(std::string text) {
   return text + '\n';
 }
 
+/// A terminal that stands still would hold up a writer in the middle of a line, where a pipe says beforehand
+/// that it has no room. So it is opened once more, in a way that never waits and changes nothing for its
+/// other writers.
+int openLog() {
+  if (::isatty(STDERR_FILENO) == 0) return STDERR_FILENO;
+  const int file = ::open("/proc/self/fd/2", O_WRONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+  return file < 0 ? STDERR_FILENO : file;
+}
+
 bool takesMore(int file) {
   pollfd watched{.fd = file, .events = POLLOUT, .revents = 0};
   return poll(&watched, 1, 0) > 0;
@@ -44,8 +54,12 @@ bool takesMore(int file) {
 
 }  // namespace
 
-Journal::Journal() {
+Journal::Journal() : m_file(openLog()) {
   (void)std::signal(SIGPIPE, SIG_IGN);
+}
+
+Journal::~Journal() {
+  if (m_file != STDERR_FILENO) ::close(m_file);
 }
 
 void Journal::note(const Box& box) {
@@ -78,8 +92,8 @@ void Journal::take() {
 
 void Journal::write() {
   take();
-  for (; !m_leaving.empty() && takesMore(STDERR_FILENO); m_leaving.pop_front())
-    (void)::write(STDERR_FILENO, m_leaving.front().data(),
+  for (; !m_leaving.empty() && takesMore(m_file); m_leaving.pop_front())
+    (void)::write(m_file, m_leaving.front().data(),
                   m_leaving.front().size());  // a shut log: nobody reads
   while (m_leaving.size() > MostLines) m_leaving.pop_front();
 }

@@ -18,6 +18,9 @@ class Journal {
  public:
   /// From here on a log whose reader is gone is an error like others, and no signal that ends the desk.
   Journal();
+  ~Journal();
+  Journal(const Journal&) = delete;
+  Journal& operator=(const Journal&) = delete;
 
   /// From any thread, with the desk taken or free: nothing is written yet.
   void note(const Box& box);
@@ -32,6 +35,7 @@ class Journal {
   void leave(const std::string& line);
   void take();
 
+  const int m_file;    ///< standard error, or the same terminal opened so that no writer waits
   std::mutex m_mutex;  ///< never held while a line is written: the desk would wait for the log
   std::deque<std::string> m_lines;
   std::deque<std::string> m_leaving;  ///< of the thread that writes

@@ -198,10 +198,9 @@ void VelgroveComm::rewriteOnes() {
   if (m_show.NumChannels > ChannelCount) (void)channelIndex(ChannelCount + 1);
 }
 
-/// Whether a box answers is found out anew behind a line that took nothing: the one that comes back isn't
-/// blamed for the plug.
+/// Whether a box answers is found out anew behind a plug that was out: the one that comes back isn't blamed.
 void VelgroveComm::noteDelivery(SerialPort::Delivery delivery) {
-  if (delivery != SerialPort::Delivery::Sent) m_silent = false;
+  if (delivery == SerialPort::Delivery::Swallowed) m_silent = false;
   switch (delivery) {
     case SerialPort::Delivery::Swallowed:
       setCondition("The interface is unplugged. Output goes on when it is back.");

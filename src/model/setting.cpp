@@ -35,7 +35,7 @@ std::string head(std::string_view text, std::size_t characters) {
 class IniFile {
  public:
   explicit IniFile(const std::string& text) : m_ini(true) {
-    if (m_ini.LoadData(text) < 0) throw RunTimeError(Fault::File, "no settings file");
+    if (m_ini.LoadData(text) < 0) throw RunTimeError(Fault::File, "not the text of a settings file");
   }
   CSimpleIniA* operator->() { return &m_ini; }
   const CSimpleIniA* operator->() const { return &m_ini; }
@@ -47,7 +47,12 @@ class IniFile {
 /// One that isn't there is empty.
 IniFile iniOf(const std::filesystem::path& file) {
   std::error_code ignored;
-  return IniFile(std::filesystem::exists(file, ignored) ? readFile(file) : "");
+  const std::string text = std::filesystem::exists(file, ignored) ? readFile(file) : "";
+  try {
+    return IniFile(text);
+  } catch (const RunTimeError& error) {
+    throw RunTimeError(error.fault(), file.string() + ": " + error.what());
+  }
 }
 
 std::string textOf(const IniFile& ini) {

@@ -64,7 +64,7 @@ struct SetLoop {
 
 /// What is checked.
 struct CheckedShow {
-  clsProject* project = nullptr;  ///< isn't changed, and is nobody else's meanwhile
+  clsProject* project = nullptr;    ///< isn't changed, and is nobody else's meanwhile
   std::vector<FileFault> damage{};  ///< of its file
   // What only a desk knows:
   std::optional<std::vector<ListView::Row>> effects{};  ///< nothing when there is no telling

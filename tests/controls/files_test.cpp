@@ -1,8 +1,11 @@
 #include "controls/files.h"
 
 #include <cerrno>
+#include <fcntl.h>
 #include <fstream>
+#include <sys/file.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -151,6 +154,17 @@ TEST(Files, WhatAKilledSaveLeftIsRemovedByTheNextAndWhatIsBeingWrittenIsNot) {
   EXPECT_EQ(readFile(folder / "show.kel"), "new");
   EXPECT_EQ(readFile(folder / "show.kel.bak"), "old");
   EXPECT_THAT(folder.names(), ElementsAre("other.kel", "show.kel", "show.kel.bak"));
+}
+
+TEST(Files, ASaveOfAFileThatSomebodyHasLockedEndsAndLeavesNothingBeside) {
+  const TempFolder folder;
+  writeFileSafely(folder / "show.kel", "old", Backup::None);
+  const int stranger = ::open((folder / "show.kel").c_str(), O_RDONLY);
+  ASSERT_EQ(::flock(stranger, LOCK_EX | LOCK_NB), 0);
+  writeFileSafely(folder / "show.kel", "new", Backup::Keep);
+  EXPECT_EQ(readFile(folder / "show.kel.bak"), "old");
+  EXPECT_THAT(folder.names(), ElementsAre("show.kel", "show.kel.bak"));
+  ::close(stranger);
 }
 
 TEST(Files, ASaveThroughALinkKeepsTheLinkAndThePermissionsOfTheFileBehindIt) {

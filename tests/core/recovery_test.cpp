@@ -131,13 +131,19 @@ TEST_F(Recovering, TheNextStartOpensTheCopyAndASavePutsItIntoItsFile) {
 
 TEST_F(Recovering, ACopyThatIsDeclinedIsAskedAboutOnceAndStaysAShowThatOpens) {
   crashWithAnEdit();
+  const std::string again = readFile(copy);
   answer = BoxAnswer::No;
   start();
   EXPECT_EQ(takeBoxes().size(), 1U);
   EXPECT_FALSE(house->desk.windows.XYQ) << "the dialog came, and was cancelled";
-  open = recovery / "declined.kel";
-  auto* const desk = start();
-  EXPECT_EQ(cues(*desk), 4);
+  house.reset();
+  write("data/recovery/1.kel", again);
+  start();
+  EXPECT_EQ(takeBoxes().size(), 1U);
+  for (const char* const name : {"declined.kel", "declined-2.kel"}) {
+    open = recovery / name;
+    EXPECT_EQ(cues(*start()), 4);
+  }
 }
 
 TEST_F(Recovering, ANewShowThatWasNeverSavedKeepsTheFileItWasToHave) {
