@@ -21,6 +21,7 @@ from measuring import at_rank, before_others, terminal_workers_first  # noqa: E4
 from on_screen import DEMO, Booth, Screen, need  # noqa: E402
 
 FIXTURES, BITS = 48, 12
+STEP, HIGHEST = 0.2, 256  # of the cues' numbers: a list shows none above
 SECONDS_A_GO = 4  # of each list, at the least: more than a fade takes
 ROOM = 8192  # kB that the memory may grow: the toolkit keeps what it has painted
 DIVERSIONS = ("nothing", "menu", "bars", "preferences", "save dialog", "save")
@@ -43,7 +44,7 @@ def evening(path, cues):
         for n in range(1, cues):
             others = [n * 37 % 256 if place else 0] * (FIXTURES - 2 * BITS)
             values = [0] * place + bits(n) + [0] * (BITS - place) + others
-            entries.append(first | {"EntryNum": n, "EntryDesc": f"Look {n}", "Up": 1 + n % 2, "Down": 1 + n % 2,
+            entries.append(first | {"EntryNum": round(n * STEP, 1), "EntryDesc": f"Look {n}", "Up": 1 + n % 2, "Down": 1 + n % 2,
                                     "Values": values + [0] * (512 - len(values))})
         data["colQueueEntries"] = entries
     with open(path + ".json", "w", encoding="utf-8") as file:
@@ -156,7 +157,7 @@ def main():
     with contextlib.ExitStack() as ends:
         folder = ends.enter_context(tempfile.TemporaryDirectory())
         show = os.path.join(folder, "evening.kel")
-        evening(show, min(int(options.minutes * 60 / SECONDS_A_GO) + 10, 1 << BITS))
+        evening(show, min(int(options.minutes * 60 / SECONDS_A_GO) + 10, int(HIGHEST / STEP)))
         screen = Screen(*SIZE)
         ends.callback(screen.close)
         booth = Booth(screen, shows=[show], before_box=before_others())

@@ -198,9 +198,11 @@ void VelgroveComm::rewriteOnes() {
   if (m_show.NumChannels > ChannelCount) (void)channelIndex(ChannelCount + 1);
 }
 
-/// Whether a box answers is found out anew behind a plug that was out: the one that comes back isn't blamed.
+/// Whether a box answers is found out anew behind a line that took nothing: the one that comes back isn't
+/// blamed for the plug.
 void VelgroveComm::noteDelivery(SerialPort::Delivery delivery) {
-  if (delivery == SerialPort::Delivery::Swallowed) m_silent = false;
+  const auto before = std::exchange(m_delivery, delivery);
+  if (delivery == SerialPort::Delivery::Sent && before != delivery) m_silent = false;
   switch (delivery) {
     case SerialPort::Delivery::Swallowed:
       setCondition("The interface is unplugged. Output goes on when it is back.");

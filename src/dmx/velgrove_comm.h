@@ -95,8 +95,9 @@ class VelgroveComm {
   Machine& m_machine;
   Wiring m_wiring;
   std::vector<InterfaceDevice> m_devices;
-  InterfaceDevice m_device;  ///< the one that the port belongs to
-  bool m_silent = false;     ///< the last input reading got no answer
+  InterfaceDevice m_device;                                      ///< the one that the port belongs to
+  bool m_silent = false;                                         ///< the last input reading got no answer
+  SerialPort::Delivery m_delivery = SerialPort::Delivery::Sent;  ///< of the last frame
 };
 
 }  // namespace velgrove
