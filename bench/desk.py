@@ -324,6 +324,9 @@ def busy_desk(ends, show, user=None):
     ends.callback(booth.end)
     if user is not None:
         os.chmod(booth.home.name, 0o755)
+        boxes = os.path.join(booth.folders["XDG_RUNTIME_DIR"], "velgrove", "boxes")
+        for box in os.listdir(boxes):
+            os.chown(os.path.join(boxes, box), user, user)  # the terminal behind the link
     booth.large_folder = booth.path("large")
     os.makedirs(booth.large_folder)
     for n in range(FILES):

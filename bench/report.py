@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
 """Measures everything that is wanted of the desk's speed, and writes docs/performance.md.
 
-    bench/report.py [--quick] [--to FILE]
+    bench/report.py [--minute 60] [--quick] [--to FILE]
 
 Builds what it measures with the release preset, then runs engine_bench, model_bench, plot_bench, bench/line.py and bench/desk.py, one after the
-other, for a quarter of an hour. Needs a quiet machine. Exit code 1 when a figure misses what is wanted.
+other, for twenty minutes. Needs a quiet machine. Exit code 1 when a figure misses what is wanted.
 
 `--quick` measures everything for a few seconds only, to try the script; its figures are no good."""
 
@@ -173,7 +173,7 @@ def threads(measured):
     return "\n".join(f"- {desk.NAMES[phase.name]}: {phase.parts()}" for phase in measured if phase.name in desk.SHARES)
 
 
-def machine(load):
+def machine(load, minute):
     """What was measured, on what."""
     with open("/proc/cpuinfo", encoding="utf-8") as file:
         model = re.search(r"model name\s*: (.*)", file.read())
@@ -182,7 +182,8 @@ def machine(load):
     return (f"Measured on {datetime.date.today()}, commit {output('git', 'rev-parse', '--short', 'HEAD')}{changed}, on "
             f"{os.cpu_count()} cores of {model.group(1) if model else platform.machine()} (virtual), {memory:.0f} GiB, "
             f"Linux {platform.release().split('-')[0]}, {output('g++', '--version').splitlines()[0]}, release preset; load "
-            f"of the machine {load:.1f} at the start and {os.getloadavg()[0]:.1f} at the end.")
+            f"of the machine {load:.1f} at the start and {os.getloadavg()[0]:.1f} at the end. "
+            f"Runs that matter most took {minute:.0f} s each, others a quarter of that.")
 
 
 # ---- All together
@@ -193,39 +194,40 @@ def on_a_desk(show, names, spans, user=None):
         return list(desk.phases(desk.busy_desk(ends, show, user), list(names), *spans))
 
 
-def measure(quick):
-    """The report's parts, by their names in the template."""
+def measure(minute, quick):
+    """The report's parts, by their names in the template. Runs that matter take `minute` seconds, others a quarter."""
     load, wanted = os.getloadavg()[0], Wanted()
     parts = {"engine": table("What runs | time | wanted", micro_table(micro("engine_bench", ENGINE, quick), ENGINE, wanted))}
     parts["model"] = table("What runs | time | wanted", [
         *micro_table(micro("model_bench", MODEL, quick), MODEL, wanted), *rehearsals()])
     parts["plot"] = table("What runs | time | wanted", micro_table(micro("plot_bench", PLOT, quick), PLOT, wanted))
-    runs = line.measure(5 if quick else 60, 1 if quick else 3)
+    runs = line.measure(minute, 1 if quick else 3)
     parts["line"] = line_table(runs, wanted)
     parts["line_share"] = f"{max(run.share for run in runs.values()):.1%}"
     with tempfile.TemporaryDirectory() as folder:
         show = os.path.join(folder, "a-large.kel")
         desk.large_show(show)
         starts = desk.starts(1 if quick else 5, show)
-        spans = (5, 3) if quick else (60, 15)
+        spans = (minute, max(minute / 4, 3))
         phases = on_a_desk(show, desk.NAMES, spans)
         ordinary = on_a_desk(show, ORDINARY, spans, NOBODY) if os.geteuid() == 0 else []
     parts["starts"] = starts_table(starts, wanted)
     parts["phases"] = phases_table(phases, wanted)
     parts["ordinary"] = table(PHASES_HEAD, phase_rows(ordinary)) if ordinary else "(not measured: run the report as root)"
     parts["shares"], parts["threads"] = shares_table(starts, phases), threads(phases)
-    parts["machine"], parts["verdict"] = machine(load), wanted.verdict()
+    parts["machine"], parts["verdict"] = machine(load, minute), wanted.verdict()
     return parts, not wanted.missed
 
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__.split("\n", 1)[0])
+    parser.add_argument("--minute", type=float, default=60, help="seconds of each run that matters most")
     parser.add_argument("--quick", action="store_true", help="a few seconds of each, to try the script")
     parser.add_argument("--to", default=os.path.join(ROOT, "docs", "performance.md"), help="where the report goes")
     options = parser.parse_args()
     output("cmake", "--preset", "release")
     output("cmake", "--build", "--preset", "release", "--target", *PROGRAMS_MEASURED)
-    parts, good = measure(options.quick)
+    parts, good = measure(5 if options.quick else options.minute, options.quick)
     with open(TEMPLATE, encoding="utf-8") as file:
         text = re.sub(r"\{\{(\w+)\}\}", lambda found: parts[found.group(1)], file.read())
     with open(options.to, "w", encoding="utf-8") as file:
