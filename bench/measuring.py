@@ -19,7 +19,8 @@ def before_others():
 
 
 def terminal_workers_first():
-    """Gives the kernel's workers a place before ordinary processes, where that is allowed."""
+    """Gives the kernel's workers a place before ordinary processes, where that is allowed. They keep it: the machine is as
+    before when it has been started anew."""
     listed = subprocess.run(["ps", "-eo", "pid=,comm="], capture_output=True, text=True, check=True).stdout
     for pid, name in (line.split(None, 1) for line in listed.splitlines()):
         if name.startswith("kworker/u"):
