@@ -66,9 +66,11 @@ class InAFolder(unittest.TestCase):
         return os.path.join(self.folder, name)
 
     def write(self, name, content):
+        """Puts the file into its place whole: a program may be reading the one of that name at this moment."""
         data = content.encode() if isinstance(content, str) else content
-        with open(self.path(name), "wb") as file:
+        with open(self.path(name) + ".new", "wb") as file:
             file.write(data)
+        os.replace(self.path(name) + ".new", self.path(name))
         return self.path(name)
 
     def read(self, name):
