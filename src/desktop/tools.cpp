@@ -106,13 +106,22 @@ bool Tools::copy() {
     const Tool& tool = tools[i];
     const bool down = isToggle(tool.Id) && pressed(tool);
     Look& now = m_now[i];
-    if (now.caption == tool.Caption && now.tip == tool.ToolTip && now.enabled == tool.Enabled &&
-        now.pressed == down && !m_shown.empty())
+    if (now.caption == tool.Caption && now.tip == tool.ToolTip && now.key == tool.Key &&
+        now.enabled == tool.Enabled && now.pressed == down && !m_shown.empty())
       continue;
-    now = {.caption = tool.Caption, .tip = tool.ToolTip, .enabled = tool.Enabled, .pressed = down};
+    now = {.caption = tool.Caption,
+           .tip = tool.ToolTip,
+           .key = tool.Key,
+           .enabled = tool.Enabled,
+           .pressed = down};
     changed = true;
   }
   return changed;
+}
+
+QString Tools::tipOf(const Look& look) {
+  const QString words = QString::fromStdString(look.tip.empty() ? look.caption : look.tip).remove('&');
+  return look.key.empty() ? words : words + " (" + QString::fromStdString(look.key) + ")";
 }
 
 void Tools::show() {
@@ -123,7 +132,7 @@ void Tools::show() {
     m_shown[i] = look;
     QAction* action = m_actions.at(m_ids[i]);
     action->setText(QString::fromStdString(look.caption));
-    action->setToolTip(QString::fromStdString(look.tip.empty() ? look.caption : look.tip).remove('&'));
+    action->setToolTip(tipOf(look));
     action->setEnabled(look.enabled);
     action->setChecked(look.pressed);
   }

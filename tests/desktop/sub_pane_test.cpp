@@ -118,7 +118,7 @@ TEST_F(SubmastersOnScreen, AreWorkedByKeysAlone) {
   EXPECT_EQ(focus(), &cell(0));
   screen.key(Qt::Key_Right);
   screen.key(Qt::Key_Down);
-  screen.key(Qt::Key_Space);
+  screen.key(Qt::Key_Return);
   EXPECT_EQ(level(1), "100");
   screen.key(Qt::Key_Up);
   for (const Qt::Key end : {Qt::Key_Return, Qt::Key_Escape}) {
