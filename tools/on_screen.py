@@ -126,6 +126,7 @@ class Screen:
 
     def __init__(self, width=1280, height=800):
         self.size = (width, height)
+        self.surroundings = {}  # what programs on this screen find in their environment as well
         self.folder = tempfile.TemporaryDirectory()
         reading, writing = os.pipe()
         self.server = subprocess.Popen(
@@ -149,7 +150,7 @@ class Screen:
         own = {name: value for name, value in os.environ.items()
                if not name.startswith(("QT_", "WAYLAND_", "XDG_CURRENT", "DBUS_"))}
         return own | {"DISPLAY": self.display, "XDG_SESSION_TYPE": "x11", "QT_QPA_PLATFORM": "xcb",
-                      "DBUS_SESSION_BUS_ADDRESS": "disabled:"} | more
+                      "DBUS_SESSION_BUS_ADDRESS": "disabled:"} | self.surroundings | more
 
     def _output(self, *command):
         return subprocess.run(command, env=self.env(), capture_output=True, text=True, check=False).stdout

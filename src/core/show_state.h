@@ -24,6 +24,11 @@ inline constexpr std::int32_t MovingLight = 6;  ///< the type that takes three c
 inline constexpr int MovingLightChannels = 3;   ///< brightness, and the position in two
 /// How far beside a moving light, in world units, the fixtures of its position's channels lie.
 inline constexpr double OutOfSight = 2000;
+/// Whether a fixture is one of those. On a wide window a light itself can stand somewhat beside the plot.
+[[nodiscard]] inline bool isPosition(const clsFixture& fixture) {
+  constexpr double FarBeside = 0.75 * OutOfSight;
+  return fixture.IconShape == MovingLight && fixture.x >= FarBeside;
+}
 
 /// What more than one window needs to know. There is one show in memory at a time.
 struct ShowState {

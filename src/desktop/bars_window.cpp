@@ -8,6 +8,7 @@
 #include <cmath>
 
 #include "desktop/marks.h"
+#include "desktop/spoken.h"
 #include "desktop/theme.h"
 #include "desktop/twips.h"
 
@@ -29,14 +30,21 @@ constexpr auto Queue = static_cast<std::size_t>(Source::Queue);
 
 BarsWindow::BarsWindow(Face& face, FindBars find)
     : m_find(std::move(find)),
-      m_sources{{{.value = 255, .token = "manual", .words = "manual"},
-                 {.value = 65535, .token = "queue", .words = "queue"},
-                 {.value = 16777215, .token = "input", .words = "DMX input"},
-                 {.value = 16711935, .token = "sub", .words = "submaster"}}},
+      m_sources{{{.value = 255, .token = "manual"},
+                 {.value = 65535, .token = "queue"},
+                 {.value = 16777215, .token = "input"},
+                 {.value = 16711935, .token = "sub"}}},
       m_bindings(face) {
   setObjectName("frmBars");
   setFocusPolicy(Qt::StrongFocus);
   setAttribute(Qt::WA_OpaquePaintEvent);
+  for (std::size_t i = 0; i < m_sources.size(); ++i)
+    m_sources[i].words = velgrove::wordsOf(static_cast<velgrove::Source>(i));
+  speak(*this, {.role = QAccessible::List},
+        {.count = [this] { return static_cast<int>(m_corners.size()); },
+         .name = [this](int cell) { return wordsOf(static_cast<std::size_t>(cell)); },
+         .place = [this](int cell) { return cellRect(static_cast<std::size_t>(cell)); },
+         .current = [this] { return m_current < static_cast<int>(m_corners.size()) ? m_current : -1; }});
   prepare();
   m_bindings.mirror(
       [this] {
@@ -205,6 +213,8 @@ void BarsWindow::paintEvent(QPaintEvent* event) {
   painter.setBrush(Qt::NoBrush);
   painter.setPen(QPen(theme::colour("focus"), 2));
   painter.drawRect(rect().adjusted(1, 1, -1, -1));
+  const auto current = static_cast<std::size_t>(m_current);  // -1 is beyond them all
+  if (current < m_corners.size()) painter.drawRect(cellRect(current));
 }
 
 void BarsWindow::paintGround(QPainter& painter, const QRegion& region) const {
@@ -292,8 +302,48 @@ void BarsWindow::changeEvent(QEvent* event) {
 void BarsWindow::keyPressEvent(QKeyEvent* event) {
   if (event->key() == Qt::Key_Escape)
     parentWidget()->close();
+  else if (const auto cell = wayOf(event->key()))
+    goTo(*cell);
   else
     QWidget::keyPressEvent(event);
+}
+
+/// Where a key leads: along the channels, or to the bar below or above in a grid of rows.
+std::optional<int> BarsWindow::wayOf(int key) const {
+  const auto inFirstRow = [this](QPoint corner) { return corner.y() == m_corners.front().y(); };
+  const int row = static_cast<int>(std::ranges::count_if(m_corners, inFirstRow));
+  switch (key) {
+    case Qt::Key_Right:
+      return m_current + 1;
+    case Qt::Key_Left:
+      return m_current - 1;
+    case Qt::Key_Down:
+      return m_current < 0 ? 0 : m_current + row;
+    case Qt::Key_Up:
+      return m_current - row;
+    case Qt::Key_Home:
+      return 0;
+    case Qt::Key_End:
+      return static_cast<int>(m_corners.size()) - 1;
+    default:
+      return {};
+  }
+}
+
+void BarsWindow::goTo(int cell) {
+  if (m_corners.empty()) return;
+  m_current = std::clamp(cell, 0, static_cast<int>(m_corners.size()) - 1);
+  update();
+  speakCurrent(*this);
+  const auto at = static_cast<std::size_t>(m_current);
+  QToolTip::showText(mapToGlobal(cellRect(at).bottomLeft()), wordsOf(at), this, cellRect(at));
+}
+
+QString BarsWindow::wordsOf(std::size_t cell) const {
+  const Level& level = m_levels[cell];
+  QString words = QString("Channel %1: %2 %").arg(cell + 1).arg(level.percent);
+  if (level.percent > 0) words += QString(", ") + sourceOf(level.colour).words;
+  return words;
 }
 
 std::optional<std::size_t> BarsWindow::cellAt(QPoint at) const {
@@ -310,10 +360,7 @@ bool BarsWindow::event(QEvent* event) {
     QToolTip::hideText();
     return true;
   }
-  const Level& level = m_levels[*index];
-  QString words = QString("Channel %1: %2 %").arg(*index + 1).arg(level.percent);
-  if (level.percent > 0) words += QString(", ") + sourceOf(level.colour).words;
-  QToolTip::showText(help.globalPos(), words, this, cellRect(*index));
+  QToolTip::showText(help.globalPos(), wordsOf(*index), this, cellRect(*index));
   return true;
 }
 

@@ -16,7 +16,8 @@
 namespace velgrove {
 
 /// A window of bars: one cell a channel, with its number on top, what holds it beside that, and its level as
-/// a fill from below. All of them are painted by this one widget, and only those whose level changed.
+/// a fill from below. All of them are painted by this one widget, and only those whose level changed. The
+/// arrow keys go from cell to cell, and say in words what it shows, as the mouse does.
 class BarsWindow : public QWidget {
   Q_OBJECT
 
@@ -44,7 +45,7 @@ class BarsWindow : public QWidget {
   struct Source {
     Colour value;
     const char* token;
-    const char* words;
+    const char* words = "";
     QPen pen{};
     QPixmap mark{};
   };
@@ -69,6 +70,9 @@ class BarsWindow : public QWidget {
   void paintNumber(QPainter& painter, const QRect& inside, int top, const Level& level) const;
   [[nodiscard]] const Source& sourceOf(Colour value) const;
   [[nodiscard]] std::optional<std::size_t> cellAt(QPoint at) const;
+  [[nodiscard]] QString wordsOf(std::size_t cell) const;
+  [[nodiscard]] std::optional<int> wayOf(int key) const;
+  void goTo(int cell);
   [[nodiscard]] QRect cellRect(std::size_t index) const { return {m_corners[index], m_layout.cell}; }
 
   FindBars m_find;
@@ -96,6 +100,7 @@ class BarsWindow : public QWidget {
   QPixmap m_blank;  ///< a cell without anything
   int m_outline = 0;
   int m_header = 0;         ///< height of a cell's header; 0: the cells are too small for it
+  int m_current = -1;       ///< the cell on which the keys stand; -1 for none
   bool m_numbered = false;  ///< the cells are large enough for their levels as numbers
   Bindings m_bindings;
 };

@@ -6,6 +6,7 @@
 
 #include "desktop/lost_release.h"
 #include "desktop/newest.h"
+#include "desktop/spoken.h"
 #include "desktop/theme.h"
 
 namespace velgrove {
@@ -73,6 +74,7 @@ void show(QAbstractButton& button, const ButtonLook& look) {
   if (role == "key") theme::setState(&button, "key", theme::keyOf(look.back));
   if (role == "mode") theme::setState(&button, "key", "magenta");
   theme::setState(&button, "state", stateOf(role, look.back));
+  speakState(button, stateOf(role, look.back));
 }
 
 /// A mnemonic clicks at once, where the toolkit first shows the button down for a tenth of a second: a Go may
@@ -142,6 +144,18 @@ struct OptionLook {
   bool enabled = false;
   bool operator==(const OptionLook&) const = default;
 };
+
+/// The hand clicks a button, also one that is chosen already; an assistive tool turns it over without a
+/// click.
+void whenChosen(const QAbstractButton& button, const std::function<void()>& choose) {
+  const auto inHand = std::make_shared<bool>(false);
+  QObject::connect(&button, &QAbstractButton::pressed, &button, [inHand] { *inHand = true; });
+  QObject::connect(&button, &QAbstractButton::released, &button, [inHand] { *inHand = false; });
+  QObject::connect(&button, &QAbstractButton::clicked, &button, choose);
+  QObject::connect(&button, &QAbstractButton::toggled, &button, [inHand, choose](bool on) {
+    if (on && !*inHand) choose();
+  });
+}
 
 /// Buttons that exclude each other keep one chosen by themselves; the desk may have none.
 void show(QRadioButton& button, const OptionLook& look) {
@@ -402,7 +416,7 @@ void Bindings::bind(QRadioButton* button, const Find<OptionButton>& find) {
                    : OptionLook{.caption = control->Caption, .chosen = control->Value, .enabled = true};
       },
       [button](const OptionLook& look) { show(*button, look); });
-  QObject::connect(button, &QAbstractButton::clicked, button, [this, find, shown] {
+  whenChosen(*button, [this, find, shown] {
     shown->known = false;  // the desk says what has become of it
     m_face.deliver([find] {
       if (OptionButton* control = find()) control->choose();
@@ -432,7 +446,8 @@ void Bindings::bind(QCheckBox* box, const Find<CheckBox>& find) {
              box->setEnabled(shown->enabled);
              box->setChecked(shown->ticked);
            }});
-  QObject::connect(box, &QAbstractButton::clicked, box, [this, find, shown, underway](bool ticked) {
+  // By the hand or by an assistive tool, which clicks nothing.
+  QObject::connect(box, &QAbstractButton::toggled, box, [this, find, shown, underway](bool ticked) {
     shown->ticked = ticked;
     underway.deliver(m_face, [find] {
       if (CheckBox* control = find()) control->toggle();

@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "desktop/marks.h"
+#include "desktop/spoken.h"
 #include "desktop/theme.h"
 
 namespace velgrove {
@@ -27,6 +28,7 @@ QString timeText(std::int32_t tenths) {
 CuePanel::CuePanel(LightingDesk& desk, Bindings& bindings) : m_desk(desk), m_face(bindings.face()) {
   setObjectName("ID_CueWindow");
   setAccessibleName("Stage cue");
+  speak(*this, {.role = QAccessible::StaticText, .description = [this] { return spokenLook(); }});
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
   setAttribute(Qt::WA_OpaquePaintEvent);
   bindings.mirror([&desk] { return look(desk); }, [this](const Look& now) { show(now); });
@@ -59,6 +61,12 @@ CuePanel::Look CuePanel::look(const LightingDesk& desk) {
   if (player->State.StageProgress) look.stagePart = 1 - part(*player->State.StageProgress);
   if (player->State.NextProgress) look.nextPart = part(*player->State.NextProgress);
   return look;
+}
+
+/// The time left is told to whoever asks; it doesn't speak up.
+QString CuePanel::spokenLook() const {
+  return accessibleDescription() +
+         (m_look.rest > 0 ? ", " + timeText(m_look.rest) + " seconds left" : QString());
 }
 
 /// While a fade runs, only its edges and the time change.

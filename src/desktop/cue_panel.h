@@ -36,6 +36,7 @@ class CuePanel : public QWidget {
   };
 
   [[nodiscard]] static Look look(const LightingDesk& desk);
+  [[nodiscard]] QString spokenLook() const;
   void show(const Look& look);
   [[nodiscard]] QRect lineRect(bool next) const;
   [[nodiscard]] QRect timeRect() const;

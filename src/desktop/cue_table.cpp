@@ -117,9 +117,26 @@ int CueRows::columnCount(const QModelIndex& parent) const {
 QVariant CueRows::data(const QModelIndex& index, int role) const {
   if (role == Qt::DisplayRole)
     return QString::fromStdString(row(index.row()).Texts[static_cast<std::size_t>(index.column())]);
+  if (role == Qt::AccessibleTextRole && index.column() == 0) return spokenNumber(index.row());
   if (role == Qt::TextAlignmentRole) return alignment(index.column()).toInt();
   if (role == Qt::SizeHintRole) return QSize(0, m_rowHeight);
   return {};
+}
+
+/// "12.00, stage, looping"
+QString CueRows::spokenNumber(int at) const {
+  QString words = QString::fromStdString(row(at).Texts.front());
+  if (const auto mark = m_marks.find(at); mark != m_marks.end()) words += ", " + mark->second;
+  if (row(at).SmallIcon == QueueList::LoopIcon) words += ", looping";
+  return words;
+}
+
+void CueRows::setSpokenMarks(std::map<int, QString> marks) {
+  if (marks == m_marks) return;
+  const auto before = std::exchange(m_marks, std::move(marks));
+  for (const auto* side : {&before, &std::as_const(m_marks)})
+    for (const auto& [at, words] : *side)
+      if (at < rowCount()) emit dataChanged(index(at, 0), index(at, 0), {Qt::AccessibleTextRole});
 }
 
 void CueRows::setRowHeight(int pixels) {
@@ -207,6 +224,7 @@ void CueTable::apply() {
     viewport()->update();
   }
   repaintMarks();
+  speakMarks();
   const bool newWindow = m_shown.window != m_now.window;
   const bool marksMoved = m_shown.stage != m_now.stage || m_shown.next != m_now.next;
   const bool asked = m_shown.requests != m_now.requests;
@@ -238,6 +256,14 @@ void CueTable::repaintMarks() {
       viewport()->update(changed);
     }
   }
+}
+
+/// A fade that runs changes no mark, so that nobody is told of its frames.
+void CueTable::speakMarks() {
+  std::map<int, QString> marks;
+  if (m_now.stage > 0) marks[m_now.stage - 1] = "stage";
+  if (m_now.next > 0) marks[m_now.next - 1] = m_now.next == m_now.stage ? "stage, next" : "next";
+  m_model.setSpokenMarks(std::move(marks));
 }
 
 /// Keeps one row above the stage, and the next row, in view.

@@ -4,6 +4,7 @@
 #include <QTreeView>
 #include <array>
 #include <functional>
+#include <map>
 #include <vector>
 
 #include "desktop/binding.h"
@@ -21,6 +22,8 @@ class CueRows : public QAbstractTableModel {
   void show(const std::vector<ListView::Column>& columns, const std::vector<ListView::Row>& rows);
 
   void setRowHeight(int pixels);
+  /// What the colours and the mark of a row say, in words behind its number; only assistive tools see them.
+  void setSpokenMarks(std::map<int, QString> marks);
 
   [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
   [[nodiscard]] int columnCount(const QModelIndex& parent = {}) const override;
@@ -32,10 +35,12 @@ class CueRows : public QAbstractTableModel {
   [[nodiscard]] static Qt::Alignment alignment(int column);
 
  private:
+  [[nodiscard]] QString spokenNumber(int at) const;
   void replaceMiddle(int first, int removed, int inserted, const std::vector<ListView::Row>& rows);
 
   std::vector<ListView::Column> m_columns;
   std::vector<ListView::Row> m_rows;
+  std::map<int, QString> m_marks;  ///< by row, from 0
   int m_rowHeight = 24;
 };
 
@@ -87,6 +92,7 @@ class CueTable : public QTreeView {
   void apply();
   [[nodiscard]] static std::vector<Marked> markedRows(const QueueList& player);
   void repaintMarks();
+  void speakMarks();
   void scrollToMarks();
   void bringIntoView(int row);
   void sizeColumns();

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 
+#include "desktop/spoken.h"
 #include "desktop/theme.h"
 
 namespace velgrove {
@@ -71,6 +72,8 @@ CueWindow::CueWindow(const Names& names, Face& face, FindPlayer find)
   setFocusOrder();
   setFocusProxy(&m_table);
   layOut();
+  speakLabel(m_linkList, "List to start");
+  speakLabel(m_linkNumber, "Cue to start");
 }
 
 void CueWindow::nameStatusLine(StatusLine& line, const char* caption, const char* tone,
@@ -207,6 +210,28 @@ void CueWindow::bindControls() {
   tie(&m_linkList, &QueueList::QListCombo);
   tie(&m_linkNumber, &QueueList::QListNumberCombo);
   m_table.bind(m_bindings, m_find);
+  m_bindings.mirror(
+      [this] {
+        const QueueList* player = m_find();
+        return player == nullptr ? std::string() : statusOf(*player);
+      },
+      [this](const std::string& status) {
+        m_statusGroup.setAccessibleDescription(QString::fromStdString(status));
+      });
+}
+
+/// Both lines as one sentence, for who doesn't see which numbers stand beside which words.
+std::string CueWindow::statusOf(const QueueList& player) {
+  const auto line = [](const std::string& mark, const Label& number, const Label& words, const Label& down,
+                       const Label& delay, const Label& up) {
+    return mark + " " + number.Caption + " " + words.Caption + ", down " + down.Caption + ", delay " +
+           delay.Caption + ", up " + up.Caption;
+  };
+  return line("Stage", player.lblStageNum, player.StageDescText, player.lblStageDown2, player.lblStageDelay2,
+              player.lblStageUp2) +
+         ". " +
+         line("Next", player.lblNextNum, player.NextDescText, player.lblNextDown, player.lblNextDelay,
+              player.lblNextUp);
 }
 
 // ---- Layout

@@ -60,6 +60,7 @@ class CueWindow : public QWidget {
 
   static void nameStatusLine(StatusLine& line, const char* caption, const char* tone,
                              const std::vector<std::pair<QLabel*, const char*>>& names);
+  [[nodiscard]] static std::string statusOf(const QueueList& player);
   void dressButtons();
   void dressEditors(const QString& suffix);
   void bindControls();

@@ -6,6 +6,7 @@
 #include <array>
 
 #include "desktop/dress.h"
+#include "desktop/spoken.h"
 #include "desktop/theme.h"
 
 namespace velgrove {
@@ -22,6 +23,7 @@ EffectsWindow::EffectsWindow(Face& face, EffectsQueue& effects) : m_bindings(fac
   setObjectName("EffectsQueue");
   dress();
   layOut();
+  speakLabel(m_choice, "Kind of effect");
   bindControls(effects);
   setFocusProxy(&m_list);
 }

@@ -13,6 +13,7 @@
 #include "desktop/effects_window.h"
 #include "desktop/keys_window.h"
 #include "desktop/show_keys.h"
+#include "desktop/spoken.h"
 #include "desktop/theme.h"
 #include "desktop/twips.h"
 
@@ -115,6 +116,8 @@ void FrameWindow::build() {
   addFloating<frmKeys, KeysWindow>(m_desk.windows.Keys);
   connect(m_children, &QMdiArea::subWindowActivated, this, &FrameWindow::onActivated);
   connect(new QShortcut(Qt::Key_F6, this), &QShortcut::activated, this, &FrameWindow::focusNextPart);
+  connect(new QShortcut(QKeySequence::Close, this), &QShortcut::activated, m_children,
+          &QMdiArea::closeActiveSubWindow);
   new ShowKeys(m_desk, m_face, m_tools, *this);
 }
 
@@ -185,6 +188,7 @@ QWidget* FrameWindow::makeBanner() {
   row->addWidget(mark);
   row->addWidget(m_bannerText, 1);
   m_banner->hide();
+  speak(*m_banner, {.role = QAccessible::AlertMessage, .name = [this] { return m_bannerText->text(); }});
   return m_banner;
 }
 
@@ -368,6 +372,9 @@ void FrameWindow::bindFrame() {
                     [this](const std::string& condition) {
                       m_bannerText->setText(QString::fromStdString(condition));
                       m_banner->setVisible(!condition.empty());
+                      if (condition.empty()) return;
+                      QAccessibleEvent alert(m_banner, QAccessible::Alert);
+                      QAccessible::updateAccessibility(&alert);
                     });
 }
 

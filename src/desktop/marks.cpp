@@ -63,6 +63,20 @@ void drawInputMark(QPainter& painter, QPointF left, double size) {
       QPolygonF{left + QPointF(0, -half), left + QPointF(size, -half), left + QPointF(size / 2, half)});
 }
 
+const char* wordsOf(Source source) {
+  switch (source) {
+    case Source::Manual:
+      return "manual";
+    case Source::Queue:
+      return "queue";
+    case Source::Input:
+      return "DMX input";
+    case Source::Submaster:
+      return "submaster";
+  }
+  return "";
+}
+
 void drawSourceMark(QPainter& painter, Source source, const QColor& colour, const QRectF& area) {
   painter.setPen(Qt::NoPen);
   painter.setBrush(colour);

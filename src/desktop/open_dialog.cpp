@@ -8,6 +8,7 @@
 #include <QSignalBlocker>
 #include <QStyle>
 
+#include "desktop/spoken.h"
 #include "desktop/theme.h"
 
 namespace velgrove {
@@ -26,6 +27,7 @@ OpenDialog::OpenDialog(QWidget* above, Face& face, frmOpenProject& form)
   all->setContentsMargins(12, 12, 12, 12);
   all->setSpacing(12);
   m_tabs.setObjectName("Tabs");
+  m_tabs.setAccessibleName("Existing or new show");
   m_tabs.addTab(makeExisting(), "Existing");
   m_tabs.addTab(makeNew(), "New");
   all->addWidget(&m_tabs, 1);
@@ -60,6 +62,7 @@ QWidget* OpenDialog::makeExisting() {
   m_pattern.setObjectName("txtSearchSpec");
   m_pattern.setAccessibleName("Files of type");
   grid->addWidget(&m_drives, 0, 0);
+  speakLabel(m_drives, "Places");
   grid->addWidget(&m_folders, 1, 0);
   grid->addWidget(&m_files, 0, 1, 2, 1);
   auto* below = new QHBoxLayout;

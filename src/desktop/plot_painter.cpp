@@ -13,9 +13,7 @@ namespace velgrove {
 namespace {
 
 constexpr Colour AtRest = 255;
-constexpr Colour ManualText = 255;
 constexpr Colour InputText = 16777215;
-constexpr Colour SubmasterText = 16744703;
 
 constexpr double GridPitch = 50;
 // Device pixels: what is larger is drawn where it stands, sharp at any zoom and without a picture of it.
@@ -114,23 +112,9 @@ class Lettering {
   QList<QGlyphRun> m_runs;
 };
 
-/// What holds a level, by the colour of its text.
-Source sourceOf(Colour text) {
-  switch (text) {
-    case ManualText:
-      return Source::Manual;
-    case InputText:
-      return Source::Input;
-    case SubmasterText:
-      return Source::Submaster;
-    default:
-      return Source::Queue;
-  }
-}
-
 void paintSourceMark(QPainter& painter, Colour text, QPointF left) {
   using plot_look::MarkSize;
-  drawSourceMark(painter, sourceOf(text), theme::ofLevelText(text),
+  drawSourceMark(painter, plot_look::sourceOf(text), theme::ofLevelText(text),
                  QRectF(left.x(), left.y() - MarkSize / 2, MarkSize, MarkSize));
 }
 

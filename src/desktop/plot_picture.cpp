@@ -8,6 +8,9 @@ namespace velgrove {
 namespace {
 
 constexpr double WidestPen = 2.2;
+constexpr Colour ManualText = 255;
+constexpr Colour InputText = 16777215;
+constexpr Colour SubmasterText = 16744703;
 
 /// A block as if its outline filled its extents, which is quick to turn.
 QRectF boxOfInsert(const Shape& insert, const WorldView& view) {
@@ -78,6 +81,19 @@ class Area {
 };
 
 }  // namespace
+
+Source plot_look::sourceOf(Colour levelText) {
+  switch (levelText) {
+    case ManualText:
+      return Source::Manual;
+    case InputText:
+      return Source::Input;
+    case SubmasterText:
+      return Source::Submaster;
+    default:
+      return Source::Queue;
+  }
+}
 
 int plot_look::textPixels(const WorldView& view) {
   constexpr int Smallest = 13;

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "controls/drawing.h"
+#include "core/show_state.h"
 
 namespace velgrove {
 
@@ -79,6 +80,8 @@ inline constexpr double Halo = 3;        ///< pixels, about a text
 inline constexpr double MarkAway = 5;    ///< pixels, of the source mark from its body
 inline constexpr double MarkSize = 7;
 
+/// What holds a level, by the colour of its text.
+[[nodiscard]] Source sourceOf(Colour levelText);
 /// Pixels; never so small that a level couldn't be read.
 [[nodiscard]] int textPixels(const WorldView& view);
 /// The middle of a text. Where the view is so small that a fixture's lines would run into each other, they

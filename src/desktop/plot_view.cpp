@@ -50,7 +50,8 @@ QRegion lineOf(const QRect& box) {
 
 }  // namespace
 
-PlotView::PlotView(Bindings& bindings, FindDocument find) : m_face(bindings.face()), m_find(std::move(find)) {
+PlotView::PlotView(Bindings& bindings, FindDocument find)
+    : m_face(bindings.face()), m_find(std::move(find)), m_voice(*this, bindings, m_find) {
   setObjectName("FlpCAD1");
   setAccessibleName("Stage plot");
   setMouseTracking(true);
@@ -278,17 +279,50 @@ void PlotView::wheelEvent(QWheelEvent* event) {
   });
 }
 
-/// A held key counts once.
-/// Delete, and Home for the whole plot: zooms and drags of the view can leave it far out of sight.
+/// Arrows and pages walk the fixtures, as long as they are held; any other key counts once. Home shows the
+/// whole plot: zooms and drags of the view can leave it far out of sight.
+std::function<void(frmDocument&)> PlotView::meaningOf(const QKeyEvent& key) {
+  constexpr int Page = 10;
+  const bool ctrl = key.modifiers().testFlag(Qt::ControlModifier);
+  const auto walk = [](int steps) { return [steps](frmDocument& document) { document.pickByKeys(steps); }; };
+  switch (key.key()) {
+    case Qt::Key_Right:
+    case Qt::Key_Down:
+      return walk(1);
+    case Qt::Key_Left:
+    case Qt::Key_Up:
+      return walk(-1);
+    case Qt::Key_PageDown:
+      return walk(Page);
+    case Qt::Key_PageUp:
+      return walk(-Page);
+    default:
+      break;
+  }
+  if (key.isAutoRepeat()) return [](frmDocument& /*document*/) {};
+  switch (key.key()) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+      return [ctrl](frmDocument& document) { ctrl ? document.addPicked() : document.openPicked(); };
+    case Qt::Key_Escape:
+      return [](frmDocument& document) { document.letPickedGo(); };
+    case Qt::Key_Home:
+      return [](frmDocument& document) { document.showWholePlot(); };
+    case Qt::Key_Delete:
+      return [](frmDocument& document) {
+        constexpr int DeleteKey = 46;
+        document.Form_KeyDown(DeleteKey);
+      };
+    default:
+      return {};
+  }
+}
+
 void PlotView::keyPressEvent(QKeyEvent* event) {
-  const bool home = event->key() == Qt::Key_Home;
-  if (event->key() != Qt::Key_Delete && !home) return QWidget::keyPressEvent(event);
-  if (event->isAutoRepeat()) return;
-  m_face.deliver([find = m_find, home] {
-    constexpr int DeleteKey = 46;
-    frmDocument* document = find();
-    if (document == nullptr) return;
-    home ? document->showWholePlot() : document->Form_KeyDown(DeleteKey);
+  const auto meaning = meaningOf(*event);
+  if (!meaning) return QWidget::keyPressEvent(event);
+  m_face.deliver([find = m_find, meaning] {
+    if (frmDocument* document = find()) meaning(*document);
   });
 }
 

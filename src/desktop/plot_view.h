@@ -7,12 +7,13 @@
 #include "desktop/binding.h"
 #include "desktop/newest.h"
 #include "desktop/plot_painter.h"
+#include "desktop/plot_voice.h"
 #include "plot/document.h"
 
 namespace velgrove {
 
 /// The plot of a document on the screen: paints what of its drawing has changed, and hands the mouse and the
-/// Delete key to it. The wheel with Ctrl zooms about the mouse, the middle button moves the view.
+/// keys to it. The wheel with Ctrl zooms about the mouse, the middle button moves the view.
 class PlotView : public QWidget {
   Q_OBJECT
 
@@ -68,6 +69,7 @@ class PlotView : public QWidget {
   void pan(QPointF from, QPointF to);
   void endPan();
   void leave();
+  static std::function<void(frmDocument&)> meaningOf(const QKeyEvent& key);
   [[nodiscard]] WorldView view() const;
   [[nodiscard]] QRect worldRect() const;
   [[nodiscard]] QRect bandRect(const Extents& band) const;
@@ -82,7 +84,8 @@ class PlotView : public QWidget {
   PlotPainter m_painter;
   Mode m_mode = Mode::Stage;
   Newest<Hand> m_motion;
-  Qt::MouseButtons m_down;            ///< whose press the drawing knows, and no release
+  Qt::MouseButtons m_down;  ///< whose press the drawing knows, and no release
+  PlotVoice m_voice;
   std::optional<QPointF> m_pannedTo;  ///< while the middle button moves the view
 };
 

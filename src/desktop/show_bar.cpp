@@ -4,6 +4,7 @@
 #include <QFrame>
 #include <QMenu>
 
+#include "desktop/spoken.h"
 #include "desktop/theme.h"
 
 namespace velgrove {
@@ -67,6 +68,7 @@ void ShowBar::addMove(QPushButton& button, const char* id, const char* role, But
   button.setText(action->text());
   const auto follow = [&button, action] {
     button.setToolTip(action->toolTip());
+    speakState(button, button.property("state").toString());
     if (button.text() != action->text()) button.setText(action->text());
     button.setEnabled(action->isEnabled());
   };
@@ -79,6 +81,7 @@ void ShowBar::addMove(QPushButton& button, const char* id, const char* role, But
       },
       [this, &button](Colour colour) {
         theme::setState(&button, "state", colour == QueueList::BrightGreen ? "ready" : "quiet");
+        speakState(button, button.property("state").toString());
         dressIcon(button);
       });
   m_row->addWidget(&button);

@@ -32,9 +32,10 @@ StatusLine::StatusLine(LightingDesk& desk, Bindings& bindings) {
   m_interface.setObjectName("interfaceState");
   m_pointerPlace.setObjectName("pointerPlace");
   m_pointerFixture.setObjectName("pointerFixture");
-  for (QLabel* label : {&m_online, &m_pointerPlace, &m_pointerFixture, static_cast<QLabel*>(&m_message)})
+  for (QLabel* label :
+       std::initializer_list<QLabel*>{&m_online, &m_pointerPlace, &m_pointerFixture, &m_message})
     label->setContentsMargins(8, 0, 8, 0);
-  for (QLabel* label : {&m_online, &m_pointerPlace, &m_pointerFixture, &m_input, &m_mode, &m_interface})
+  for (QLabel* label : {&m_online, &m_pointerFixture, &m_input, &m_mode, &m_interface})
     label->setTextFormat(Qt::PlainText);
   addWidget(&m_online);
   addWidget(&m_pointerPlace);
@@ -54,6 +55,7 @@ StatusLine::StatusLine(LightingDesk& desk, Bindings& bindings) {
   bindings.mirror([this, &desk] { return m_underPointer.read(desk); },
                   [this](const UnderPointer::Look& now) {
                     m_pointerPlace.setText(QString::fromStdString(now.placeText()));
+                    m_pointerPlace.setToolTip(QString::fromStdString(now.name));
                     m_pointerFixture.setText(QString::fromStdString(now.fixtureText()));
                   });
   bindings.mirror([&desk] { return std::pair(desk.show.DMXDimmers, desk.show.DMXSubmasters); },
@@ -85,7 +87,8 @@ void StatusLine::sizePointer() {
       .place = std::pair(-8888, -8888),
       .fixture = UnderPointer::Fixture{.channel = 888, .type = "practical", .level = 100, .blind = 100}};
   for (const auto& [label, text] :
-       {std::pair(&m_pointerPlace, longest.placeText()), std::pair(&m_pointerFixture, longest.fixtureText())})
+       {std::pair<QLabel*, std::string>(&m_pointerPlace, longest.placeText()),
+        std::pair<QLabel*, std::string>(&m_pointerFixture, longest.fixtureText())})
     label->setFixedWidth(label->fontMetrics().horizontalAdvance(QString::fromStdString(text)) + Margins);
 }
 
@@ -98,7 +101,8 @@ void StatusLine::changeEvent(QEvent* event) {
 void StatusLine::resizeEvent(QResizeEvent* event) {
   QStatusBar::resizeEvent(event);
   constexpr int RoomForPointer = 900;
-  for (QLabel* label : {&m_pointerPlace, &m_pointerFixture}) label->setVisible(width() >= RoomForPointer);
+  for (QLabel* label : std::initializer_list<QLabel*>{&m_pointerPlace, &m_pointerFixture})
+    label->setVisible(width() >= RoomForPointer);
 }
 
 StatusLine::Interface StatusLine::interfaceOf(const LightingDesk& desk) {
@@ -107,6 +111,18 @@ StatusLine::Interface StatusLine::interfaceOf(const LightingDesk& desk) {
       comm.getCurrentStatus() == Link::Up && comm.SendTimer.enabled() && comm.Condition.Caption.empty();
   const Lamp dark = desk.Splash.Window.Visible ? Lamp::Starting : Lamp::None;
   return {.lamp = up ? Lamp::Up : dark, .text = comm.Version.Caption};
+}
+
+const char* StatusLine::wordsOf(Lamp lamp) {
+  switch (lamp) {
+    case Lamp::Up:
+      return "Interface up";
+    case Lamp::Starting:
+      return "Interface starts";
+    case Lamp::None:
+      return "No interface";
+  }
+  return "";
 }
 
 void StatusLine::showInput(const QString& tool, const QString& words) {
@@ -126,6 +142,7 @@ void StatusLine::showMode(const QString& words, const char* background) {
 /// A disc while the interface is up, a ring while it starts, a triangle when there is none.
 void StatusLine::showInterface(const Interface& now) {
   m_interface.setText(QString::fromStdString(now.text));
+  m_lamp.setAccessibleName(wordsOf(now.lamp));
   constexpr int Size = 12;
   QPixmap lamp(QSize(Size, Size) * devicePixelRatioF());
   lamp.setDevicePixelRatio(devicePixelRatioF());

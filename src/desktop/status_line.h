@@ -30,15 +30,16 @@ class StatusLine : public QStatusBar {
     friend bool operator==(const Interface&, const Interface&) = default;
   };
   [[nodiscard]] static Interface interfaceOf(const LightingDesk& desk);
+  static const char* wordsOf(Lamp lamp);
   void showInput(const QString& tool, const QString& words);
   void showMode(const QString& words, const char* background);
   void showInterface(const Interface& now);
 
   void sizePointer();
 
-  QLabel m_online, m_pointerPlace, m_pointerFixture;
+  QLabel m_online, m_pointerFixture;
   UnderPointer m_underPointer;
-  ElidingLabel m_message;
+  ElidingLabel m_pointerPlace, m_message;
   QLabel m_inputIcon, m_input, m_mode, m_lamp, m_interfaceIcon, m_interface;
 };
 

@@ -49,6 +49,9 @@ class SpokenCell : public QAccessibleWidget {
  public:
   explicit SpokenCell(SubCell* cell) : QAccessibleWidget(cell, QAccessible::Button) {}
 
+  [[nodiscard]] QString text(QAccessible::Text kind) const override {
+    return kind == QAccessible::Name ? cell().words() : QAccessibleWidget::text(kind);
+  }
   [[nodiscard]] QStringList actionNames() const override {
     if (cell().look().shut) return {showMenuAction(), setFocusAction()};
     return {pressAction(), toggleAction(), showMenuAction(), setFocusAction()};
@@ -82,20 +85,27 @@ SubCell::SubCell() {
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
 }
 
+/// Of the cells only the one with the focus speaks up, and not of the input: that may move all of them for as
+/// long as it likes.
 void SubCell::setLook(const Look& look) {
   m_look = look;
   if (look.shut) m_pressed.reset();
-  speak();
+  if (hasFocus() && !look.follows) speak();
   update();
 }
 
 void SubCell::speak() {
+  QAccessibleEvent renamed(this, QAccessible::NameChanged);
+  QAccessible::updateAccessibility(&renamed);
+}
+
+QString SubCell::words() const {
   const QString number = text(m_look.number);
   const QString level = text(m_look.level) + " per cent" + (m_look.follows ? " by DMX input" : "");
   const QString name = text(m_look.name).trimmed();
-  setAccessibleName(m_current == Part::Level
-                        ? "Level of submaster " + number + ", " + level
-                        : "Submaster " + number + ", " + (name.isEmpty() ? "" : name + ", ") + level);
+  return m_current == Part::Level
+             ? "Level of submaster " + number + ", " + level
+             : "Submaster " + number + ", " + (name.isEmpty() ? "" : name + ", ") + level;
 }
 
 int SubCell::percent() const {

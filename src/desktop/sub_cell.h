@@ -31,6 +31,7 @@ class SubCell : public QWidget {
   /// Gives a part the focus.
   void focusOn(Part part);
   [[nodiscard]] Part current() const { return m_current; }
+  [[nodiscard]] QString words() const;  ///< what assistive tools say of it
   /// As a click on the part does.
   void act(Part part);
 
@@ -59,7 +60,7 @@ class SubCell : public QWidget {
   [[nodiscard]] std::optional<Part> partAt(QPoint at) const;
   [[nodiscard]] int percent() const;
   void setHover(std::optional<Part> part);
-  void speak();
+  void speak();  ///< what it says is another now
   void paintButton(QPainter& painter) const;
   void paintName(QPainter& painter) const;
   void paintLevel(QPainter& painter) const;

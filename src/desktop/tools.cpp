@@ -60,14 +60,19 @@ void Tools::makeActions() {
     action->setObjectName(QString::fromStdString(tool.Id));
     action->setCheckable(isToggle(tool.Id));
     action->setMenuRole(QAction::NoRole);
-    connect(action, &QAction::triggered, this, [this, action, id = tool.Id] {
+    const auto press = [this, action, id = tool.Id] {
       const auto at = static_cast<std::size_t>(std::ranges::find(m_ids, id) - m_ids.begin());
       if (at < m_shown.size()) {
         const QSignalBlocker quiet(action);
         action->setChecked(m_shown[at].pressed);  // the desk says what is pressed, not the click
       }
       click(id);
-    });
+    };
+    // An assistive tool turns over what shows a state, and clicks nothing.
+    if (action->isCheckable())
+      connect(action, &QAction::toggled, this, press);
+    else
+      connect(action, &QAction::triggered, this, press);
     m_ids.push_back(tool.Id);
     m_actions.emplace(tool.Id, action);
   }
@@ -134,6 +139,7 @@ void Tools::show() {
     action->setText(QString::fromStdString(look.caption));
     action->setToolTip(tipOf(look));
     action->setEnabled(look.enabled);
+    const QSignalBlocker quiet(action);
     action->setChecked(look.pressed);
   }
 }

@@ -31,6 +31,9 @@ UnderPointer::Look UnderPointer::read(const LightingDesk& desk) {
     const auto& at = document->FlpCAD1.pointer();
     if (at) return read(desk.show, *document, *at);
   }
+  for (const auto& document : desk.windows.Documents)
+    if (const auto fixture = document->pickedByKeys())
+      return {.place = {}, .fixture = told(*fixture, desk.show), .name = fixture->FixtureName};
   return {};
 }
 
@@ -49,7 +52,7 @@ UnderPointer::Look UnderPointer::read(const ShowState& show, const frmDocument& 
 }
 
 std::string UnderPointer::Look::placeText() const {
-  if (!place) return {};
+  if (!place) return name;
   return "X " + std::to_string(place->first) + "  Y " + std::to_string(place->second);
 }
 

@@ -7,7 +7,7 @@
 
 namespace velgrove {
 
-/// What the mouse is over on a plot, for the foot of the frame.
+/// What the mouse is over on a plot, or else what the keys picked there, for the foot of the frame.
 class UnderPointer {
  public:
   struct Fixture {
@@ -20,9 +20,10 @@ class UnderPointer {
   struct Look {
     std::optional<std::pair<int, int>> place;  ///< world units; none while the mouse is elsewhere
     std::optional<Fixture> fixture;
+    std::string name = {};  ///< of a fixture that the keys picked
     friend bool operator==(const Look&, const Look&) = default;
 
-    [[nodiscard]] std::string placeText() const;    ///< "X 512  Y 340"
+    [[nodiscard]] std::string placeText() const;    ///< "X 512  Y 340", or the name
     [[nodiscard]] std::string fixtureText() const;  ///< "12 leko, 46 %", in Blind "12 leko, 46 %, blind 30 %"
   };
 

@@ -24,13 +24,6 @@ Finding about(const clsFixture& fixture, What what, std::string text) {
           .light = nameOf(fixture)};
 }
 
-/// The channels of a moving light's position are fixtures too, far beside the plot, so that cues keep them.
-/// On a wide window a light itself can stand somewhat beside it.
-bool isPosition(const clsFixture& fixture) {
-  constexpr double FarBeside = 0.75 * OutOfSight;
-  return fixture.IconShape == MovingLight && fixture.x >= FarBeside;
-}
-
 bool isMovingLight(const clsFixture& fixture) {
   return fixture.IconShape == MovingLight && !isPosition(fixture) && isChannel(fixture.Channel);
 }

@@ -181,6 +181,21 @@ class frmDocument {
   void AGauge2_Change();
   void Form_KeyDown(int keyCode);  ///< 46 is Delete
 
+  // ---- The plot by the keyboard. Keys pick and never drag; a plot that is locked or under the mouse leaves
+  // them
+
+  /// Picks the fixture so many further on by channel, from the one picked last; at either end it stays there.
+  /// The view follows.
+  void pickByKeys(int steps);
+  void openPicked();   ///< opens the dialog of the fixture that the keys picked
+  void addPicked();    ///< takes it into the multi-selection
+  void letPickedGo();  ///< nothing is picked or selected any more
+  /// The fixture that the keys picked, until the mouse picks one or the tool is put away; or none.
+  [[nodiscard]] std::shared_ptr<clsFixture> pickedByKeys() const { return m_byKeys ? picked() : nullptr; }
+  /// The fixtures that the keys walk: by channel, without the channels of moving lights that stand out of
+  /// sight.
+  [[nodiscard]] std::vector<std::shared_ptr<clsFixture>> fixturesByChannel() const;
+
   void TallyInputs_Timer();
   void UpdateDisplay_Timer();
 
@@ -224,6 +239,7 @@ class frmDocument {
   /// show.
   [[nodiscard]] std::shared_ptr<clsFixture> fixtureAt(Point at) const;
   void openFixtureAt(Point at);
+  void openFixture(const std::shared_ptr<clsFixture>& fixture, Point at);
   void deleteFixtureAt(Point at);
   void giveChannelBack(const clsFixture& fixture);
   void takeOffShow(const clsFixture& fixture) const;
@@ -236,6 +252,7 @@ class frmDocument {
   [[nodiscard]] std::shared_ptr<clsFixture> picked() const;
   [[nodiscard]] std::vector<std::shared_ptr<clsFixture>> ownSelection() const;
   void deselect(const clsFixture& fixture);
+  void pick(const std::shared_ptr<clsFixture>& fixture);
   void paint(Colour colour, std::initializer_list<ShapeNumber> shapes);
   void mark(const clsFixture& fixture);
   void unmark(const clsFixture& fixture);
@@ -258,6 +275,7 @@ class frmDocument {
   }
   void sizeScrollBars();
   void showLimits(const Extents& limits);
+  void bringIntoView(const Extents& part);
   void followView();
 
   ShowState& m_show;
@@ -265,7 +283,8 @@ class frmDocument {
   ErrorPattern& m_errors;
   Wiring m_wiring;
   int m_textLayer = 1;
-  int m_hScroll = 0;  ///< value at the last change
+  bool m_byKeys = false;  ///< who picked last
+  int m_hScroll = 0;      ///< value at the last change
   int m_vScroll = 0;
   std::optional<Extents> m_rubberBand;  ///< the one drawn last
 };

@@ -40,8 +40,10 @@ std::shared_ptr<clsFixture> frmDocument::fixtureAt(Point at) const {
 }
 
 void frmDocument::openFixtureAt(Point at) {
-  const auto fixture = fixtureAt(at);
-  if (fixture == nullptr) return;
+  if (const auto fixture = fixtureAt(at)) openFixture(fixture, at);
+}
+
+void frmDocument::openFixture(const std::shared_ptr<clsFixture>& fixture, Point at) {
   m_show.CurrentFixture = fixture;
   if (m_wiring.openFixture) m_wiring.openFixture(FlpCAD1.toPixels(at));
   m_show.SelectedFixtureType = fixture->IconShape;

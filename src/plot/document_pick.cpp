@@ -109,15 +109,21 @@ void frmDocument::forgetSelection() {
   m_show.SelectedFixture = nullptr;
 }
 
+/// From now on it is the one that turns.
+void frmDocument::pick(const std::shared_ptr<clsFixture>& fixture) {
+  if (const auto before = picked()) unmark(*before);
+  m_show.SelectedFixture = fixture;
+  FixtureSelected = true;
+  if (MouseMode == tools::Select) m_show.SelectedFixtureType = fixture->IconShape;
+}
+
 void frmDocument::FlpCAD1_ShapeNumberSelected(int type, ShapeNumber number) {
   if (type != shape_types::BlockOrGroup) return;
   m_errors.run([&] {
     const auto fixture = GetFixtureObject(number);
-    if (const auto before = picked()) unmark(*before);
-    m_show.SelectedFixture = fixture;
-    FixtureSelected = true;
+    pick(fixture);
+    m_byKeys = false;
     const bool selecting = MouseMode == tools::Select;
-    if (selecting) m_show.SelectedFixtureType = fixture->IconShape;
     if (selecting && (FlpCAD1.keys() & mouse::Ctrl) != 0) return addToSelection(fixture);
     mark(*fixture);
     if (selecting) startDrag(*fixture);

@@ -24,6 +24,7 @@ void frmDocument::clearControls() {
       },
       [&] {
         if (const auto fixture = picked()) unmark(*fixture);
+        m_byKeys = false;
       },
       [&] {
         FlpCAD1.RubberBand = false;

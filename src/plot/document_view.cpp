@@ -60,6 +60,16 @@ void frmDocument::showLimits(const Extents& limits) {
   followView();
 }
 
+/// Moves no further than it takes to see the part whole.
+void frmDocument::bringIntoView(const Extents& part) {
+  const Extents& now = FlpCAD1.limits();
+  const double right = std::max(part.right - now.right, 0.0) + std::min(part.left - now.left, 0.0);
+  const double up = std::max(part.top - now.top, 0.0) + std::min(part.bottom - now.bottom, 0.0);
+  if (right == 0 && up == 0) return;
+  showLimits(
+      {.left = now.left + right, .top = now.top + up, .right = now.right + right, .bottom = now.bottom + up});
+}
+
 /// Sets the scroll bars where the view stands, without moving it.
 void frmDocument::followView() {
   const auto onBar = [](double units) {
