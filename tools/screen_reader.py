@@ -94,6 +94,9 @@ class Reader:
         need(lambda: self.find_window(title) is not None, f"no window {title!r} to read")
         return self.find_window(title)
 
+    def wait_gone(self, title):
+        need(lambda: self.find_window(title) is None, f"the window {title!r} stays")
+
     def inner_windows(self, window):
         return [node for area in self._with_role(window, "layered pane") for node in area
                 if node.getRoleName() == "frame" and self._shows(node)]

@@ -133,6 +133,16 @@ QList<QMdiSubWindow*> ChildArea::openWindows() const {
   return open;
 }
 
+void ChildArea::activateNext(int step) {
+  auto windows = subWindowList(QMdiArea::CreationOrder);
+  windows.removeIf([](const QMdiSubWindow* window) { return !window->isVisible(); });
+  if (windows.isEmpty()) return;
+  const auto next = (windows.indexOf(currentSubWindow()) + step + windows.size()) % windows.size();
+  if (windows[next]->isMinimized()) windows[next]->showNormal();
+  setActiveSubWindow(windows[next]);
+  windows[next]->widget()->setFocus(Qt::ShortcutFocusReason);
+}
+
 void ChildArea::arrange(Arrangement::Code how) {
   m_byHand = true;
   switch (how) {

@@ -17,6 +17,9 @@ class ChildArea : public QMdiArea {
 
   enum class Place { Plot, UpperList, LowerList, Floating };
   void add(QMdiSubWindow* window, Place place);
+  /// Goes to the window that stands so many further on in the order in which they were made, out of its icon.
+  /// The toolkit's own way goes to and fro between the two that were used last.
+  void activateNext(int step);
   void arrange(Arrangement::Code how);
   void layOut();
 

@@ -1,7 +1,6 @@
 #include "desktop/child_window.h"
 
 #include <QCloseEvent>
-#include <QKeyEvent>
 #include <QMdiArea>
 #include <QScopedValueRollback>
 #include <QWindowStateChangeEvent>
@@ -114,14 +113,6 @@ void ChildWindow::changeEvent(QEvent* event) {
   m_bindings.face().deliver([this, state] {
     if (Form* form = m_find()) form->WindowState = state;
   });
-}
-
-/// A window that the keys came to in its icon opens by Enter.
-void ChildWindow::keyPressEvent(QKeyEvent* event) {
-  const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-  if (!enter || !isMinimized()) return QMdiSubWindow::keyPressEvent(event);
-  showNormal();
-  widget()->setFocus(Qt::ShortcutFocusReason);
 }
 
 void ChildWindow::mousePressEvent(QMouseEvent* event) {

@@ -26,13 +26,10 @@ DocumentWindow::DocumentWindow(Face& face, FindDocument find, std::function<Plot
     : m_find(std::move(find)),
       m_bindings(face),
       m_plot(new PlotView(m_bindings, m_find)),
-      m_gauge(
-          m_bindings,
-          [find = m_find] {
-            frmDocument* document = find();
-            return document == nullptr ? nullptr : &document->AGauge2;
-          },
-          this) {
+      m_gauge(m_bindings, [find = m_find] {
+        frmDocument* document = find();
+        return document == nullptr ? nullptr : &document->AGauge2;
+      }) {
   setObjectName("frmDocument");
   auto* grid = new QGridLayout(this);
   grid->setContentsMargins(0, 0, 0, 0);
@@ -48,6 +45,7 @@ DocumentWindow::DocumentWindow(Face& face, FindDocument find, std::function<Plot
   bindScrollBar(m_horizontal, [](frmDocument& document) { return &document.HScroll1; });
   bindScrollBar(m_vertical, [](frmDocument& document) { return &document.VScroll1; });
   m_bindings.mirror(std::move(mode), [this](PlotView::Mode now) { m_plot->setMode(now); });
+  m_gauge.setParent(this);  // last, so that Tab comes to it behind the plot and not in front of the window
   setFocusProxy(m_plot);
   connect(m_plot, &PlotView::wheelTurned, this, &DocumentWindow::scroll);
 }

@@ -22,7 +22,7 @@ PlotVoice::PlotVoice(QWidget& plot, Bindings& bindings, FindDocument find)
 
 /// True when another fixture is picked; levels that change are told to whoever asks.
 bool PlotVoice::copy() {
-  const frmDocument* document = QAccessible::isActive() ? m_find() : nullptr;
+  const frmDocument* document = someoneListens() ? m_find() : nullptr;
   if (document == nullptr) return false;
   const auto picked = document->pickedByKeys();
   const bool another = m_picked.lock() != picked;

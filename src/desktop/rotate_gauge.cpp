@@ -36,8 +36,7 @@ QPointF onDial(double degrees, double radius) {
 
 }  // namespace
 
-RotateGauge::RotateGauge(Bindings& bindings, const Bindings::Find<Gauge>& find, QWidget* parent)
-    : QDial(parent) {
+RotateGauge::RotateGauge(Bindings& bindings, const Bindings::Find<Gauge>& find) {
   setObjectName("AGauge2");
   setAccessibleName("Rotation");
   setToolTip("Rotation of the picked fixture");

@@ -17,7 +17,7 @@ class RotateGauge : public QDial {
   Q_OBJECT
 
  public:
-  RotateGauge(Bindings& bindings, const Bindings::Find<Gauge>& find, QWidget* parent);
+  RotateGauge(Bindings& bindings, const Bindings::Find<Gauge>& find);
 
  protected:
   void paintEvent(QPaintEvent* event) override;

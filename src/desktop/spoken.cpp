@@ -8,6 +8,17 @@
 namespace velgrove {
 namespace {
 
+/// Told by the toolkit when the first tool comes and the last one goes.
+class Listener : public QAccessible::ActivationObserver {
+ public:
+  Listener() : there(QAccessible::isActive()) { QAccessible::installActivationObserver(this); }
+  ~Listener() override { QAccessible::removeActivationObserver(this); }
+  Listener(const Listener&) = delete;
+  Listener& operator=(const Listener&) = delete;
+  void accessibilityActiveChanged(bool active) override { there = active; }
+  bool there;
+};
+
 /// Stays with its widget, and is how the toolkit's question finds what to say.
 class Voice : public QObject {
  public:
@@ -121,13 +132,18 @@ QAccessibleInterface* spoken(const QString& /*kind*/, QObject* object) {
 
 }  // namespace
 
+bool someoneListens() {
+  static const Listener listener;
+  return listener.there;
+}
+
 void speak(QWidget& widget, Spoken spoken, SpokenParts parts) {
   QAccessible::installFactory(velgrove::spoken);
   new Voice(widget, std::move(spoken), std::move(parts));
 }
 
 void speakCurrent(QWidget& widget) {
-  if (!QAccessible::isActive()) return;
+  if (!someoneListens()) return;
   const QAccessibleInterface* whole = QAccessible::queryAccessibleInterface(&widget);
   QAccessibleEvent event(&widget, QAccessible::Focus);
   if (const QAccessibleInterface* now = whole->focusChild(); now != nullptr && now != whole)

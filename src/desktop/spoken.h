@@ -26,6 +26,9 @@ struct SpokenParts {
   std::function<int()> current;           ///< the one that has the focus in the widget; -1 for none
 };
 
+/// Whether an assistive tool is there; what only such a tool needs isn't copied without one.
+[[nodiscard]] bool someoneListens();
+
 /// Once, while the widget is made.
 void speak(QWidget& widget, Spoken spoken, SpokenParts parts = {});
 

@@ -23,12 +23,16 @@ OF_THE_CODE = re.compile(r"_|\b[a-z]+[A-Z]|\b(cmd|frm|txt|lbl|chk|mnu|ID)[A-Z]")
 EVENTS_OF_A_FADE = 20  # its frames alone are more than thirty a second
 
 
+def nothing(desk):
+    pass
+
+
 class Window(NamedTuple):
     """A window of the desk, how it is opened and how it goes."""
 
     title: str  # a pattern
-    open: Callable = lambda desk: None
-    close: Callable = lambda desk: None
+    open: Callable = nothing
+    close: Callable = nothing
 
 
 def keys(*names):
@@ -39,10 +43,18 @@ def button(name, role="push button", action="Press", of="^Velgrove - "):
     return lambda desk: desk.reader.act(desk.reader.window(of), role, name, action)
 
 
+def on(role, name, *names, of="^Velgrove - "):
+    """Goes to an element and presses keys: a window that comes up by keys gets the focus of its own."""
+    def press(desk):
+        desk.reader.focus(desk.reader.window(of), role, name)
+        screen.keys(*names)
+    return press
+
+
 def fixture(kind):
     """The dialog of the first fixture of a kind, from the plot and by keys."""
     def open_it(desk):
-        plot = desk.reader.element(desk.reader.window(desk.plot), "list", "^Stage plot$")
+        plot = desk.reader.element(desk.reader.window(f"^{re.escape(desk.plot)}$"), "list", "^Stage plot$")
         names = [fixture.name for fixture in plot.accessible]
         at = next(at for at, name in enumerate(names) if bool(re.match(r"\d+ icue", name)) == (kind == "icue"))
         plot.accessible.queryComponent().grabFocus()
@@ -72,12 +84,14 @@ WINDOWS = (
     Window("DMX Output", button("^Output Bars$"), PUT_AWAY),
     Window("^Grand Master$", keys("F4"), ESCAPE),
     Window("^Preferences$", PREFERENCES),
-    Window("^Internal Timing$", button("^Velgrove timings$", of="^Preferences$"), ESCAPE),
+    Window("^Velgrove$", button("^Velgrove timings$", of="^Preferences$"), keys("Return")),
+    Window("^Internal Timing$", close=ESCAPE),
     # The strip of the submasters comes up, and what stands over it.
-    Window("^Velgrove - ", lambda desk: (PREFERENCES(desk), button("Show", "check box", "Toggle", of="^Preferences$")(desk),
-                                         button("^Save$", of="^Preferences$")(desk))),
-    Window("^1$", button("^Submaster 1,"), ESCAPE),
-    Window("^Sub Master$", button("^Submaster 1,", action="ShowMenu"), ESCAPE),
+    Window("^Velgrove - ", lambda desk: (button("Show", "check box", "Toggle", of="^Preferences$")(desk),
+                                         button("^Save$", of="^Preferences$")(desk),
+                                         desk.reader.wait_gone("^Preferences$"))),
+    Window("^1$", on("push button", "^Submaster 1,", "Return"), ESCAPE),
+    Window("^Sub Master$", on("push button", "^Submaster 1,", "Menu"), ESCAPE),
     Window("^Loop Configuration$", button("^Loop$", of="^XY - CueList$"), ESCAPE),
     Window("^Fixture$", fixture("conventional")),
     tab("^Fixture$", "Properties"),
@@ -164,6 +178,8 @@ class EveryWindow(ADesk):
             window.open(self.desk)
             self.check(window.title)
             window.close(self.desk)
+            if window.close is not nothing:
+                self.reader.wait_gone(window.title)
 
 
 class TheEvening(ADesk):
