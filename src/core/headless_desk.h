@@ -28,6 +28,8 @@ class HeadlessDesk {
     std::filesystem::path graphics = {};  ///< without it fixtures are plain boxes, since nobody looks
     DriveRoots drives = {};
     Disk disk = systemDisk();
+    std::filesystem::path firstShows = {};
+    std::filesystem::path offered = {};  ///< a show on which the first dialog stands
   };
 
   /// `onBox` is the operator's answer to each box.

@@ -142,6 +142,8 @@ LightingDesk::Wiring LiveDesk::wiring() {
       .settingsFolder = places.settings,
       .applicationFolder = places.application,
       .dataFolder = places.data,
+      .firstShows = places.firstShows,
+      .offered = m_options.show,
       .drives = m_options.places ? systemDriveRoots() : DriveRoots{},
       .raisePriority = raisePriority,
       .quit = [this] { end(); },

@@ -10,6 +10,7 @@ struct Places {
   std::filesystem::path application;  ///< folder of the executable
   std::filesystem::path graphics;     ///< shapes and cursors
   std::filesystem::path data;         ///< new shows and the recent list; made at the first save
+  std::filesystem::path firstShows;   ///< that an installed desk brings to a new user; empty: none
   std::filesystem::path settings;     ///< the settings' files; made at the first change
 };
 
