@@ -119,6 +119,13 @@ bool Tools::copy() {
   return changed;
 }
 
+/// A key that is heard elsewhere stands in the column of the menu all the same.
+QString Tools::textOf(const Look& look, const QAction& action) {
+  const QString words = QString::fromStdString(look.caption);
+  const bool elsewhere = !look.key.empty() && action.shortcut().isEmpty();
+  return elsewhere ? words + '\t' + QString::fromStdString(look.key) : words;
+}
+
 QString Tools::tipOf(const Look& look) {
   const QString words = QString::fromStdString(look.tip.empty() ? look.caption : look.tip).remove('&');
   return look.key.empty() ? words : words + " (" + QString::fromStdString(look.key) + ")";
@@ -131,7 +138,8 @@ void Tools::show() {
     if (m_shown[i] == look) continue;
     m_shown[i] = look;
     QAction* action = m_actions.at(m_ids[i]);
-    action->setText(QString::fromStdString(look.caption));
+    action->setText(textOf(look, *action));
+    action->setIconText(QString::fromStdString(look.caption).remove('&'));
     action->setToolTip(tipOf(look));
     action->setEnabled(look.enabled);
     action->setChecked(look.pressed);
