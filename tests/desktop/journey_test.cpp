@@ -81,7 +81,7 @@ TEST(Journey, GoRunsTheLightThroughTheRowsAndOntoThePlot) {
   EXPECT_EQ(rowColour(house, 2, 0.75), theme::colour("stageLit"));
   EXPECT_EQ(rowColour(house, 3, 0.25), theme::colour("nextDim"));
   EXPECT_EQ(named("ID_CueWindow").accessibleDescription(),
-            "Queue # 1.00 Preset, house open, next 1.50 House to half");
+            "Queue # 1.00 Preset, house open, next 2.00 House to half");
   EXPECT_EQ(named<QLabel>("XYQueueList/lblStageNum").text(), "1.00");
   EXPECT_EQ(named<QLabel>("XYQueueList/NextDescText").text(), "House to half");
 }
