@@ -131,7 +131,7 @@ AB = [
     (6, "Stars", (4, 4, 0), look((CYC_BLUE, 90), (MOVERS, 120), *ON_THRONE), None),
     (7, "Dawn", (10, 10, 0), look((CYC_AMBER, 200), (CYC_BLUE, 60), *OUTWARDS), None),
     (8, "Full day", (3, 3, 0), look((CYC_AMBER, 160), (CYC_BLUE, 230), *OUTWARDS), None),
-    (9, "Dance, loop to 10.00", (3, 3, 0), look((CYC_AMBER, 230), (CYC_BLUE, 90), (MOVERS, 220), *OUTWARDS), None),
+    (9, "Dance, beams outwards", (3, 3, 0), look((CYC_AMBER, 230), (CYC_BLUE, 90), (MOVERS, 220), *OUTWARDS), None),
     (10, "Dance, beams crossed", (2, 2, 0), look((CYC_AMBER, 120), (CYC_BLUE, 180), (MOVERS, 220), *CROSSED), None),
     (11, "Sky and movers out", (5, 5, 0), look(*ON_BOWS), None),
     (12, "Bows", (2, 2, 0), look((CYC_AMBER, 180), (CYC_BLUE, 120), (MOVERS, 255), *ON_BOWS), None),
@@ -175,8 +175,9 @@ def fixtures():
         for channel, (x, name, colour) in row.items():
             yield fixture(kind, angle, x, y, channel, name, watts, colour)
             if SHAPES[kind] == MOVING_LIGHT:
-                for axis, title in enumerate("XY", 1):
-                    yield fixture(kind, 0, x + OUT_OF_SIGHT, y + OUT_OF_SIGHT, channel + axis, f"{name}, {title}", 0, "")
+                for axis, title in enumerate(("X", "Y"), 1):
+                    aside = x + OUT_OF_SIGHT, y + OUT_OF_SIGHT
+                    yield fixture(kind, 0, *aside, channel + axis, f"{name}, {title}", 0, "")
 
 
 SUBMASTERS = [
