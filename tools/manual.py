@@ -68,7 +68,7 @@ class Reader(html.parser.HTMLParser):
 
     @property
     def text(self):
-        return " ".join(" ".join(self.words).split())
+        return " ".join("".join(self.words).split())
 
 
 class Page:
@@ -157,7 +157,7 @@ def make(folder, to):
     write(to, "manual.css", style(folder))
     for at, page in enumerate(pages):
         write(to, page.file, PAGE.format(title=html.escape(page.title), pager=pager(pages, at), body=page.body))
-    write(to, "pages.json", json.dumps([{"file": page.file, "title": page.title, "text": page.read.text}
+    write(to, "pages.json", json.dumps([{"file": page.file, "title": page.title, "text": page.read.text.removeprefix(page.title).strip()}
                                         for page in pages], indent=1))
 
 

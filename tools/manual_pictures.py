@@ -18,7 +18,7 @@ from on_screen import DEMO, PROGRAMS, ROOT, Booth, Box, Screen, need
 from screenshots import small
 
 SIZE = (1280, 800)
-WIDEST = 740  # pixels: what the help window shows beside its contents
+WIDEST = 700  # pixels: what the help window shows beside its contents
 LARGEST = 120_000  # bytes
 
 # Where the parts of the desk stand on a screen of that size.

@@ -10,7 +10,7 @@ namespace velgrove {
 namespace {
 
 constexpr int CharactersBefore = 30;  // the found word
-constexpr int CharactersAround = 110;
+constexpr int CharactersAround = 90;
 
 bool has(const QString& text, const QString& word) {
   return text.contains(word, Qt::CaseInsensitive);
@@ -19,8 +19,11 @@ bool has(const QString& text, const QString& word) {
 QString wordsAround(const QString& text, const QString& word) {
   const auto place = text.indexOf(word, 0, Qt::CaseInsensitive);
   if (place < 0) return {};
-  const auto begin = place > CharactersBefore ? text.indexOf(' ', place - CharactersBefore) + 1 : 0;
-  return (begin > 0 ? "... " : "") + text.mid(std::min(begin, place), CharactersAround);
+  const auto begin =
+      place > CharactersBefore ? std::min(text.indexOf(' ', place - CharactersBefore) + 1, place) : 0;
+  const auto after = text.indexOf(' ', begin + CharactersAround);
+  return (begin > 0 ? "... " : "") + text.mid(begin, after < 0 ? -1 : after - begin) +
+         (after < 0 ? "" : " ...");
 }
 
 }  // namespace

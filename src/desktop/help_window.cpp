@@ -34,13 +34,13 @@ QString pageColours() {
     a { color: @nextText; text-decoration: none; }
     code, kbd { color: @queue; }
     pre { background-color: @well; color: @text2; }
-    table { border-color: @line; border-collapse: collapse; border-style: solid; border-width: 1px; }
+    table { margin-top: 8px; margin-bottom: 12px; border-color: @line; border-collapse: collapse; border-style: solid; border-width: 1px; }
     td, th { border: 1px solid @line; padding: 4px 9px; }
     th { color: @text2; background-color: @raised; text-align: left; }
-    .pager, .figure { color: @text2; }
-    .note { background-color: @raised; }
+    blockquote { color: @warn; margin-left: 18px; margin-right: 18px; }
+    .pager { color: @text2; }
   )";
-  for (const char* token : {"text2", "nextText", "text", "queue", "well", "line", "raised"})
+  for (const char* token : {"text2", "nextText", "text", "queue", "warn", "well", "line", "raised"})
     sheet.replace(QString("@") + token, theme::colour(token).name());
   return sheet;
 }
@@ -112,11 +112,14 @@ void HelpWindow::listen() {
   m_forward.setEnabled(false);
   connect(&m_page, &QTextBrowser::backwardAvailable, &m_back, &QPushButton::setEnabled);
   connect(&m_page, &QTextBrowser::forwardAvailable, &m_forward, &QPushButton::setEnabled);
-  connect(&m_page, &QTextBrowser::sourceChanged, this, &HelpWindow::markRow);
+  connect(&m_page, &QTextBrowser::historyChanged, this, &HelpWindow::markRow);
   connect(&m_contents, &QListWidget::itemClicked, this, &HelpWindow::openRow);
   connect(&m_contents, &QListWidget::itemActivated, this, &HelpWindow::openRow);
   connect(&m_search, &QLineEdit::textChanged, this, &HelpWindow::search);
-  connect(&m_search, &QLineEdit::returnPressed, this, [this] { openRow(m_contents.item(0)); });
+  connect(&m_search, &QLineEdit::returnPressed, this, [this] {
+    openRow(m_contents.item(0));
+    if (m_contents.count() > 0) m_page.setFocus();
+  });
 }
 
 void HelpWindow::addKeys() {
@@ -153,24 +156,24 @@ void HelpWindow::readPages() {
   colourPage();
   enlarge(0);
   showContents();
-  open(FirstPage);
+  openPage(FirstPage);
 }
 
 // ---- What is read
 
-void HelpWindow::open(const QString& file) {
+void HelpWindow::openPage(const QString& file) {
   m_page.setSource(QUrl::fromLocalFile(m_folder + '/' + file));
 }
 
 void HelpWindow::openRow(const QListWidgetItem* row) {
   if (row == nullptr) return;
-  open(row->data(FileOfRow).toString());
+  openPage(row->data(FileOfRow).toString());
   markWords();
 }
 
 void HelpWindow::goHome() {
   m_search.clear();
-  open(FirstPage);
+  openPage(FirstPage);
 }
 
 void HelpWindow::search() {

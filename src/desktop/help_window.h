@@ -33,7 +33,7 @@ class HelpWindow : public FormDialog {
   void listen();
   void addKeys();
   void readPages();
-  void open(const QString& file);
+  void openPage(const QString& file);
   void openRow(const QListWidgetItem* row);
   void goHome();
   void search();

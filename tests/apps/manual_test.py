@@ -38,7 +38,7 @@ class ManualTest(unittest.TestCase):
         self.assertIn('href="index.html">the front', made["cues.html"])
         self.assertRegex(made["manual.css"], r"color: #\w{6};")
         self.assertEqual([page["title"] for page in json.loads(made["pages.json"])], ["Velgrove", "Cues"])
-        self.assertIn("Times Back to times", json.loads(made["pages.json"])[1]["text"])
+        self.assertIn("Times Back to times or to the front.", json.loads(made["pages.json"])[1]["text"])
 
     def test_a_fault_is_named_with_its_page(self):
         for files, fault in (
