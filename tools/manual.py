@@ -86,6 +86,11 @@ class Page:
         self.body = re.sub(r'href="\d\d-([a-z-]+)\.md', r'href="\1.html', body)
         self.read = Reader(self.body)
 
+    @property
+    def searched(self):
+        """The text below the title. The first page names all the others, and would be found for any word."""
+        return "" if self.file == FRONT else self.read.text.removeprefix(self.title).strip()
+
 
 def pager(pages, at):
     def link(page, words):
@@ -157,7 +162,7 @@ def make(folder, to):
     write(to, "manual.css", style(folder))
     for at, page in enumerate(pages):
         write(to, page.file, PAGE.format(title=html.escape(page.title), pager=pager(pages, at), body=page.body))
-    write(to, "pages.json", json.dumps([{"file": page.file, "title": page.title, "text": page.read.text.removeprefix(page.title).strip()}
+    write(to, "pages.json", json.dumps([{"file": page.file, "title": page.title, "text": page.searched}
                                         for page in pages], indent=1))
 
 

@@ -5,6 +5,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <algorithm>
+#include <functional>
 
 namespace velgrove {
 namespace {
@@ -48,13 +49,14 @@ QStringList searchWords(const QString& typed) {
 std::vector<HelpHit> searchHelp(const std::vector<HelpPage>& pages, const QStringList& words) {
   if (words.isEmpty()) return {};
   std::vector<HelpHit> hits;
-  const auto allIn = [&words](const QString& text) {
-    return std::ranges::all_of(words, [&text](const QString& word) { return has(text, word); });
+  const auto countIn = [&words](const QString& text) {
+    return std::ranges::count_if(words, [&text](const QString& word) { return has(text, word); });
   };
   for (const HelpPage& page : pages)
-    if (allIn(page.title + ' ' + page.text))
+    if (countIn(page.title + ' ' + page.text) == words.size())
       hits.push_back({.page = &page, .around = wordsAround(page.text, words.front())});
-  std::ranges::stable_partition(hits, [&allIn](const HelpHit& hit) { return allIn(hit.page->title); });
+  std::ranges::stable_sort(hits, std::greater<>(),
+                           [&countIn](const HelpHit& hit) { return countIn(hit.page->title); });
   return hits;
 }
 

@@ -25,7 +25,7 @@ struct HelpHit {
 /// What is looked for: the words between blanks.
 [[nodiscard]] QStringList searchWords(const QString& typed);
 
-/// The pages that have all words, in any case and order; those first that have them in the title.
+/// The pages that have all words, in any case and order; those first that have most of them in the title.
 [[nodiscard]] std::vector<HelpHit> searchHelp(const std::vector<HelpPage>& pages, const QStringList& words);
 
 }  // namespace velgrove

@@ -97,7 +97,7 @@ TEST_F(HelpOnScreen, ShowsEveryPageWithItsPictures) {
   }
 }
 
-TEST(HelpSearch, WantsAllWordsAndPutsTitlesFirst) {
+TEST(HelpSearch, WantsAllWordsAndPutsThoseFirstThatAreInTitles) {
   const std::vector<HelpPage> pages{
       {"a.html", "Cues", "A loop of cues. Nothing else stands here, but the word loop."},
       {"b.html", "Loops", "Cues in a row, again."},
@@ -110,6 +110,7 @@ TEST(HelpSearch, WantsAllWordsAndPutsTitlesFirst) {
   };
   EXPECT_THAT(found("loop"), testing::ElementsAre("b.html", "a.html"));
   EXPECT_THAT(found(" cues  LOOP "), testing::ElementsAre("a.html", "b.html"));
+  EXPECT_THAT(found("row loop"), testing::ElementsAre("b.html"));
   EXPECT_THAT(found("cues saving"), testing::IsEmpty());
   EXPECT_THAT(found(" "), testing::IsEmpty());
 }
