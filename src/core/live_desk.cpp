@@ -141,6 +141,7 @@ LightingDesk::Wiring LiveDesk::wiring() {
                   .graphics = places.graphics},
       .settingsFolder = places.settings,
       .applicationFolder = places.application,
+      .manualFolder = places.manual,
       .dataFolder = places.data,
       .drives = m_options.places ? systemDriveRoots() : DriveRoots{},
       .raisePriority = raisePriority,

@@ -37,9 +37,11 @@ Places placesFor(const PlaceHints& hints) {
   const fs::path application = hints.executable.parent_path();
   const fs::path graphics = application / "graphics";
   const fs::path data = application / "data";
+  const fs::path share = application.parent_path() / "share";
+  const fs::path manual = share / "manual";
   return {.application = application,
-          .graphics =
-              isFolder(graphics) ? graphics : application.parent_path() / "share" / "velgrove" / "graphics",
+          .graphics = isFolder(graphics) ? graphics : share / "velgrove" / "graphics",
+          .manual = isFolder(manual) ? manual : share / "velgrove" / "manual",
           .data = canWriteIn(data) ? data : userData(hints),
           .settings = settingsPath(hints.configHome.c_str(), hints.home.c_str()).parent_path()};
 }

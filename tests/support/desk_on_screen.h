@@ -46,7 +46,8 @@ class DeskOnScreen {
                      {.settings = folder.path(),
                       .data = folder / "data",
                       .graphics = thisProcessPlaces().graphics,
-                      .drives = {.home = folder.path(), .mediaFolders = {}, .isMounted = {}}}};
+                      .drives = {.home = folder.path(), .mediaFolders = {}, .isMounted = {}},
+                      .manual = thisProcessPlaces().manual}};
   LightingDesk& desk = house.desk;
   DeskWindows windows{desk, screen.face};
 
