@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -85,6 +86,10 @@ class frmMain {
   void SSActiveToolBars1_ToolClick(std::string_view id);
   /// The arrow beside a tool was pressed, by the tool's name; the place is in pixels of the frame.
   void SSActiveToolBars1_ToolDropDown(std::string_view name, int x, int y);
+  /// The Go key, which bounces and is hit in haste: within 100 ms of a press that counted another doesn't
+  /// count, and the status line says so. Tool, button, link and trigger obey every time. `pressedAt` is in
+  /// milliseconds since any moment, and may run over.
+  void goKey(std::uint32_t pressedAt);
   void DisableTools();
   void EnableTools();
 
@@ -136,6 +141,7 @@ class frmMain {
   void viewStatus();
   void helpContents();
   void helpAbout();
+  void showKeys();
   void arrange(Arrangement::Code code);
   void nothing() {}
   void unfinished(const char* handler) const;
@@ -171,7 +177,8 @@ class frmMain {
   Machine& m_machine;
   Windows& m_windows;
   Wiring m_wiring;
-  std::string m_openFile;  ///< of the open show
+  std::string m_openFile;                  ///< of the open show
+  std::optional<std::uint32_t> m_goKeyAt;  ///< when the Go key last counted
 };
 
 }  // namespace velgrove

@@ -47,6 +47,7 @@ std::span<const frmMain::Command> frmMain::commands() {
       {"ID_viewStatus", run<&frmMain::viewStatus>},
       {"mnuEditPreferences", run<&frmMain::showPreferences>},
       {"mnuHelpContents", run<&frmMain::helpContents>},
+      {"ID_Keys", run<&frmMain::showKeys>},
       {"mnuHelpAbout", run<&frmMain::helpAbout>},
       {"mnuWindowCascade", run<&frmMain::arrange, Arrangement::Cascade>},
       {"mnuWindowTileHorizontal", run<&frmMain::arrange, Arrangement::TileHorizontal>},
@@ -154,6 +155,10 @@ void frmMain::helpContents() {
   }
 }
 
+void frmMain::showKeys() {
+  m_windows.Keys.Show();
+}
+
 void frmMain::helpAbout() {
   m_machine.errors.run([&] { m_wiring.showAbout(); });
 }
@@ -184,6 +189,20 @@ void frmMain::go() {
     }
     m_windows.endRepaints();
   });
+}
+
+/// Presses are measured by the keyboard's own time: a desk that was busy for a moment doesn't join two of
+/// them.
+void frmMain::goKey(std::uint32_t pressedAt) {
+  constexpr std::uint32_t DoubleTap = 100;  // ms
+  static constexpr char Told[] = "The Go key was pressed twice within 100 ms: it counted once";
+  if (m_goKeyAt && pressedAt - *m_goKeyAt <= DoubleTap) {
+    StatusMessage = Told;
+    return;
+  }
+  m_goKeyAt = pressedAt;
+  if (StatusMessage == Told) StatusMessage.clear();
+  SSActiveToolBars1_ToolClick("ID_Go");
 }
 
 void frmMain::stopFade() {

@@ -28,6 +28,7 @@ LightingDesk::LightingDesk(Clock clock, const MessageBoxes& boxes, Wiring wiring
       Settings(userStore, wiring.applicationFolder, "velgrove"),
       Fixtures(machine, wiring.windows.graphics),
       windows(show, machine, tied(wiring.windows)),
+      Help(wiring.manualFolder),
       WanttoSave(
           show, machine,
           {.SaveAll = [this] { return SaveAll(); }, .frameCaption = [this] { return frame.Window.Caption; }}),
@@ -86,7 +87,7 @@ frmMain::Wiring LightingDesk::frameWiring() {
           .showAbout = [this] { About.Form_Load(); },
           .askToSave = [this] { WanttoSave.ShowModal(); },
           .showOpenProject = [this](OpenTab tab) { OpenProject.Show(tab); },
-          .showHelp = {}};
+          .showHelp = Help.Exists ? [this] { Help.Show(); } : std::function<void()>()};
 }
 
 Recovery::Wiring LightingDesk::recoveryWiring() {
@@ -261,6 +262,7 @@ std::vector<OpenForm> LightingDesk::openForms() {
   note(OpenProject.Window, [this] { OpenProject.Unload(); });
   std::ranges::move(windows.openForms(), std::back_inserter(open));
   note(About.Window, [this] { About.Unload(); });
+  note(Help.Window, [this] { Help.Unload(); });
   note(WanttoSave.Window, [this] { WanttoSave.Unload(); });
   return open;
 }

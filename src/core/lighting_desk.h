@@ -27,6 +27,7 @@ class LightingDesk {
     Windows::Wiring windows;
     std::filesystem::path settingsFolder;  ///< empty: all settings have their defaults, and none is written
     std::filesystem::path applicationFolder;  ///< of the executable
+    std::filesystem::path manualFolder = {};  ///< of the help's pages; empty: there is no help
     std::filesystem::path dataFolder;       ///< where new shows and the recent list lie; empty: there is none
     std::filesystem::path firstShows = {};  ///< what a user's first start finds in his new data folder
     std::filesystem::path offered = {};     ///< the show that the first dialog stands on; empty: none
@@ -51,6 +52,7 @@ class LightingDesk {
   Windows windows;
   frmSplash Splash{machine};
   frmAbout About;
+  frmHelp Help;
   frmWaitExit WaitExit;
   frmWanttoSave WanttoSave;
   frmOpenProject OpenProject;

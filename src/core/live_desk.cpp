@@ -141,6 +141,7 @@ LightingDesk::Wiring LiveDesk::wiring() {
                   .graphics = places.graphics},
       .settingsFolder = places.settings,
       .applicationFolder = places.application,
+      .manualFolder = places.manual,
       .dataFolder = places.data,
       .firstShows = places.firstShows,
       .offered = m_options.show,

@@ -32,12 +32,15 @@ Places placesFor(const PlaceHints& hints) {
   const fs::path application = hints.executable.parent_path();
   const fs::path graphics = application / "graphics";
   const fs::path data = application / "data";
-  const fs::path share = application.parent_path() / "share" / "velgrove";
+  const fs::path share = application.parent_path() / "share";
+  const fs::path installed = share / "velgrove";
+  const fs::path manual = share / "manual";
   const bool onAStick = canWriteIn(data);
   return {.application = application,
-          .graphics = isFolder(graphics) ? graphics : share / "graphics",
+          .graphics = isFolder(graphics) ? graphics : installed / "graphics",
+          .manual = isFolder(manual) ? manual : installed / "manual",
           .data = onAStick ? data : userData(hints),
-          .firstShows = onAStick ? fs::path() : share / "shows",
+          .firstShows = onAStick ? fs::path() : installed / "shows",
           .settings = settingsPath(hints.configHome.c_str(), hints.home.c_str()).parent_path()};
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "controls/faults.h"
+#include "core/keys.h"
 
 namespace velgrove {
 namespace {
@@ -50,6 +51,7 @@ constexpr ToolText Texts[] = {
     {"mnuWindowArrangeIcons", "&Arrange Icons"},
     // Help
     {"mnuHelpContents", "&Contents"},
+    {"ID_Keys", "&Keys", "All keys of the desk"},
     {"mnuHelpAbout", "&About"},
     // Fixture
     {"mnuLightAddFixture", "Add Fixture"},
@@ -120,7 +122,8 @@ Tool toolOf(const ToolText& text) {
   return {.Id = std::string(text.id),
           .Caption = std::string(text.caption),
           .ToolTip = std::string(text.tip),
-          .Name = std::string(name)};
+          .Name = std::string(name),
+          .Key = std::string(keyOf(text.id))};
 }
 
 }  // namespace
@@ -148,9 +151,12 @@ std::span<const MenuSet> ToolBars::menus() {
         "mnuFilePrint", "-", "mnuFileExit"}},
       {"&Edit", {"mnuEditPreferences", "ID_viewStatus", "ID_EnableCAD"}},
       {"&View", {"mnuViewGrid", "mnuViewFluidZoom", "mnuViewPan", "mnuViewLevelWheel", "mnuInts"}},
+      {"&Cues",
+       {"ID_Go", "ID_StopFade", "-", "ID_QPlus", "ID_QMinus", "ID_CueReset", "-", "ID_ABQ", "ID_XYQ",
+        "ID_Effects", "-", "ID_Blackout"}},
       {"&Window",
        {"mnuWindowCascade", "mnuWindowTileHorizontal", "mnuWindowTileVertical", "mnuWindowArrangeIcons"}},
-      {"&Help", {"mnuHelpContents", "mnuHelpAbout"}},
+      {"&Help", {"mnuHelpContents", "ID_Keys", "-", "mnuHelpAbout"}},
       {"Fixture",
        {"mnuLightAddFixture", "mnuLightSelectPointer", "mnuLightRotate", "ID_LockFixtures",
         "mnuFixtureAllZero"}},

@@ -15,6 +15,7 @@ struct Tool {
   bool Enabled = true;
   bool Pressed = false;
   std::string Name;  ///< what the handlers know it by: the id without "ID_"
+  std::string Key;   ///< that presses it, "Ctrl+S"; empty when there is none
 };
 
 /// A menu or a pop-up: ids of tools in order, "-" for a line between groups.

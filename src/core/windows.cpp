@@ -265,6 +265,7 @@ std::vector<OpenForm> Windows::openForms() {
   note(Timings.Window, [this] { Timings.Unload(); });
   note(Preferences.Window, [this] { Preferences.Unload(); });
   note(CheckShow.Window, [this] { CheckShow.Unload(); });
+  note(Keys.Window, [this] { Keys.Unload(); });
   for (const auto& bars : Bars)
     open.push_back({.form = &bars->Window, .unload = [this, form = bars.get()] { closeBars(*form); }});
   return open;

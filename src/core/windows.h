@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "core/frm_keys.h"
 #include "dmx/frm_bars.h"
 #include "dmx/velgrove_comm.h"
 #include "playback/cue_links.h"
@@ -75,6 +76,7 @@ class Windows {
   frmTimings Timings;
   frmPreferences Preferences;
   frmCheckShow CheckShow;
+  frmKeys Keys;
   std::vector<std::unique_ptr<frmBars>> Bars;
   std::unique_ptr<QueueList> ABQ;
   std::unique_ptr<QueueList> XYQ;

@@ -13,6 +13,7 @@ DeskWindows::DeskWindows(LightingDesk& desk, Face& face)
       m_open(&m_frame, face, desk.OpenProject),
       m_question(&m_frame, face, desk.WanttoSave),
       m_about(&m_frame, face, desk.About),
+      m_help(m_frame, face, desk.Help),
       m_loop(m_frame, face, desk.windows.Loop),
       m_pasteQuestion(&m_frame, face, desk.windows.ConfirmPaste),
       m_fixture(m_frame, face, desk, desk.windows.Fixture),

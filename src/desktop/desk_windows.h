@@ -6,6 +6,7 @@
 #include "desktop/fixture_dialog.h"
 #include "desktop/frame_window.h"
 #include "desktop/grand_master.h"
+#include "desktop/help_window.h"
 #include "desktop/loop_dialog.h"
 #include "desktop/open_dialog.h"
 #include "desktop/platform_dialogs.h"
@@ -34,6 +35,7 @@ class DeskWindows {
   OpenDialog m_open;
   SaveQuestion m_question;
   AboutWindow m_about;
+  HelpWindow m_help;
   LoopDialog m_loop;
   PasteQuestion m_pasteQuestion;
   FixtureDialog m_fixture;

@@ -11,6 +11,8 @@
 #include "desktop/bars_window.h"
 #include "desktop/check_window.h"
 #include "desktop/effects_window.h"
+#include "desktop/keys_window.h"
+#include "desktop/show_keys.h"
 #include "desktop/theme.h"
 #include "desktop/twips.h"
 
@@ -110,8 +112,10 @@ void FrameWindow::build() {
             &Windows::ABQ, ChildArea::Place::LowerList);
   addFloating<EffectsQueue, EffectsWindow>(m_desk.windows.Effects);
   addFloating<frmCheckShow, CheckWindow>(m_desk.windows.CheckShow);
+  addFloating<frmKeys, KeysWindow>(m_desk.windows.Keys);
   connect(m_children, &QMdiArea::subWindowActivated, this, &FrameWindow::onActivated);
   connect(new QShortcut(Qt::Key_F6, this), &QShortcut::activated, this, &FrameWindow::focusNextPart);
+  new ShowKeys(m_desk, m_face, m_tools, *this);
 }
 
 /// On a low screen the tools scroll, by the wheel and with the focus.

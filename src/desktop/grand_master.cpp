@@ -104,11 +104,7 @@ void GrandMasterDialog::paintEvent(QPaintEvent* event) {
 
 /// No button is the default: Enter behind a typed number may not end the way back to the levels from before.
 void GrandMasterDialog::keyPressEvent(QKeyEvent* event) {
-  if (event->key() != Qt::Key_Return && event->key() != Qt::Key_Enter) {
-    FormDialog::keyPressEvent(event);
-    return;
-  }
-  if (auto* button = qobject_cast<QPushButton*>(focusWidget())) button->click();
+  if (event->key() != Qt::Key_Return && event->key() != Qt::Key_Enter) FormDialog::keyPressEvent(event);
 }
 
 // ---- Its place

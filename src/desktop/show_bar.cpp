@@ -64,10 +64,10 @@ void ShowBar::addMove(QPushButton& button, const char* id, const char* role, But
   button.setFocusPolicy(Qt::StrongFocus);
   button.setAutoDefault(false);
   const QAction* action = m_tools.action(id);
-  button.setText(action->text());
+  button.setText(action->iconText());
   const auto follow = [&button, action] {
     button.setToolTip(action->toolTip());
-    if (button.text() != action->text()) button.setText(action->text());
+    if (button.text() != action->iconText()) button.setText(action->iconText());
     button.setEnabled(action->isEnabled());
   };
   connect(action, &QAction::changed, &button, follow);

@@ -37,7 +37,7 @@ void drawBox(QPainter& painter, const QRect& place, const QBrush& fill, const QC
 }
 
 bool isPress(const QKeyEvent& event) {
-  return event.key() == Qt::Key_Space || event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
+  return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
 }
 bool asksForMenu(const QKeyEvent& event) {
   return event.key() == Qt::Key_Menu ||

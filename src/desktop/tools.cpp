@@ -106,13 +106,29 @@ bool Tools::copy() {
     const Tool& tool = tools[i];
     const bool down = isToggle(tool.Id) && pressed(tool);
     Look& now = m_now[i];
-    if (now.caption == tool.Caption && now.tip == tool.ToolTip && now.enabled == tool.Enabled &&
-        now.pressed == down && !m_shown.empty())
+    if (now.caption == tool.Caption && now.tip == tool.ToolTip && now.key == tool.Key &&
+        now.enabled == tool.Enabled && now.pressed == down && !m_shown.empty())
       continue;
-    now = {.caption = tool.Caption, .tip = tool.ToolTip, .enabled = tool.Enabled, .pressed = down};
+    now = {.caption = tool.Caption,
+           .tip = tool.ToolTip,
+           .key = tool.Key,
+           .enabled = tool.Enabled,
+           .pressed = down};
     changed = true;
   }
   return changed;
+}
+
+/// A key that is heard elsewhere stands in the column of the menu all the same.
+QString Tools::textOf(const Look& look, const QAction& action) {
+  const QString words = QString::fromStdString(look.caption);
+  const bool elsewhere = !look.key.empty() && action.shortcut().isEmpty();
+  return elsewhere ? words + '\t' + QString::fromStdString(look.key) : words;
+}
+
+QString Tools::tipOf(const Look& look) {
+  const QString words = QString::fromStdString(look.tip.empty() ? look.caption : look.tip).remove('&');
+  return look.key.empty() ? words : words + " (" + QString::fromStdString(look.key) + ")";
 }
 
 void Tools::show() {
@@ -122,8 +138,9 @@ void Tools::show() {
     if (m_shown[i] == look) continue;
     m_shown[i] = look;
     QAction* action = m_actions.at(m_ids[i]);
-    action->setText(QString::fromStdString(look.caption));
-    action->setToolTip(QString::fromStdString(look.tip.empty() ? look.caption : look.tip).remove('&'));
+    action->setText(textOf(look, *action));
+    action->setIconText(QString::fromStdString(look.caption).remove('&'));
+    action->setToolTip(tipOf(look));
     action->setEnabled(look.enabled);
     action->setChecked(look.pressed);
   }

@@ -34,6 +34,7 @@ class Tools : public QObject {
   struct Look {
     std::string caption;
     std::string tip;
+    std::string key;
     bool enabled = true;
     bool pressed = false;
     friend bool operator==(const Look&, const Look&) = default;
@@ -41,6 +42,8 @@ class Tools : public QObject {
 
   bool copy();
   [[nodiscard]] bool pressed(const Tool& tool) const;
+  [[nodiscard]] static QString textOf(const Look& look, const QAction& action);
+  [[nodiscard]] static QString tipOf(const Look& look);
   void show();
   void makeActions();
   void addItems(QMenu& menu, const MenuSet& set) const;

@@ -86,6 +86,17 @@ TEST_F(Tools, ThatAreUnfinishedOrHaveNoHelpSaySo) {
   tool("mnuViewRefresh");
 }
 
+TEST_F(Tools, OfTheHelpShowTheManualWhereThereIsOne) {
+  folders.manual = folder / "manual";
+  write("manual/pages.json", "[]");
+  auto* const desk = start();
+  tool("mnuHelpContents");
+  EXPECT_TRUE(desk->Help.Window.Visible);
+  EXPECT_FALSE(desk->Help.Window.Modal);
+  desk->Help.Unload();
+  EXPECT_FALSE(desk->Help.Window.Visible);
+}
+
 // ---- The XY player
 
 TEST_F(Tools, OfThePlayerShowAHiddenXYAndLeaveItShown) {

@@ -57,7 +57,7 @@ TEST_F(EffectsOnScreen, AreBuiltByKeysAlone) {
   EXPECT_EQ(choice.currentText(), "Default Chase, 1-100");
   EXPECT_TRUE(named("EffectsQueue/frmCustomChase").isEnabled());
   tabTo("cmdAddEffect");  // past the fields, which a default entry leaves closed
-  screen.key(Qt::Key_Space);
+  screen.key(Qt::Key_Return);
   EXPECT_EQ(row(1), " 1    |001|100|500|1");
 
   choice.setFocus();
@@ -67,7 +67,7 @@ TEST_F(EffectsOnScreen, AreBuiltByKeysAlone) {
     screen.type(text);
   }
   screen.key(Qt::Key_Tab);
-  screen.key(Qt::Key_Space);
+  screen.key(Qt::Key_Return);
   EXPECT_EQ(row(2), " 2    |21|25|110|8");
 
   list().setFocus();
@@ -85,7 +85,7 @@ TEST_F(EffectsOnScreen, AreReachedFromTheBandByKeysAlone) {
   screen.key(Qt::Key_F6);
   EXPECT_TRUE(named("band").isAncestorOf(focus()));
   tabTo("ID_Effects");
-  screen.key(Qt::Key_Space);
+  screen.key(Qt::Key_Return);
   EXPECT_EQ(focus(), &list());
   screen.key(Qt::Key_F6);
   screen.key(Qt::Key_F6);

@@ -331,7 +331,7 @@ TEST_F(FixtureOnScreen, TheAttachedMouseMovesTheLightAndTheClickThatEndsItDoesNo
   EXPECT_TRUE(named("MovingFixtureDlg/cmdAttachMouse").isEnabled());
   EXPECT_EQ(focus(), &named("MovingFixtureDlg/cmdAttachMouse"));
 
-  screen.key(Qt::Key_Space);
+  screen.key(Qt::Key_Return);
   EXPECT_TRUE(moving.Mouse_Attach.enabled());
   screen.press(dialog, {4, 4});
   wait(100);

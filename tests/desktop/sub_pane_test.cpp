@@ -62,7 +62,7 @@ TEST_F(SubmastersOnScreen, StandInTheStripWithTheirNamesAndLevels) {
   EXPECT_EQ(frame(), theme::colour("sub")) << "which submasters are up is seen from afar";
   const QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(&cell(3));
   EXPECT_EQ(spoken->role(), QAccessible::Button);
-  EXPECT_EQ(spoken->text(QAccessible::Name), "Submaster 4, Back, 60 per cent");
+  EXPECT_EQ(spoken->text(QAccessible::Name), "Submaster 4, Top blue, 60 per cent");
 }
 
 TEST_F(SubmastersOnScreen, AClickOnALevelTurnsItFullAndOffAndTheWheelLeavesItAlone) {
@@ -118,7 +118,7 @@ TEST_F(SubmastersOnScreen, AreWorkedByKeysAlone) {
   EXPECT_EQ(focus(), &cell(0));
   screen.key(Qt::Key_Right);
   screen.key(Qt::Key_Down);
-  screen.key(Qt::Key_Space);
+  screen.key(Qt::Key_Return);
   EXPECT_EQ(level(1), "100");
   screen.key(Qt::Key_Up);
   for (const Qt::Key end : {Qt::Key_Return, Qt::Key_Escape}) {

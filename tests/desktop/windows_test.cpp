@@ -177,7 +177,9 @@ TEST_F(OpenDesk, ThePlotOnPaperIsBlackOnWhite) {
 TEST_F(OpenDesk, LockedFixturesTellItInABoxAndTakeNoHand) {
   screen.expectBox("Fixtures Locked!");
   auto* menus = house.frame().findChild<QMenuBar*>();
-  screen.click(*menus, menus->actionGeometry(menus->actions().at(5)).center());
+  const auto bar = menus->actions();
+  screen.click(*menus,
+               menus->actionGeometry(*std::ranges::find(bar, QString("Fixture"), &QAction::text)).center());
   auto& menu = *qobject_cast<QMenu*>(QApplication::activePopupWidget());
   screen.click(menu, menu.actionGeometry(menu.actions().at(3)).center());
   EXPECT_FALSE(named("FlpCAD1").isEnabled());

@@ -50,6 +50,7 @@ class DeskOnScreen {
                       .data = folder / "data",
                       .graphics = thisProcessPlaces().graphics,
                       .drives = {.home = folder.path(), .mediaFolders = {}, .isMounted = {}},
+                      .manual = thisProcessPlaces().manual,
                       .offered = offered}};
   LightingDesk& desk = house.desk;
   DeskWindows windows{desk, screen.face};
