@@ -38,7 +38,7 @@ std::string naming(const std::string& file, Work&& work) {
 std::string textOf(clsProject& project, PrintAs how, std::optional<ShowSheet> which) {
   if (how == PrintAs::Json) return showToJson(project);
   if (how == PrintAs::Text && !which) return showText(project);
-  const auto sheet = sheetOf(project, which.value_or(ShowSheet::XY));
+  const auto sheet = sheetOf(project, which.value_or(ShowSheet::ListXY));
   if (!sheet) throw RunTimeError(Fault::ObjectMissing, "the show has no such cue list");
   return how == PrintAs::Csv ? sheetCsv(*sheet) : sheetText(*sheet);
 }

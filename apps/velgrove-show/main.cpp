@@ -33,8 +33,8 @@ struct Arguments {
 };
 
 CLI::App* printCommand(CLI::App& app, Arguments& arguments) {
-  static const std::map<std::string, ShowSheet> Sheets{{"xy", ShowSheet::XY},
-                                                       {"ab", ShowSheet::AB},
+  static const std::map<std::string, ShowSheet> Sheets{{"xy", ShowSheet::ListXY},
+                                                       {"ab", ShowSheet::ListAB},
                                                        {"patch", ShowSheet::Patch},
                                                        {"submasters", ShowSheet::Submasters}};
   CLI::App* print = app.add_subcommand("print", "cue sheets, patch and submasters as text, or one as CSV");

@@ -18,6 +18,7 @@
 #include "surfaces/frm_check_show.h"
 #include "surfaces/frm_grand_master.h"
 #include "surfaces/frm_preferences.h"
+#include "surfaces/frm_print_sheets.h"
 #include "surfaces/frm_sub_pane.h"
 #include "surfaces/frm_timings.h"
 #include "surfaces/moving_fixture_dlg.h"
@@ -75,6 +76,7 @@ class Windows {
   frmTimings Timings;
   frmPreferences Preferences;
   frmCheckShow CheckShow;
+  frmPrintSheets PrintSheets;
   std::vector<std::unique_ptr<frmBars>> Bars;
   std::unique_ptr<QueueList> ABQ;
   std::unique_ptr<QueueList> XYQ;
@@ -116,6 +118,7 @@ class Windows {
   [[nodiscard]] frmTimings::Wiring timingsWiring();
   [[nodiscard]] frmPreferences::Wiring preferencesWiring();
   [[nodiscard]] frmCheckShow::Wiring checkWiring();
+  [[nodiscard]] frmPrintSheets::Wiring printWiring();
   void goByTrigger();
   void startEffect(const std::string& number);
 

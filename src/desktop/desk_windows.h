@@ -10,6 +10,7 @@
 #include "desktop/open_dialog.h"
 #include "desktop/platform_dialogs.h"
 #include "desktop/preferences_dialog.h"
+#include "desktop/print_sheets_dialog.h"
 #include "desktop/small_dialogs.h"
 #include "desktop/sub_fader.h"
 #include "desktop/sub_record.h"
@@ -41,6 +42,7 @@ class DeskWindows {
   GrandMasterDialog m_grandMaster;
   PreferencesDialog m_preferences;
   TimingsDialog m_timings;
+  PrintSheetsDialog m_printSheets;
   SubFader m_subFader;
   SubRecord m_subRecord;
   PlatformDialogs m_dialogs;

@@ -209,9 +209,9 @@ std::optional<Sheet> sheetOf(clsProject& project, ShowSheet which, const CueLoop
     return cueSheet(*project.colQueueData().item(place), loop);
   };
   switch (which) {
-    case ShowSheet::XY:
+    case ShowSheet::ListXY:
       return list(PlaceOfXY, loops.xy);
-    case ShowSheet::AB:
+    case ShowSheet::ListAB:
       return list(PlaceOfAB, loops.ab);
     case ShowSheet::Patch:
       return patchSheet(project);

@@ -11,8 +11,8 @@
 namespace velgrove {
 
 /// The sheets of a show, in the order in which they are printed.
-enum class ShowSheet { XY, AB, Patch, Submasters };
-inline constexpr std::array AllShowSheets{ShowSheet::XY, ShowSheet::AB, ShowSheet::Patch,
+enum class ShowSheet { ListXY, ListAB, Patch, Submasters };
+inline constexpr std::array AllShowSheets{ShowSheet::ListXY, ShowSheet::ListAB, ShowSheet::Patch,
                                           ShowSheet::Submasters};
 
 /// A loop that is set in a player. No file keeps it, so only a desk can tell.
