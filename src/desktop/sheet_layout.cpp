@@ -22,6 +22,11 @@ QString breakable(const std::string& text, Sheet::Wrap wrap) {
   return shown.replace("-", QString("-") + NoBreak);
 }
 
+/// A line as it is written; the marks that kept it together are of no use any more.
+QString written(QString line) {
+  return line.remove(NoBreak).replace(NoBreakBlank, ' ').trimmed();
+}
+
 QStringList linesOf(const QString& text, const PaperFont& font, qreal width) {
   QTextOption option;
   option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
@@ -31,7 +36,7 @@ QStringList linesOf(const QString& text, const PaperFont& font, qreal width) {
   layout.beginLayout();
   for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
     line.setLineWidth(width);
-    lines += text.mid(line.textStart(), line.textLength()).trimmed();
+    lines += written(text.mid(line.textStart(), line.textLength()));
   }
   layout.endLayout();
   return lines;
@@ -41,6 +46,22 @@ qreal widest(const QStringList& texts, const QFontMetricsF& metrics) {
   qreal width = 0;
   for (const QString& text : texts) width = std::max(width, metrics.horizontalAdvance(text));
   return std::ceil(width) + 1;  // what is measured in one piece may need a dot more in another
+}
+
+/// The widths that columns get: what they want, or else their share by weight of what the others leave.
+std::vector<qreal> sharedOut(const std::vector<qreal>& wanted, const std::vector<qreal>& weights,
+                             qreal room) {
+  std::vector<std::size_t> contentFirst(wanted.size());
+  std::iota(contentFirst.begin(), contentFirst.end(), std::size_t{0});
+  std::ranges::stable_sort(contentFirst, {}, [&](std::size_t i) { return wanted[i] / weights[i]; });
+  qreal weight = std::accumulate(weights.begin(), weights.end(), qreal{0});
+  std::vector<qreal> widths(wanted.size());
+  for (const std::size_t i : contentFirst) {
+    widths[i] = std::min(wanted[i], room * weights[i] / weight);
+    room -= widths[i];
+    weight -= weights[i];
+  }
+  return widths;
 }
 
 qsizetype linesIn(const Cells& row) {
@@ -55,6 +76,28 @@ Cells part(const Cells& row, qsizetype first, qsizetype count) {
   for (const QStringList& cell : row) lines.push_back(cell.mid(first, count));
   if (first > 0) lines.front() = row.front().mid(0, 1);
   return lines;
+}
+
+/// Shares out anew what the columns got that want more; none is squeezed for having but one long text.
+void shareAmongWide(std::vector<qreal>& widths, const std::vector<qreal>& wanted,
+                    const std::vector<qreal>& weights) {
+  std::vector<std::size_t> wide;
+  std::vector<qreal> theirWanted;
+  std::vector<qreal> theirWeights;
+  qreal room = 0;
+  for (std::size_t i = 0; i < widths.size(); ++i) {
+    if (widths[i] >= wanted[i]) continue;
+    wide.push_back(i);
+    theirWanted.push_back(wanted[i]);
+    theirWeights.push_back(weights[i]);
+    room += widths[i];
+  }
+  if (wide.empty()) return;
+  constexpr qreal LeastOfLargest = 1.0 / 3;
+  const qreal least = LeastOfLargest * std::ranges::max(theirWeights);
+  for (qreal& weight : theirWeights) weight = std::max(weight, least);
+  const auto shares = sharedOut(theirWanted, theirWeights, room);
+  for (std::size_t i = 0; i < wide.size(); ++i) widths[wide[i]] = shares[i];
 }
 
 }  // namespace
@@ -84,31 +127,27 @@ qreal SheetLayout::heightOf(const Cells& row) const {
   return static_cast<qreal>(linesIn(row)) * m_line + m_padding;
 }
 
-/// The narrow columns take what they need, and so leave more to the wide ones.
+/// The narrow columns take what they need. The wide ones share the rest, more for those with more to say: so
+/// the sheet takes the fewest pages.
 void SheetLayout::setColumns(const Sheet& sheet, const Fonts& fonts, qreal width) {
-  const std::size_t count = sheet.columns.size();
   std::vector<qreal> wanted;
-  for (std::size_t i = 0; i < count; ++i) {
+  std::vector<qreal> weights;
+  for (std::size_t i = 0; i < sheet.columns.size(); ++i) {
     QStringList texts;
     for (const auto& row : sheet.rows) texts += breakable(row[i], sheet.columns[i].wrap);
     const QStringList caption = QString::fromStdString(sheet.columns[i].caption).split(' ');
     wanted.push_back(std::max(widest(texts, fonts.text.metrics), widest(caption, fonts.caption.metrics)));
+    weights.push_back(std::sqrt(1 + static_cast<qreal>(texts.join("").size())));
   }
-  std::vector<std::size_t> narrowFirst(count);
-  std::iota(narrowFirst.begin(), narrowFirst.end(), std::size_t{0});
-  std::ranges::stable_sort(narrowFirst, {}, [&wanted](std::size_t column) { return wanted[column]; });
-  m_columns.resize(count);
-  qreal left = width - fonts.gap * static_cast<qreal>(count - 1);
-  std::size_t waiting = count;
-  for (const std::size_t column : narrowFirst) {
-    m_columns[column].width = std::min(wanted[column], left / static_cast<qreal>(waiting--));
-    left -= m_columns[column].width;
-  }
+  const std::vector<qreal> alike(wanted.size(), 1);
+  const qreal room = width - fonts.gap * static_cast<qreal>(wanted.size() - 1);
+  std::vector<qreal> widths = sharedOut(wanted, alike, room);
+  shareAmongWide(widths, wanted, weights);
   qreal at = 0;
-  for (std::size_t i = 0; i < count; ++i) {
-    m_columns[i].left = at;
-    m_columns[i].right = sheet.columns[i].align == Sheet::Align::Right;
-    at += m_columns[i].width + fonts.gap;
+  for (std::size_t i = 0; i < widths.size(); ++i) {
+    m_columns.push_back(
+        {.left = at, .width = widths[i], .right = sheet.columns[i].align == Sheet::Align::Right});
+    at += widths[i] + fonts.gap;
   }
 }
 
