@@ -58,7 +58,7 @@ class SheetPainter {
     constexpr qreal MillimetresPerInch = 25.4;
     return millimetres / MillimetresPerInch * m_device.logicalDpiY();
   }
-  [[nodiscard]] qreal lineOf(const PaperFont& font) const { return font.metrics.lineSpacing(); }
+  [[nodiscard]] static qreal lineOf(const PaperFont& font) { return font.metrics.lineSpacing(); }
   [[nodiscard]] qreal headHeight() const { return lineOf(m_title) + lineOf(m_fonts.text) + dots(3); }
   [[nodiscard]] qreal footHeight() const { return lineOf(m_fonts.text) + dots(3); }
   /// Where captions and rows stand.
@@ -160,7 +160,7 @@ QByteArray sheetsAsPdf(const Printout& printout, const QPageSize& paper, const Q
 
 QPageSize usualPaper() {
   const bool inches = QLocale::system().measurementSystem() == QLocale::ImperialUSSystem;
-  return QPageSize(inches ? QPageSize::Letter : QPageSize::A4);
+  return inches ? QPageSize(QPageSize::Letter) : QPageSize(QPageSize::A4);
 }
 
 }  // namespace velgrove

@@ -71,7 +71,7 @@ bool wouldBeFormula(std::string_view text) {
 }
 
 std::string field(const std::string& text) {
-  const std::string plain = wouldBeFormula(text) ? "'" + text : text;
+  std::string plain = wouldBeFormula(text) ? "'" + text : text;
   if (plain.find_first_of(",\"\r\n") == std::string::npos) return plain;
   std::string quoted = "\"";
   for (const char c : plain) quoted += c == '"' ? "\"\"" : std::string(1, c);
