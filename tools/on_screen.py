@@ -327,15 +327,15 @@ class Booth:
             for section, values in sections.items():
                 file.write(f"[Velgrove.{section}]\n" + "".join(f'{key} = "{value}"\n' for key, value in values.items()))
 
-    def start(self, folder=None):
-        """Starts the desk, in a folder of its own or that one."""
+    def start(self, folder=None, **env):
+        """Starts the desk, in a folder of its own or that one, with this in its environment."""
         if self.user is not None:
             for path, _, files in os.walk(self.home.name):
                 for name in [path, *(os.path.join(path, file) for file in files)]:
                     os.chown(name, self.user, self.user, follow_symlinks=False)
         with open(self.log, "wb") as log:
             self.desk = subprocess.Popen(
-                [*self.before_desk, self.program], env=self.screen.env(**self.folders),
+                [*self.before_desk, self.program], env=self.screen.env(**self.folders, **env),
                 stdin=subprocess.DEVNULL, stdout=log, stderr=log,
                 cwd=folder or self.folders["HOME"], user=self.user, group=self.user,
                 extra_groups=[] if self.user is not None else None)

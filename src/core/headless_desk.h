@@ -29,6 +29,8 @@ class HeadlessDesk {
     DriveRoots drives = {};
     std::filesystem::path manual = {};
     Disk disk = systemDisk();
+    std::filesystem::path firstShows = {};
+    std::filesystem::path offered = {};  ///< a show on which the first dialog stands
   };
 
   /// `onBox` is the operator's answer to each box.

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "controls/files.h"
+#include "core/first_shows.h"
 #include "core/recent_list.h"
 #include "model/registry_settings.h"
 
@@ -133,7 +134,7 @@ void LightingDesk::Main() {
         if (store.message()) machine.boxes.show({.text = *store.message(), .icon = BoxIcon::Warning});
       },
       [&] { prepareShapes(); }, [&] { std::fill_n(show.MRUList.begin(), RecentFilesUsed, ""); },
-      [&] { Settings.Init(); }, [&] { readRecentFiles(); },
+      [&] { Settings.Init(); }, [&] { bringFirstShows(); }, [&] { readRecentFiles(); },
       [&] { show.DMXSubmasters = inputMode("DMXSubmasters"); },
       [&] { show.DMXDimmers = inputMode("DMXDimmers"); }, [&] { frame.MDIForm_Load(); },
       [&] { OpenProject.Form_Load(); }, [&] { frame.Window.Visible = true; },
@@ -148,6 +149,18 @@ void LightingDesk::Main() {
 void LightingDesk::prepareShapes() {
   for (std::size_t type = 0; type < FixtureTypes.size(); ++type)
     Fixtures.GetFixtureShape(std::string(FixtureTypes[type]), static_cast<std::int16_t>(type + 1));
+}
+
+/// Those that can't be brought are told, since the next start finds the folder there and doesn't try again.
+void LightingDesk::bringFirstShows() {
+  try {
+    machine.aside([this] { velgrove::bringFirstShows(m_wiring.firstShows, m_wiring.dataFolder); });
+  } catch (const RunTimeError& error) {
+    if (error.fault() != Fault::File) throw;
+    machine.boxes.show(
+        {.text = "The shows that come with the desk couldn't be copied.\n\n" + std::string(error.what()),
+         .icon = BoxIcon::Warning});
+  }
 }
 
 void LightingDesk::readRecentFiles() {
@@ -176,10 +189,10 @@ void LightingDesk::openFirstShow() {
   Splash.Unload();
   Splash.Starting = false;
   m_recovery.start();
-  if (m_wiring.openShow)
-    m_wiring.openShow();
-  else if (!m_recovery.offer())
-    OpenProject.ShowModal();
+  if (m_wiring.openShow) return m_wiring.openShow();
+  if (m_recovery.offer()) return;
+  if (!m_wiring.offered.empty()) OpenProject.offer(m_wiring.offered);
+  OpenProject.ShowModal();
 }
 
 /// Actions stand inside each other while one of them waits.

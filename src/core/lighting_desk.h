@@ -28,8 +28,10 @@ class LightingDesk {
     std::filesystem::path settingsFolder;  ///< empty: all settings have their defaults, and none is written
     std::filesystem::path applicationFolder;  ///< of the executable
     std::filesystem::path manualFolder = {};  ///< of the help's pages; empty: there is no help
-    std::filesystem::path dataFolder;  ///< where new shows and the recent list lie; empty: there is none
-    DriveRoots drives = {};            ///< of the open dialog
+    std::filesystem::path dataFolder;       ///< where new shows and the recent list lie; empty: there is none
+    std::filesystem::path firstShows = {};  ///< what a user's first start finds in his new data folder
+    std::filesystem::path offered = {};     ///< the show that the first dialog stands on; empty: none
+    DriveRoots drives = {};                 ///< of the open dialog
     Disk disk = systemDisk();
     std::function<void()> raisePriority;  ///< the light goes before all else on this machine
     /// Leaves a show loaded or not, in place of the open dialog, for a desk without an operator at a screen.
@@ -80,6 +82,7 @@ class LightingDesk {
   void saveSetting(const std::string& section, const std::string& key, const std::string& value);
   void furnish();
   void prepareShapes();
+  void bringFirstShows();
   void readRecentFiles();
   void showSplash();
   void startInterface();

@@ -143,6 +143,8 @@ LightingDesk::Wiring LiveDesk::wiring() {
       .applicationFolder = places.application,
       .manualFolder = places.manual,
       .dataFolder = places.data,
+      .firstShows = places.firstShows,
+      .offered = m_options.show,
       .drives = m_options.places ? systemDriveRoots() : DriveRoots{},
       .raisePriority = raisePriority,
       .quit = [this] { end(); },

@@ -11,6 +11,7 @@ struct Places {
   std::filesystem::path graphics;     ///< shapes and cursors
   std::filesystem::path manual;       ///< the help's pages; there may be none
   std::filesystem::path data;         ///< new shows and the recent list; made at the first save
+  std::filesystem::path firstShows;   ///< that an installed desk brings to a new user; empty: none
   std::filesystem::path settings;     ///< the settings' files; made at the first change
 };
 

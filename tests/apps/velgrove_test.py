@@ -2,6 +2,7 @@
 
 import json
 import os
+import shutil
 import sys
 import time
 import unittest
@@ -172,6 +173,16 @@ class WithoutABox(Desk):
         self.assertEqual(len([line for line in desk.journal() if line.startswith('box: "Velgrove" ')]), 4)
         self.go()
         desk.wait_for_fade()
+        self.ends_by_a_signal()
+
+    def test_a_show_that_is_handed_over_opens_by_one_key(self):
+        desk = self.booth(box=False, shows=())
+        os.makedirs(desk.path("tour"))
+        shutil.copy(DEMO, desk.path("tour/second evening.kel"))
+        desk.start(folder=desk.path("tour"), VELGROVE_SHOW="second evening.kel")
+        desk.wait_for_open_dialog()
+        screen.keys("Return")
+        desk.wait_for_show()
         self.ends_by_a_signal()
 
     def told_and_back(self, choose):

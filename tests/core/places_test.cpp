@@ -28,6 +28,7 @@ TEST_F(PlacesOfAMachine, AnInstalledDeskUsesTheShareFolderAndTheUsersOwn) {
   EXPECT_EQ(places.manual, machine / "opt/share/velgrove/manual");
   EXPECT_EQ(places.data, machine / "home/.local/share/velgrove");
   EXPECT_EQ(places.settings, machine / "home/.config/velgrove");
+  EXPECT_EQ(places.firstShows, machine / "opt/share/velgrove/shows");
 
   hints.dataHome = "/elsewhere/data";
   hints.configHome = "/elsewhere/config";
@@ -44,6 +45,7 @@ TEST_F(PlacesOfAMachine, ACopyOnAStickKeepsEverythingBesideItself) {
   fs::create_directories(bin / "data");
   EXPECT_EQ(placesFor(hints).graphics, bin / "graphics");
   EXPECT_EQ(placesFor(hints).data, bin / "data");
+  EXPECT_EQ(placesFor(hints).firstShows, "") << "they are in the data folder";
   if (::geteuid() == 0) return;  // may write everywhere
   fs::permissions(bin / "data", fs::perms::owner_read | fs::perms::owner_exec);
   EXPECT_EQ(placesFor(hints).data, machine / "home/.local/share/velgrove");

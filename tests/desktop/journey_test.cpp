@@ -49,6 +49,20 @@ TEST(Journey, AShowIsChosenByKeysAlone) {
   EXPECT_TRUE(named("band/ID_Save").isEnabled());
 }
 
+TEST(Journey, AShowThatWasDoubleClickedTakesNoMoreThanOneKey) {
+  DeskOnScreen house({1280, 800}, SHOW_DATA_DIR "/demo.kel", 0, SHOW_DATA_DIR "/demo.kel");
+  house.screen.whenAsked([&] {
+    auto& files = named<QListWidget>("frmOpenProject/filList");
+    EXPECT_EQ(QApplication::focusWidget(), &files);
+    ASSERT_EQ(files.selectedItems().size(), 1);
+    EXPECT_EQ(files.selectedItems().front()->text(), "demo.kel");
+    house.screen.key(Qt::Key_Return);
+  });
+  house.start();
+  EXPECT_EQ(house.desk.show.ProjectFileName, SHOW_DATA_DIR "/demo.kel");
+  EXPECT_TRUE(named("frmDocument/FlpCAD1").isVisible());
+}
+
 TEST(Journey, CancelledAtTheStartTheDeskStandsWithoutAShow) {
   DeskOnScreen house;
   house.screen.whenAsked([&] { house.screen.key(Qt::Key_Escape); });
