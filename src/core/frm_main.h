@@ -135,6 +135,7 @@ class frmMain {
   void showGrandMaster();
   void showPreferences();
   void checkShow();
+  void printSheets();
   void showBars(const char* what);
   void showPlayer(QueueList& (Windows::*player)() const);
   void showEffects();

@@ -35,6 +35,7 @@ std::span<const frmMain::Command> frmMain::commands() {
       {"mnuFileSaveAs", run<&frmMain::SaveAs>},
       {"ID_CheckShow", run<&frmMain::checkShow>},
       {"mnuFilePrint", run<&frmMain::print>},
+      {"ID_PrintSheets", run<&frmMain::printSheets>},
       {"mnuFileExit", run<&frmMain::leave>},
       // Windows
       {"ID_ABQ", run<&frmMain::showPlayer, &Windows::abPlayer>},
@@ -129,6 +130,10 @@ void frmMain::showPreferences() {
 
 void frmMain::checkShow() {
   m_machine.errors.run([&] { m_windows.CheckShow.Show(); });
+}
+
+void frmMain::printSheets() {
+  m_machine.errors.run([&] { m_windows.PrintSheets.Show(); });
 }
 
 void frmMain::showBars(const char* what) {

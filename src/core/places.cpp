@@ -33,14 +33,14 @@ Places placesFor(const PlaceHints& hints) {
   const fs::path graphics = application / "graphics";
   const fs::path data = application / "data";
   const fs::path share = application.parent_path() / "share";
-  const fs::path installed = share / "velgrove";
+  const fs::path ours = share / "velgrove";
   const fs::path manual = share / "manual";
   const bool onAStick = canWriteIn(data);
   return {.application = application,
-          .graphics = isFolder(graphics) ? graphics : installed / "graphics",
-          .manual = isFolder(manual) ? manual : installed / "manual",
+          .graphics = isFolder(graphics) ? graphics : ours / "graphics",
+          .manual = isFolder(manual) ? manual : ours / "manual",
           .data = onAStick ? data : userData(hints),
-          .firstShows = onAStick ? fs::path() : installed / "shows",
+          .firstShows = onAStick ? fs::path() : ours / "shows",
           .settings = settingsPath(hints.configHome.c_str(), hints.home.c_str()).parent_path()};
 }
 

@@ -22,6 +22,7 @@ constexpr ToolText Texts[] = {
     {"mnuFileSaveAs", "Save &As"},
     {"ID_CheckShow", "&Check Show", "What would go wrong at the performance"},
     {"mnuFilePrint", "&Print"},
+    {"ID_PrintSheets", "Print Cue S&heets", "Cue lists, patch and submasters on paper or as PDF"},
     {"mnuFileExit", "E&xit"},
     {"mnuFileClose", "Close"},
     {"mnuFileSaveAll", "Save All"},
@@ -148,7 +149,7 @@ std::span<const MenuSet> ToolBars::menus() {
   static const MenuSet Menus[] = {
       {"&File",
        {"mnuFileNew", "mnuFileOpen", "-", "mnuFileSave", "mnuFileSaveAs", "-", "ID_CheckShow", "-",
-        "mnuFilePrint", "-", "mnuFileExit"}},
+        "mnuFilePrint", "ID_PrintSheets", "-", "mnuFileExit"}},
       {"&Edit", {"mnuEditPreferences", "ID_viewStatus", "ID_EnableCAD"}},
       {"&View", {"mnuViewGrid", "mnuViewFluidZoom", "mnuViewPan", "mnuViewLevelWheel", "mnuInts"}},
       {"&Cues",

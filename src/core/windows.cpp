@@ -41,6 +41,7 @@ Windows::Windows(ShowState& show, Machine& machine, Wiring wiring)
       Timings(show, machine, timingsWiring()),
       Preferences(show, machine, preferencesWiring()),
       CheckShow(show, machine, checkWiring()),
+      PrintSheets(show, machine, printWiring()),
       m_show(show),
       m_machine(machine),
       m_wiring(std::move(wiring)),
@@ -74,6 +75,12 @@ frmCheckShow::Wiring Windows::checkWiring() {
           .xyPlayer = [this]() -> QueueList& { return xyPlayer(); },
           .document = [this]() -> frmDocument& { return activeDocument(); },
           .effects = [this] { return Effects.ListViewEffects.rows(); },
+          .showStatus = [this](const std::string& text) { m_wiring.showStatus(text); }};
+}
+
+frmPrintSheets::Wiring Windows::printWiring() {
+  return {.abPlayer = [this]() -> QueueList& { return abPlayer(); },
+          .xyPlayer = [this]() -> QueueList& { return xyPlayer(); },
           .showStatus = [this](const std::string& text) { m_wiring.showStatus(text); }};
 }
 
@@ -174,6 +181,7 @@ void Windows::loadPlayers() {
 
 void Windows::unloadPlayers() {
   CheckShow.Unload();  // its findings lead to their rows
+  PrintSheets.Unload();
   for (auto* player : {&XYQ, &ABQ})
     if (*player != nullptr) unloadPlayer(*player);
 }
@@ -265,6 +273,7 @@ std::vector<OpenForm> Windows::openForms() {
   note(Timings.Window, [this] { Timings.Unload(); });
   note(Preferences.Window, [this] { Preferences.Unload(); });
   note(CheckShow.Window, [this] { CheckShow.Unload(); });
+  note(PrintSheets.Window, [this] { PrintSheets.Unload(); });
   note(Keys.Window, [this] { Keys.Unload(); });
   for (const auto& bars : Bars)
     open.push_back({.form = &bars->Window, .unload = [this, form = bars.get()] { closeBars(*form); }});

@@ -19,6 +19,7 @@
 #include "surfaces/frm_check_show.h"
 #include "surfaces/frm_grand_master.h"
 #include "surfaces/frm_preferences.h"
+#include "surfaces/frm_print_sheets.h"
 #include "surfaces/frm_sub_pane.h"
 #include "surfaces/frm_timings.h"
 #include "surfaces/moving_fixture_dlg.h"
@@ -76,6 +77,7 @@ class Windows {
   frmTimings Timings;
   frmPreferences Preferences;
   frmCheckShow CheckShow;
+  frmPrintSheets PrintSheets;
   frmKeys Keys;
   std::vector<std::unique_ptr<frmBars>> Bars;
   std::unique_ptr<QueueList> ABQ;
@@ -118,6 +120,7 @@ class Windows {
   [[nodiscard]] frmTimings::Wiring timingsWiring();
   [[nodiscard]] frmPreferences::Wiring preferencesWiring();
   [[nodiscard]] frmCheckShow::Wiring checkWiring();
+  [[nodiscard]] frmPrintSheets::Wiring printWiring();
   void goByTrigger();
   void startEffect(const std::string& number);
 

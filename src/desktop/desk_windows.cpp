@@ -21,10 +21,12 @@ DeskWindows::DeskWindows(LightingDesk& desk, Face& face)
       m_grandMaster(m_frame, face, desk.windows.GrandMaster),
       m_preferences(&m_frame, face, desk.windows.Preferences),
       m_timings(&m_frame, face, desk.windows.Timings),
+      m_printSheets(&m_frame, face, desk.windows.PrintSheets),
       m_subFader(m_frame, face, desk.windows.SubPane),
       m_subRecord(m_frame, face, desk.windows.SubPane, desk.show),
       m_dialogs(face, &m_frame) {
   desk.machine.Dialogs = m_dialogs.dialogs();
+  desk.windows.PrintSheets.Press = m_dialogs.sheetPress();
 }
 
 void DeskWindows::showBox(const Box& box, bool waitedFor, std::function<void(BoxAnswer)> answered) {

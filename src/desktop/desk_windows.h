@@ -11,6 +11,7 @@
 #include "desktop/open_dialog.h"
 #include "desktop/platform_dialogs.h"
 #include "desktop/preferences_dialog.h"
+#include "desktop/print_sheets_dialog.h"
 #include "desktop/small_dialogs.h"
 #include "desktop/sub_fader.h"
 #include "desktop/sub_record.h"
@@ -43,6 +44,7 @@ class DeskWindows {
   GrandMasterDialog m_grandMaster;
   PreferencesDialog m_preferences;
   TimingsDialog m_timings;
+  PrintSheetsDialog m_printSheets;
   SubFader m_subFader;
   SubRecord m_subRecord;
   PlatformDialogs m_dialogs;

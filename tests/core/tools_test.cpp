@@ -31,7 +31,7 @@ TEST_F(Tools, ThoseThatNeedAShowAreEnabledWhileOneIsOpen) {
                                      "ID_LevelWheel", "mnuLightAddFixture", "ID_CueReset",
                                      "ID_DelLight",   "ID_FluidZoom",       "ID_Pan",
                                      "ID_Test",       "ID_OpenProject",     "ID_CueWindow",
-                                     "ID_CheckShow"};
+                                     "ID_CheckShow",  "ID_PrintSheets"};
   auto* const desk = start();
   EXPECT_THAT(enabledOf(ids), ElementsAre("ID_OpenProject"));
   desk->show.ProjectFileName = writeShow();
