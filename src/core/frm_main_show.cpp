@@ -234,6 +234,10 @@ void frmMain::MDIForm_Unload(bool& cancel) {
         if (Window.WindowState != WindowState::Minimised) savePosition();
       },
       [&] {
+        m_windows.ShowView.noteWindow();
+        m_wiring.saveBooth();
+      },
+      [&] {
         if (m_show.OpenDocumentCount > 0) m_windows.closeDocuments();
       },
       [&] { m_machine.boxes.show({.text = "exiting frmMain unload"}); });

@@ -36,6 +36,12 @@ void ChildArea::add(QMdiSubWindow* window, Place place) {
   layOut();
 }
 
+/// The ground is the toolkit's own brush, which no style sheet reaches.
+void ChildArea::changeEvent(QEvent* event) {
+  QMdiArea::changeEvent(event);
+  if (event->type() == QEvent::StyleChange) setBackground(theme::colour("well"));
+}
+
 void ChildArea::resizeEvent(QResizeEvent* event) {
   QMdiArea::resizeEvent(event);
   layOut();
@@ -109,7 +115,7 @@ ChildArea::Place ChildArea::placeIn(const QMdiSubWindow& window) {
 
 void ChildArea::raiseFloating() {
   for (QMdiSubWindow* window : subWindowList(QMdiArea::StackingOrder))
-    if (placeIn(*window) == Place::Floating) window->raise();
+    if (placeIn(*window) == Place::Floating && !window->isMaximized()) window->raise();
 }
 
 void ChildArea::placeFloating(QMdiSubWindow& window) const {

@@ -8,7 +8,8 @@ namespace velgrove {
 
 /// The frame's ground for its child windows. They stand as the house lays them out - the plot at the left,
 /// the lists at the right - until the operator moves one of them or arranges them. Others float: they come up
-/// over the plot, stay where the hand puts them, and no click on the windows below hides them.
+/// over the plot, stay where the hand puts them, and no click on the windows below hides them unless they
+/// fill the frame.
 class ChildArea : public QMdiArea {
   Q_OBJECT
 
@@ -22,6 +23,7 @@ class ChildArea : public QMdiArea {
 
  protected:
   void resizeEvent(QResizeEvent* event) override;
+  void changeEvent(QEvent* event) override;
 
  private:
   void tile(bool sideBySide);
