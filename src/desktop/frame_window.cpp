@@ -224,12 +224,12 @@ void FrameWindow::focusNextPart() {
     focusFirst(*m_band);
 }
 
-/// A window that stands over the plot, as long as the desk. `close` is what its close box does.
+/// A window that stands over the plot, as long as the desk. `closed`: its close box was pressed.
 template <class Window, class Content>
-void FrameWindow::addFloating(Window& window, void (Window::*close)()) {
+void FrameWindow::addFloating(Window& window, void (Window::*closed)()) {
   auto* child = new ChildWindow(
       new Content(m_face, window), m_face, [&window] { return &window.Window; },
-      [&window, close] { (window.*close)(); });
+      [&window, closed] { (window.*closed)(); });
   child->hide();
   m_children->add(child, ChildArea::Place::Floating);
 }

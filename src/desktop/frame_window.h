@@ -70,7 +70,7 @@ class FrameWindow : public QMainWindow {
   void addPlayer(const CueWindow::Names& names, std::unique_ptr<QueueList> Windows::*player,
                  ChildArea::Place place);
   template <class Window, class Content>
-  void addFloating(Window& window, void (Window::*close)());
+  void addFloating(Window& window, void (Window::*closed)());
   void focusNextPart();
   void showDocuments(const std::vector<unsigned>& identities);
   void addDocument(unsigned identity);

@@ -117,6 +117,10 @@ int ShowViewPanel::leastWidth(double scale) const {
   return px(type::Stage + 4 * type::Gap + SomeWords, scale) + number + timeWidth(m_look.timeLeft, scale);
 }
 
+QSize ShowViewPanel::sizeHint() const {
+  return {leastWidth(m_scale), m_layout.height};
+}
+
 ShowViewPanel::Layout ShowViewPanel::layOut(int width, double scale) const {
   Layout layout;
   const int gap = px(type::Gap, scale);
@@ -166,12 +170,14 @@ void ShowViewPanel::paintCue(QPainter& painter, bool next) const {
   const ShowViewLook::Cue& cue = next ? m_look.next : m_look.stage;
   const QRect line = next ? m_layout.next : m_layout.stage;
   const int gap = px(type::Gap, m_scale);
-  const int mark = px((next ? type::Next : type::Stage) * 0.72, m_scale);
+  const int mark = px((next ? type::Next : type::Stage) * 0.66, m_scale);
   const int column = px(type::Stage * 0.72, m_scale);  // both numbers begin below each other
   const QColor colour = theme::colour(next ? "nextText" : "stageText");
   QRect place(line.left(), 0, mark, mark);
   place.moveTop(line.center().y() - mark / 2);
-  if (!cue.number.empty()) drawLetterMark(painter, place, next, colour, theme::colour("well"));
+  if (!cue.number.empty())
+    drawLetterMark(painter, place, next, theme::colour(next ? "nextLit" : "stageLit"),
+                   theme::colour(next ? "nextInk" : "stageInk"));
   int x = line.left() + column + gap;
 
   const QFont numbers = theme::font(px(next ? type::Next : type::Stage, m_scale), true);

@@ -23,6 +23,7 @@ class ShowViewPanel : public QWidget {
   /// The height that the panel takes at a width and a scale, and the width below which a number would be cut.
   [[nodiscard]] int heightAt(int width, double scale) const;
   [[nodiscard]] int leastWidth(double scale) const;
+  [[nodiscard]] QSize sizeHint() const override;
 
  protected:
   void paintEvent(QPaintEvent* event) override;

@@ -13,7 +13,8 @@ namespace {
 
 constexpr QSize Content(760, 460);  // what stands inside the child window
 constexpr QSize LeastContent(320, 200);
-constexpr double RowsOfType = 1.5;  ///< a row of the list, beside its usual size
+constexpr double RowsOfType = 1.3;  ///< a row of the list, beside its usual size
+constexpr int LeastRows = 2;        ///< stage and next
 
 }  // namespace
 
@@ -109,17 +110,22 @@ void ShowViewWindow::fit() {
   double scale = m_percent / 100.0 * theme::sized(1.0, 1.4);
   while (scale > Smallest && !fits(scale)) scale *= Step;
   m_panel.setScale(scale);
-  m_panel.setFixedHeight(m_panel.heightAt(m_panel.width(), scale));
+  m_panel.setFixedHeight(m_panel.heightAt(insideWidth(), scale));
   // Its own sizes grow with the density by themselves.
   m_table.setScale(RowsOfType * scale / theme::sized(1.0, 1.4));
 }
 
+int ShowViewWindow::insideWidth() const {
+  const QMargins margins = layout()->contentsMargins();
+  return width() - margins.left() - margins.right();
+}
+
 bool ShowViewWindow::fits(double scale) const {
-  const int wide = m_panel.width();
+  const int wide = insideWidth();
   const double rows = RowsOfType * scale / theme::sized(1.0, 1.4);
   const int room = height() - m_choices.height() - 4 * layout()->spacing();
   return m_panel.leastWidth(scale) <= wide && m_table.leastWidth(rows) <= wide &&
-         m_panel.heightAt(wide, scale) + CueTable::heightOf(1, rows) <= room;
+         m_panel.heightAt(wide, scale) + CueTable::heightOf(LeastRows, rows) <= room;
 }
 
 void ShowViewWindow::resizeEvent(QResizeEvent* event) {

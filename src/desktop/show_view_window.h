@@ -32,14 +32,15 @@ class ShowViewWindow : public QWidget {
   void tieKeys();
   void fit();
   [[nodiscard]] bool fits(double scale) const;
+  [[nodiscard]] int insideWidth() const;
 
   frmShowView& m_form;
-  Bindings m_bindings;
+  QWidget m_choices;  ///< the buttons stand in it
   QPushButton m_xy, m_ab, m_smaller, m_larger;
   QLabel m_typeSize;
   ShowViewPanel m_panel;
   CueTable m_table;
-  QWidget m_choices;
+  Bindings m_bindings;
   int m_percent = BoothSettings::UsualType;
 };
 

@@ -125,6 +125,7 @@ void frmShowView::lookAtCues(const QueueList& player, ShowViewLook& look) const 
   look.timeLeft = player.timeLeft();
   look.fade = look.timeLeft.empty() ? "nothing fading" : state.Paused ? "s, stopped" : "s left";
   if (state.Fading || state.Paused) look.started = linkText(state.MasterGoList, state.MasterGoNumber);
+  if (look.nextLink == look.started) look.nextLink.clear();  // the mark moves on when the fade ends
   look.loop = loopText(player);
 }
 
