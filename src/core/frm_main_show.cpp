@@ -232,8 +232,6 @@ void frmMain::MDIForm_Unload(bool& cancel) {
   m_machine.errors.steps(
       [&] {
         if (Window.WindowState != WindowState::Minimised) savePosition();
-      },
-      [&] {
         m_windows.ShowView.noteWindow();
         m_wiring.saveBooth();
       },

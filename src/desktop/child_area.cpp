@@ -113,6 +113,16 @@ ChildArea::Place ChildArea::placeIn(const QMdiSubWindow& window) {
   return static_cast<Place>(window.property("place").toInt());
 }
 
+void ChildArea::bringForward(QMdiSubWindow& window, bool asked) {
+  QMdiSubWindow* foremost = &window;
+  for (QMdiSubWindow* other : subWindowList(QMdiArea::StackingOrder))
+    if (!asked && other->isVisible() && other->isMaximized() && placeIn(*other) == Place::Floating)
+      foremost = other;
+  window.raise();
+  foremost->raise();
+  setActiveSubWindow(foremost);
+}
+
 void ChildArea::raiseFloating() {
   for (QMdiSubWindow* window : subWindowList(QMdiArea::StackingOrder))
     if (placeIn(*window) == Place::Floating && !window->isMaximized()) window->raise();

@@ -18,6 +18,8 @@ class ChildArea : public QMdiArea {
 
   enum class Place { Plot, UpperList, LowerList, Floating };
   void add(QMdiSubWindow* window, Place place);
+  /// One that nobody asked for, since it came with a show, stays behind a floating one that fills the frame.
+  void bringForward(QMdiSubWindow& window, bool asked);
   void arrange(Arrangement::Code how);
   void layOut();
 

@@ -140,7 +140,7 @@ void CueWindow::dressEditors(const QString& suffix) {
     dress.widget->setAccessibleName(dress.spoken);
     dress.widget->setToolTip(dress.spoken);
   }
-  constexpr int LettersOfAChoice = 7;  // as wide empty as filled, whenever the desk is dressed anew
+  constexpr int LettersOfAChoice = 5;  // as wide empty as filled, whenever the desk is dressed anew
   for (QComboBox* choice : {&m_linkList, &m_linkNumber}) {
     choice->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     choice->setMinimumContentsLength(LettersOfAChoice);

@@ -65,6 +65,21 @@ TEST_F(ShowViewOnScreen, ShowsTheRunningFadeAndChangesNothingUnderTheHand) {
   EXPECT_EQ(cues().model()->rowCount(), 0);
 }
 
+TEST_F(ShowViewOnScreen, ComesBackOverAllOtherWindowsWhenItFilledTheFrame) {
+  house = std::make_unique<DeskOnScreen>();
+  house->screen.onDesk([this] {
+    house->desk.store.setTexts("Velgrove", "Booth", {{"ShowView", "-1"}, {"ShowViewMaximised", "-1"}});
+  });
+  house->open();
+  EXPECT_EQ(form().Window.WindowState, WindowState::Maximised);
+  EXPECT_EQ(panel().visibleRegion(), QRegion(panel().rect()));
+  EXPECT_GT(panel().width(), 1200);
+  house->screen.click(named("band/ID_XYQ"));
+  const QWidget& list = *house->table("XYQueueList").viewport();
+  EXPECT_EQ(list.visibleRegion(), QRegion(list.rect())) << "a tool brings its window to the front";
+  EXPECT_EQ(form().Window.WindowState, WindowState::Maximised);
+}
+
 TEST_F(ShowViewOnScreen, KeepsTheMarksInViewWhateverTheSizeOfTheType) {
   const std::string file = showOf(60).write("long.kel");
   open({1280, 800}, file);
