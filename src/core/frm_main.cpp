@@ -28,7 +28,7 @@ frmMain::frmMain(ShowState& show, Machine& machine, Windows& windows, Wiring wir
 
 void frmMain::MDIForm_Load() {
   Window.Loaded = true;
-  m_machine.errors.steps([&] { m_wiring.showSplash(); }, [&] { readPosition(); },
+  m_machine.errors.steps([&] { showDimScreen(); }, [&] { m_wiring.showSplash(); }, [&] { readPosition(); },
                          [&] {
                            m_windows.SubPane.Form_Load();
                            SubPaneVisible = true;

@@ -13,6 +13,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
+constexpr int KeepBoothAfter = 1000;  // ms: a hand that steps through the sizes makes one write
+
 /// A file of a folder; none when there is no folder.
 std::filesystem::path fileIn(const std::filesystem::path& folder, const char* name) {
   return folder.empty() ? std::filesystem::path() : folder / name;
@@ -40,6 +42,7 @@ LightingDesk::LightingDesk(Clock clock, const MessageBoxes& boxes, Wiring wiring
                    .drives = wiring.drives}),
       frame(show, machine, windows, frameWiring()),
       m_wiring(std::move(wiring)),
+      m_keepBooth(machine.timers, TimerRank::Recovery, KeepBoothAfter, [this] { saveBooth(); }),
       m_recovery(show, machine, recoveryWiring()),
       m_saver(show, machine,
               {.begins = [this] { m_recovery.saveBegins(); },
@@ -60,6 +63,8 @@ Windows::Wiring LightingDesk::tied(Windows::Wiring wiring) {
   wiring.showSubPane = [this](bool visible) { frame.SubPaneVisible = visible; };
   wiring.setting = [this](const std::string& key) { return setting("Project", key, "0"); };
   wiring.saveSettings = [this](const SettingTexts& texts) { store.setTexts("Velgrove", "Project", texts); };
+  wiring.interfaceState = [this] { return interfaceState(); };
+  wiring.boothChanged = [this] { m_keepBooth.setEnabled(true); };
   wiring.cueEdited = [this] { m_recovery.keep(); };
   wiring.interface.repaint = [this, repaint = std::move(wiring.interface.repaint)] {
     Splash.Status.Caption = windows.Comm.Version.Caption;
@@ -73,9 +78,15 @@ frmMain::Wiring LightingDesk::frameWiring() {
                             const std::string& fallback) { return setting(section, key, fallback); },
           .saveSetting = [this](const std::string& section, const std::string& key,
                                 const std::string& value) { saveSetting(section, key, value); },
+          .boothChanged = [this] { m_keepBooth.setEnabled(true); },
+          .saveBooth = [this] { saveBooth(); },
           .SaveAll = [this] { return SaveAll(); },
           .ShutdownApp = [this] { ShutdownApp(); },
-          .showOpened = [this] { m_recovery.opened(); },
+          .showOpened =
+              [this] {
+                m_recovery.opened();
+                windows.ShowView.restore();
+              },
           .showLeft = [this] { m_recovery.letGo(); },
           .forms =
               [this] {
@@ -111,6 +122,12 @@ void LightingDesk::saveSetting(const std::string& section, const std::string& ke
   SaveStringSetting(store, "Velgrove", section, key, value);
 }
 
+/// A screen that changes its looks waits for no disk: they are kept a moment later.
+void LightingDesk::saveBooth() {
+  m_keepBooth.setEnabled(false);
+  store.setTexts("Velgrove", BoothSettings::Section, textsOf(show.Booth));
+}
+
 /// A new desk has bars to show. One that keeps no settings is driven by a program, which sends a trigger when
 /// it means one.
 void LightingDesk::furnish() {
@@ -133,8 +150,9 @@ void LightingDesk::Main() {
       [&] {
         if (store.message()) machine.boxes.show({.text = *store.message(), .icon = BoxIcon::Warning});
       },
-      [&] { prepareShapes(); }, [&] { std::fill_n(show.MRUList.begin(), RecentFilesUsed, ""); },
-      [&] { Settings.Init(); }, [&] { bringFirstShows(); }, [&] { readRecentFiles(); },
+      [&] { show.Booth = readBoothSettings(store); }, [&] { prepareShapes(); },
+      [&] { std::fill_n(show.MRUList.begin(), RecentFilesUsed, ""); }, [&] { Settings.Init(); },
+      [&] { bringFirstShows(); }, [&] { readRecentFiles(); },
       [&] { show.DMXSubmasters = inputMode("DMXSubmasters"); },
       [&] { show.DMXDimmers = inputMode("DMXDimmers"); }, [&] { frame.MDIForm_Load(); },
       [&] { OpenProject.Form_Load(); }, [&] { frame.Window.Visible = true; },
@@ -189,8 +207,14 @@ void LightingDesk::openFirstShow() {
   Splash.Unload();
   Splash.Starting = false;
   m_recovery.start();
-  if (m_wiring.openShow) return m_wiring.openShow();
-  if (m_recovery.offer()) return;
+  if (m_wiring.openShow)
+    m_wiring.openShow();
+  else if (!m_recovery.offer())
+    chooseFirstShow();
+  if (show.CurrentProjectIndex > 0) windows.ShowView.restore();  // a recovered show is opened by nobody
+}
+
+void LightingDesk::chooseFirstShow() {
   if (!m_wiring.offered.empty()) OpenProject.offer(m_wiring.offered);
   OpenProject.ShowModal();
 }

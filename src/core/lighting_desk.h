@@ -68,6 +68,8 @@ class LightingDesk {
   void ShutdownApp();
   /// Closes all windows, with `force` those first that stand over others. True when none is left.
   bool UnloadAllForms(bool force);
+  /// How the desk stands to the interface, from the start on.
+  [[nodiscard]] InterfaceState interfaceState() const { return windows.Comm.state(Splash.Window.Visible); }
   /// All windows that are loaded.
   [[nodiscard]] std::vector<OpenForm> openForms();
 
@@ -80,6 +82,7 @@ class LightingDesk {
   [[nodiscard]] std::string setting(const std::string& section, const std::string& key,
                                     const std::string& fallback) const;
   void saveSetting(const std::string& section, const std::string& key, const std::string& value);
+  void saveBooth();
   void furnish();
   void prepareShapes();
   void bringFirstShows();
@@ -87,11 +90,13 @@ class LightingDesk {
   void showSplash();
   void startInterface();
   void openFirstShow();
+  void chooseFirstShow();
   void unloadFrame();
   void clearFixtures();
   void clearLevels();
 
   Wiring m_wiring;
+  Timer m_keepBooth;
   Recovery m_recovery;
   ShowSaver m_saver;
   int m_acting = 0;  ///< actions of the operator that are under way

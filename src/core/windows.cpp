@@ -42,6 +42,7 @@ Windows::Windows(ShowState& show, Machine& machine, Wiring wiring)
       Preferences(show, machine, preferencesWiring()),
       CheckShow(show, machine, checkWiring()),
       PrintSheets(show, machine, printWiring()),
+      ShowView(show, showViewWiring()),
       m_show(show),
       m_machine(machine),
       m_wiring(std::move(wiring)),
@@ -82,6 +83,13 @@ frmPrintSheets::Wiring Windows::printWiring() {
   return {.abPlayer = [this]() -> QueueList& { return abPlayer(); },
           .xyPlayer = [this]() -> QueueList& { return xyPlayer(); },
           .showStatus = [this](const std::string& text) { m_wiring.showStatus(text); }};
+}
+
+frmShowView::Wiring Windows::showViewWiring() {
+  return {.abPlayer = [this] { return ABQ.get(); },
+          .xyPlayer = [this] { return XYQ.get(); },
+          .interfaceState = [this] { return m_wiring.interfaceState(); },
+          .settingsChanged = [this] { m_wiring.boothChanged(); }};
 }
 
 QueueList& Windows::abPlayer() const {
@@ -275,6 +283,7 @@ std::vector<OpenForm> Windows::openForms() {
   note(CheckShow.Window, [this] { CheckShow.Unload(); });
   note(PrintSheets.Window, [this] { PrintSheets.Unload(); });
   note(Keys.Window, [this] { Keys.Unload(); });
+  note(ShowView.Window, [this] { ShowView.Unload(); });
   for (const auto& bars : Bars)
     open.push_back({.form = &bars->Window, .unload = [this, form = bars.get()] { closeBars(*form); }});
   return open;

@@ -8,7 +8,8 @@ namespace velgrove {
 
 /// The frame's ground for its child windows. They stand as the house lays them out - the plot at the left,
 /// the lists at the right - until the operator moves one of them or arranges them. Others float: they come up
-/// over the plot, stay where the hand puts them, and no click on the windows below hides them.
+/// over the plot, stay where the hand puts them, and no click on the windows below hides them unless they
+/// fill the frame.
 class ChildArea : public QMdiArea {
   Q_OBJECT
 
@@ -17,11 +18,14 @@ class ChildArea : public QMdiArea {
 
   enum class Place { Plot, UpperList, LowerList, Floating };
   void add(QMdiSubWindow* window, Place place);
+  /// One that nobody asked for, since it came with a show, stays behind a floating one that fills the frame.
+  void bringForward(QMdiSubWindow& window, bool asked);
   void arrange(Arrangement::Code how);
   void layOut();
 
  protected:
   void resizeEvent(QResizeEvent* event) override;
+  void changeEvent(QEvent* event) override;
 
  private:
   void tile(bool sideBySide);

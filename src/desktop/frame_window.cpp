@@ -13,6 +13,7 @@
 #include "desktop/effects_window.h"
 #include "desktop/keys_window.h"
 #include "desktop/show_keys.h"
+#include "desktop/show_view_window.h"
 #include "desktop/theme.h"
 #include "desktop/twips.h"
 
@@ -110,9 +111,10 @@ void FrameWindow::build() {
             &Windows::XYQ, ChildArea::Place::UpperList);
   addPlayer({.window = "ABQueueList", .list = "ListView2", .editorSuffix = "", .spoken = "AB cues"},
             &Windows::ABQ, ChildArea::Place::LowerList);
-  addFloating<EffectsQueue, EffectsWindow>(m_desk.windows.Effects);
-  addFloating<frmCheckShow, CheckWindow>(m_desk.windows.CheckShow);
-  addFloating<frmKeys, KeysWindow>(m_desk.windows.Keys);
+  addFloating<EffectsQueue, EffectsWindow>(m_desk.windows.Effects, &EffectsQueue::Unload);
+  addFloating<frmCheckShow, CheckWindow>(m_desk.windows.CheckShow, &frmCheckShow::Unload);
+  addFloating<frmShowView, ShowViewWindow>(m_desk.windows.ShowView, &frmShowView::Close);
+  addFloating<frmKeys, KeysWindow>(m_desk.windows.Keys, &frmKeys::Unload);
   connect(m_children, &QMdiArea::subWindowActivated, this, &FrameWindow::onActivated);
   connect(new QShortcut(Qt::Key_F6, this), &QShortcut::activated, this, &FrameWindow::focusNextPart);
   new ShowKeys(m_desk, m_face, m_tools, *this);
@@ -157,7 +159,7 @@ QWidget* FrameWindow::makeToolColumn() {
     if (QString(id) == "-") {
       auto* line = new QFrame;
       line->setFrameShape(QFrame::HLine);
-      line->setStyleSheet("color: " + theme::colour("line").name());
+      line->setProperty("type", "line");
       tools->addSpacing(3);
       tools->addWidget(line);
       tools->addSpacing(3);
@@ -178,11 +180,10 @@ QWidget* FrameWindow::makeBanner() {
   auto* row = new QHBoxLayout(m_banner);
   row->setContentsMargins(14, 0, 14, 0);
   row->setSpacing(12);
-  auto* mark = new QLabel;
-  mark->setPixmap(theme::picture("mark_warning", 24, theme::colour("warnInk"), devicePixelRatioF()));
   m_bannerText = new QLabel;
   m_bannerText->setObjectName("bannerText");
-  row->addWidget(mark);
+  m_bannerMark = new QLabel;
+  row->addWidget(m_bannerMark);
   row->addWidget(m_bannerText, 1);
   m_banner->hide();
   return m_banner;
@@ -227,12 +228,12 @@ void FrameWindow::focusNextPart() {
     focusFirst(*m_band);
 }
 
-/// A window that stands over the plot, as long as the desk.
+/// A window that stands over the plot, as long as the desk. `closed`: its close box was pressed.
 template <class Window, class Content>
-void FrameWindow::addFloating(Window& window) {
+void FrameWindow::addFloating(Window& window, void (Window::*closed)()) {
   auto* child = new ChildWindow(
       new Content(m_face, window), m_face, [&window] { return &window.Window; },
-      [&window] { window.Unload(); });
+      [&window, closed] { (window.*closed)(); });
   child->hide();
   m_children->add(child, ChildArea::Place::Floating);
 }
@@ -362,6 +363,8 @@ void FrameWindow::bindFrame() {
                     [this](const std::vector<unsigned>& identities) {
                       showAll(m_bars, identities, [this](unsigned identity) { addBars(identity); });
                     });
+  m_bindings.mirror([this] { return m_desk.show.Booth.DimScreen; },
+                    [](bool dim) { theme::apply(dim ? Tone::Dim : Tone::Usual); });
   m_bindings.mirror([this] { return m_desk.frame.SubPaneVisible; },
                     [this](bool visible) { m_strip->setVisible(visible); });
   m_bindings.mirror([this] { return m_desk.windows.Comm.Condition.Caption; },
@@ -449,6 +452,7 @@ void FrameWindow::size() {
     button->setFixedSize(theme::sized(QSize(34, 34), QSize(44, 44)));
     button->setIconSize(theme::sized(QSize(24, 24), QSize(28, 28)));
   }
+  m_bannerMark->setPixmap(theme::picture("mark_warning", 24, theme::colour("warnInk"), devicePixelRatioF()));
   m_children->layOut();
 }
 

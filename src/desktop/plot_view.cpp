@@ -173,6 +173,9 @@ void PlotView::resizeEvent(QResizeEvent* event) {
 void PlotView::changeEvent(QEvent* event) {
   QWidget::changeEvent(event);
   if (event->type() == QEvent::EnabledChange && !isEnabled()) leave();
+  if (event->type() != QEvent::StyleChange) return;
+  m_painter.forget();
+  setCursor(cursorOf(m_shown));
 }
 
 // ---- The mouse

@@ -49,7 +49,7 @@ void ShowBar::addTool(std::string_view id, bool caption) {
 void ShowBar::addLine() {
   auto* line = new QFrame;
   line->setFrameShape(QFrame::VLine);
-  line->setStyleSheet("color: " + theme::colour("line").name());
+  line->setProperty("type", "line");
   m_row->addSpacing(4);
   m_row->addWidget(line);
   m_row->addSpacing(4);

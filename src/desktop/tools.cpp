@@ -10,10 +10,10 @@ namespace velgrove {
 namespace {
 
 /// Tools that show a state. What the state is stands in `pressed`.
-constexpr std::string_view Toggles[] = {"ID_SelectPointer", "ID_SelectGrid",   "ID_FluidZoom", "ID_Pan",
-                                        "ID_AddLight",      "ID_DelLight",     "ID_Rotate",    "ID_ABQ",
-                                        "ID_XYQ",           "ID_Effects",      "ID_noInput",   "ID_manualOn",
-                                        "ID_subsOn",        "ID_LockFixtures", "mnuViewGrid"};
+constexpr std::string_view Toggles[] = {
+    "ID_SelectPointer", "ID_SelectGrid",   "ID_FluidZoom", "ID_Pan",      "ID_AddLight", "ID_DelLight",
+    "ID_Rotate",        "ID_ABQ",          "ID_XYQ",       "ID_Effects",  "ID_noInput",  "ID_manualOn",
+    "ID_subsOn",        "ID_LockFixtures", "mnuViewGrid",  "ID_ShowView", "ID_DimScreen"};
 
 bool isToggle(std::string_view id) {
   return std::ranges::find(Toggles, id) != std::end(Toggles);
@@ -88,6 +88,7 @@ bool Tools::pressed(const Tool& tool) const {
   };
   if (tool.Id == "ID_ABQ") return visible(m_desk.windows.ABQ);
   if (tool.Id == "ID_XYQ") return visible(m_desk.windows.XYQ);
+  if (tool.Id == "ID_ShowView") return m_desk.windows.ShowView.Window.Visible;
   if (tool.Id == "ID_Effects") return m_desk.windows.Effects.Window.Visible;
   if (const frmDocument* document = m_desk.windows.ActiveDocument) {
     if (const int mode = mouseModeOf(tool.Id); mode != 0) return document->MouseMode == mode;
