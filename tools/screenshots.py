@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 """Takes the pictures of the documentation: the demo show in the middle of a fade of both lists, in both layouts, with
-some submasters up; the bars of its levels; and the open dialog.
+some submasters up; the bars of its levels; the show view, bright and dimmed; and the open dialog.
 
     tools/screenshots.py [--programs build/release/bin] [--to docs]
 """
@@ -57,6 +57,19 @@ def bars(booth, folder):
     booth.screen.keys("Escape")
 
 
+def booth_views(booth, folder):
+    """The list in large type in a fade, and the same dimmed."""
+    screen = booth.screen
+    screen.keys("F11")
+    time.sleep(0.5)
+    screen.keys("space")
+    time.sleep(INTO_FADE)
+    take(screen, folder, "show-view.png")
+    screen.keys("F10")
+    time.sleep(0.5)
+    take(screen, folder, "dim.png")
+
+
 def desk_in_a_fade(booth):
     """The trial goes over into the shore on the XY list, whose link starts the storm's sky in the AB list."""
     booth.open_show()
@@ -93,6 +106,7 @@ def main():
             if (width, height) == SIZES[0]:
                 booth.wait_fades_over()
                 bars(booth, options.to)
+                booth_views(booth, options.to)
 
 
 if __name__ == "__main__":
