@@ -52,7 +52,8 @@ def large_show(path):
     model = view["colFixtures"][0]
     view["colFixtures"] = [
         model | {"Channel": n + 1, "FixtureName": f"Lamp {n + 1}", "x": 15 + n % columns * 970 / (columns - 1),
-                 "y": 60 + n // columns * 880 / (rows - 1), "PerpX": 0, "PerpY": 0} for n in range(FIXTURES)]
+                 "y": 60 + n // columns * 880 / (rows - 1), "PerpX": 0, "PerpY": 0, "Angle": 0}
+        for n in range(FIXTURES)]
     for cues, turn in zip(show["colQueueData"], (0, 1)):
         first = cues["colQueueEntries"][0] | {"Up": FADE, "Down": FADE, "Delay": 0, "QueueListMasterGo": "None",
                                               "QueueNumberMasterGo": "None"}

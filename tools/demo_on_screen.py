@@ -17,10 +17,13 @@ import time
 from on_screen import PROGRAMS, ROOT, Booth, Missing, Screen, need
 
 # Channels of the demo show, and the levels of its looks on them. The last step of a fade ends a little short of the look.
-FRONT_CENTRE, THRONE, SKY = 3, 10, 23
-COURT = {FRONT_CENTRE: 163, SKY: 153}
-LEONTES_ALONE = {FRONT_CENTRE: 0, THRONE: 255}
+FRONT, BACK, SKY, GOLDEN_SKY, MOVING_LIGHT, LANTERN, HOUSE = 3, 22, 31, 32, 41, 63, 71
+PRESET = {HOUSE: 204, SKY: 90}
+COURT = {FRONT: 184, GOLDEN_SKY: 150, HOUSE: 0}
+LIGHTNING, THUNDER, DAWN = {SKY: 255, MOVING_LIGHT: 255}, {BACK: 255}, {BACK: 0, GOLDEN_SKY: 200}
 SHORT = 4
+PRACTICALS, PRACTICALS_FULL = 13, {LANTERN: 204}  # a submaster
+TO_SHORE = 8  # cues from the one where the dragged mark leaves the stage to the one before the shore
 
 
 class Story:
@@ -41,9 +44,12 @@ class Story:
     def play(self):
         self.start()
         self.first_go()
+        self.choose_next()
         self.two_lists()
         self.stop_and_resume()
-        self.choose_next()
+        self.submaster()
+        self.storm()
+        self.dawn()
         self.save()
         self.leave()
 
@@ -66,9 +72,10 @@ class Story:
         time.sleep(1)
         self.picture("first-go")
         self.booth.wait_fades_over()
+        self.stands("the preset", PRESET)
 
     def two_lists(self):
-        self.tell("Go of the XY list: the court comes, and its link starts the sky in the AB list.")
+        self.tell("Go of the XY list: the court comes, and its link starts the sky of the AB list.")
         self.screen.click(self.booth.go_buttons()[1].middle)
         self.booth.wait_for_fade(lists=2)
         time.sleep(1)
@@ -93,12 +100,12 @@ class Story:
 
     def stood_still(self, since, span=500):
         """While the fade was stopped, its light stood."""
-        levels = {levels[FRONT_CENTRE - 1] for ms, levels in self.booth.frames() if since <= ms < since + span}
-        if len(levels) != 1 or max(levels) in (0, COURT[FRONT_CENTRE]):
+        levels = {levels[FRONT - 1] for ms, levels in self.booth.frames() if since <= ms < since + span}
+        if len(levels) != 1 or max(levels) in (0, COURT[FRONT]):
             raise Missing(f"a stopped fade stands still between its looks, not {sorted(levels)}")
 
     def choose_next(self):
-        self.tell("A row is looked at, and the next mark is dragged two cues on.")
+        self.tell("A row is looked at, and the next mark is dragged two cues on, to the court.")
         mark = self.booth.next_rows()[0]
         x, row = mark.left + 120, mark.bottom - mark.top
         self.screen.click((x, mark.middle[1] + row))
@@ -108,11 +115,49 @@ class Story:
         self.screen.drag((x, mark.middle[1]), (x, mark.middle[1] + 2 * row))
         need(lambda: self.booth.next_rows()[0].top >= mark.top + row, "the next mark doesn't follow the mouse")
         self.picture("next-mark")
+
+    def submaster(self):
+        self.tell("A submaster lights the lamps of the set.")
+        level = self.booth.submaster(PRACTICALS)[1]
+        self.screen.click(level)
+        self.stands("the submaster", PRACTICALS_FULL)
+        time.sleep(0.5)  # until the plot shows it
+        self.picture("submaster")
+        self.screen.click(level)
+        self.stands("the set without it", {LANTERN: 0})
+
+    def storm(self):
+        self.tell("On to the shore, where the AB list strikes: its lightning starts the thunder of the XY list.")
+        for _ in range(TO_SHORE):
+            self.screen.click(self.booth.advance_button())
+            time.sleep(0.3)
         self.screen.click(self.booth.go_buttons()[1].middle)
-        self.booth.wait_for_fade()
+        self.booth.wait_for_fade(lists=2)
+        time.sleep(2)
+        self.picture("shore")
         self.booth.wait_fades_over()
-        self.stands("the dragged cue", LEONTES_ALONE)
-        self.picture("dragged-cue")
+        self.screen.click(self.booth.go_buttons()[2].middle)
+        self.booth.wait_for_fade()
+        self.stands("the lightning", LIGHTNING)
+        self.booth.wait_fades_over()
+        self.stands("the thunder", THUNDER)
+        self.picture("thunder")
+        self.tell("The bear, as the lightning dies away.")
+        self.screen.click(self.booth.go_buttons()[1].middle)
+        self.booth.wait_for_fade(lists=2)
+        time.sleep(1)
+        self.picture("bear")
+        self.booth.wait_fades_over()
+
+    def dawn(self):
+        self.tell("The shepherd's lantern, and out; Time speaks; and then a slow dawn in both lists.")
+        for lists, middle, name in ((1, 3, "lantern"), (1, 1, "lantern-out"), (2, 2, "time"), (2, 5, "dawn")):
+            self.screen.click(self.booth.go_buttons()[1].middle)
+            self.booth.wait_for_fade(lists)
+            time.sleep(middle)
+            self.picture(name)
+            self.booth.wait_fades_over()
+        self.stands("the morning", DAWN)
 
     def save(self):
         self.tell("The menu, and save.")
@@ -168,6 +213,7 @@ def main():
         ends.callback(screen.close)
         booth = Booth(screen, options.programs)
         ends.callback(booth.end)
+        booth.set_up(Project={"PREF_SHOWSUBS": -1})
         story = Story(booth, options.to)
         try:
             story.play()

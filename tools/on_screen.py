@@ -176,10 +176,21 @@ class Screen:
         """Waits until the dialog has come up, takes the keys and has shown all that it shows."""
         need(lambda: self.dialog(title) in (self._output("xdotool", "getactivewindow").strip(),), f"no dialog {title!r}",
              patience)
-        shape = dict(line.split("=") for line in self._output(
-            "xdotool", "getwindowgeometry", "--shell", self.dialog(title)).split())
-        left, top, width, height = (int(shape[name]) for name in ("X", "Y", "WIDTH", "HEIGHT"))
-        self.wait_until_still(Box(left, top, left + width, top + height))
+        self.wait_until_still(self.place_of(self.dialog(title)))
+
+    def place_of(self, window):
+        """What a window fills, without its title."""
+        told = self._output("xwininfo", "-id", window)
+        left, top, width, height = (int(re.search(rf"{name}: +(-?\d+)", told)[1])
+                                    for name in ("Absolute upper-left X", "Absolute upper-left Y", "Width", "Height"))
+        return Box(left, top, left + width, top + height)
+
+    def frame_of(self, window):
+        """What a window fills, with what the window manager draws around it."""
+        inner = self.place_of(window)
+        border = self._output("xprop", "-id", window, "_NET_FRAME_EXTENTS").partition("=")[2]
+        left, right, top, bottom = (int(edge) for edge in border.split(",")) if border.strip() else (0, 0, 0, 0)
+        return Box(inner.left - left, inner.top - top, inner.right + right, inner.bottom + bottom)
 
     def wait_until_still(self, box, span=0.25):
         """Waits until nothing has changed in a part of the screen for a while."""
@@ -258,6 +269,9 @@ class Booth:
             shutil.copy(show, self.data)
         self.program = shutil.copy(os.path.join(programs, "velgrove"), self.path("bin"))
         shutil.copytree(os.path.join(programs, "graphics"), self.path("bin/graphics"))
+        manual = os.path.join(os.path.dirname(programs), "share", "manual")
+        if os.path.isdir(manual):
+            shutil.copytree(manual, self.path("share/manual"))
         self.box = self.desk = None
         self.log = self.path("complaints")
         self.frames_file, self._frames, self._read_to = self.path("frames"), [], 0
@@ -314,15 +328,15 @@ class Booth:
             for section, values in sections.items():
                 file.write(f"[Velgrove.{section}]\n" + "".join(f'{key} = "{value}"\n' for key, value in values.items()))
 
-    def start(self, folder=None):
-        """Starts the desk, in a folder of its own or that one."""
+    def start(self, folder=None, **env):
+        """Starts the desk, in a folder of its own or that one, with this in its environment."""
         if self.user is not None:
             for path, _, files in os.walk(self.home.name):
                 for name in [path, *(os.path.join(path, file) for file in files)]:
                     os.chown(name, self.user, self.user, follow_symlinks=False)
         with open(self.log, "wb") as log:
             self.desk = subprocess.Popen(
-                [*self.before_desk, self.program], env=self.screen.env(**self.folders),
+                [*self.before_desk, self.program], env=self.screen.env(**self.folders, **env),
                 stdin=subprocess.DEVNULL, stdout=log, stderr=log,
                 cwd=folder or self.folders["HOME"], user=self.user, group=self.user,
                 extra_groups=[] if self.user is not None else None)

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 """Takes the pictures of the documentation: the demo show in the middle of a fade of both lists, in both layouts, with
-some submasters up; the bars of its levels; and the open dialog.
+some submasters up; the bars of its levels; the show view, bright and dimmed; and the open dialog.
 
     tools/screenshots.py [--programs build/release/bin] [--to docs]
 """
@@ -14,10 +14,10 @@ import time
 from on_screen import PROGRAMS, ROOT, Booth, Screen, need
 
 SIZES = ((1280, 800), (1920, 1080))
-STORM = 7  # the cue before the picture
-MOVING_LEFT = 41  # a channel of its look
+BEFORE = 10  # rows below the first, the one before the picture
+THRONE = 17  # a channel that is full in its look
 PART = 5  # pages of the fader
-INTO_FADE = 1.2  # seconds: both looks burn
+INTO_FADE = 1.6  # seconds: both looks burn
 
 
 def small(path):
@@ -33,13 +33,13 @@ def take(screen, folder, name):
     print(f"{os.path.relpath(path, ROOT)}: {os.path.getsize(path) // 1024} kB")
 
 
-SIDES, PRACTICALS = 6, 8
+PRACTICALS, SUNSET = 13, 14
 
 
 def some_submasters(booth):
     """One is full, one stands in between."""
     screen = booth.screen
-    screen.click(booth.submaster(SIDES)[1])
+    screen.click(booth.submaster(SUNSET)[1])
     button, _ = booth.submaster(PRACTICALS)
     screen.click(button)
     screen.wait_for(f"^{PRACTICALS}$")
@@ -57,15 +57,28 @@ def bars(booth, folder):
     booth.screen.keys("Escape")
 
 
+def booth_views(booth, folder):
+    """The list in large type in a fade, and the same dimmed."""
+    screen = booth.screen
+    screen.keys("F11")
+    time.sleep(0.5)
+    screen.keys("space")
+    time.sleep(INTO_FADE)
+    take(screen, folder, "show-view.png")
+    screen.keys("F10")
+    time.sleep(0.5)
+    take(screen, folder, "dim.png")
+
+
 def desk_in_a_fade(booth):
-    """The storm goes over into the bear's hunt on the XY list, whose link starts the sky of the AB list."""
+    """The trial goes over into the shore on the XY list, whose link starts the storm's sky in the AB list."""
     booth.open_show()
     some_submasters(booth)
     screen = booth.screen
-    for _ in range(STORM):
+    for _ in range(BEFORE):
         screen.click(booth.advance_button())
         time.sleep(0.3)
-    need(lambda: booth.frames()[-1][1][MOVING_LEFT - 1] == 255, "the storm isn't on stage")
+    need(lambda: booth.frames()[-1][1][THRONE - 1] == 255, "the trial isn't on stage")
     screen.click(booth.go_buttons()[1].middle)
     booth.wait_for_fade(lists=2)
     time.sleep(INTO_FADE)
@@ -93,6 +106,7 @@ def main():
             if (width, height) == SIZES[0]:
                 booth.wait_fades_over()
                 bars(booth, options.to)
+                booth_views(booth, options.to)
 
 
 if __name__ == "__main__":

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "model/show_sheet.h"
 #include "script.h"
 
 /// The commands of velgrove-show. Each gives the program's exit code: 0 good, 1 the work failed and a message
@@ -20,7 +21,9 @@ struct RunOptions {
   std::optional<std::string> save;  ///< path for the show as it stands at the end
 };
 
-int printShow(const std::string& file, bool asJson);
+enum class PrintAs { Text, Csv, Json };
+/// Text of all sheets or of one; one sheet as CSV, XY when none is named; JSON of everything.
+int printShow(const std::string& file, PrintAs how, std::optional<ShowSheet> sheet);
 /// 1 also for a show with findings, which it prints.
 int checkFile(const std::string& file);
 int makeShow(const std::string& jsonFile, const std::string& showFile);

@@ -8,7 +8,6 @@
 #include "messages.h"
 #include "model/show_file.h"
 #include "model/show_json.h"
-#include "model/show_sheet.h"
 
 namespace velgrove {
 namespace {
@@ -36,6 +35,14 @@ std::string naming(const std::string& file, Work&& work) {
   }
 }
 
+std::string textOf(clsProject& project, PrintAs how, std::optional<ShowSheet> which) {
+  if (how == PrintAs::Json) return showToJson(project);
+  if (how == PrintAs::Text && !which) return showText(project);
+  const auto sheet = sheetOf(project, which.value_or(ShowSheet::ListXY));
+  if (!sheet) throw RunTimeError(Fault::ObjectMissing, "the show has no such cue list");
+  return how == PrintAs::Csv ? sheetCsv(*sheet) : sheetText(*sheet);
+}
+
 }  // namespace
 
 bool isWholeShow(const std::string& file) {
@@ -43,10 +50,10 @@ bool isWholeShow(const std::string& file) {
   return read.project != nullptr && read.faults.empty();
 }
 
-int printShow(const std::string& file, bool asJson) {
+int printShow(const std::string& file, PrintAs how, std::optional<ShowSheet> sheet) {
   const ShowRead read = readWithMessages(file);
   if (read.project == nullptr) return 1;
-  const std::string text = asJson ? showToJson(*read.project) : showSheet(*read.project);
+  const std::string text = naming(file, [&] { return textOf(*read.project, how, sheet); });
   (void)std::fwrite(text.data(), 1, text.size(), stdout);  // what fails here, printedAll tells
   return printedAll() && read.faults.empty() ? 0 : 1;
 }

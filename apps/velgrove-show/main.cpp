@@ -1,6 +1,7 @@
 #include <CLI/CLI.hpp>
 #include <fstream>
 #include <iostream>
+#include <map>
 
 #include "commands.h"
 #include "messages.h"
@@ -27,8 +28,33 @@ struct Arguments {
   std::string scriptFile;
   std::string json;
   std::string out;
-  bool asJson = false;
+  PrintAs how = PrintAs::Text;
+  std::optional<ShowSheet> sheet;
 };
+
+CLI::App* printCommand(CLI::App& app, Arguments& arguments) {
+  static const std::map<std::string, ShowSheet> Sheets{{"xy", ShowSheet::ListXY},
+                                                       {"ab", ShowSheet::ListAB},
+                                                       {"patch", ShowSheet::Patch},
+                                                       {"submasters", ShowSheet::Submasters}};
+  CLI::App* print = app.add_subcommand("print", "cue sheets, patch and submasters as text, or one as CSV");
+  print->add_option("FILE.kel", arguments.run.show, "the show")->required();
+  CLI::Option* const csv = print->add_flag_callback(
+      "--csv", [&arguments] { arguments.how = PrintAs::Csv; },
+      "one sheet for a spreadsheet: commas, UTF-8, a row of captions first; the XY cue list without --sheet");
+  CLI::Option* const json = print->add_flag_callback(
+      "--json", [&arguments] { arguments.how = PrintAs::Json; }, "everything, as JSON");
+  CLI::Option* const sheet = print->add_option_function<std::string>(
+      "--sheet", [&arguments](const std::string& name) { arguments.sheet = Sheets.at(name); },
+      "this sheet alone: xy, ab, patch or submasters");
+  sheet->type_name("SHEET")->check(CLI::IsMember(&Sheets).description(""));
+  json->excludes(csv)->excludes(sheet);
+  print->footer(
+      "In CSV a text that a spreadsheet would take for a formula, since it begins with = + - or @, has an "
+      "apostrophe before it.\n"
+      "Levels are in percent, FL is full. Loops aren't in a file: they live as long as the desk.");
+  return print;
+}
 
 CLI::App* runCommand(CLI::App& app, const char* name, const char* what, Arguments& arguments) {
   CLI::App* command = app.add_subcommand(name, what);
@@ -54,9 +80,7 @@ int run(int argc, char** argv) {
       scriptHelp());
 
   Arguments arguments;
-  CLI::App* const print = app.add_subcommand("print", "cue sheet, patch and submasters as text");
-  print->add_option("FILE.kel", arguments.run.show, "the show")->required();
-  print->add_flag("--json", arguments.asJson, "everything, as JSON");
+  CLI::App* const print = printCommand(app, arguments);
 
   CLI::App* const check =
       app.add_subcommand("check", "what would go wrong at the performance: one line for each finding");
@@ -83,7 +107,7 @@ int run(int argc, char** argv) {
   try {
     app.parse(argc, argv);
     arguments.run.script = scriptOf(arguments.scriptFile);
-    if (*print) return printShow(arguments.run.show, arguments.asJson);
+    if (*print) return printShow(arguments.run.show, arguments.how, arguments.sheet);
     if (*check) return checkFile(arguments.run.show);
     if (*make) return makeShow(arguments.json, arguments.out);
     return *rehearsal ? rehearse(arguments.run) : play(arguments.run);

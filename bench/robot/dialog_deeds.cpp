@@ -141,6 +141,9 @@ void setPlatformDialogs(Hand& hand) {
   };
   dialogs.choosePrinter = [&hand](const auto&) { return hand.chance.oneIn(2); };
   dialogs.printView = [](const Drawing&) {};
+  hand.windows().PrintSheets.Press = {.anyPrinter = [&hand] { return hand.chance.oneIn(2); },
+                                      .print = [](const Printout&) {},
+                                      .pdf = [](const Printout&) { return std::string("%PDF"); }};
 }
 
 }  // namespace velgrove::robot

@@ -103,6 +103,19 @@ bool setTimings(Hand& hand) {
   return true;
 }
 
+bool printSheets(Hand& hand) {
+  frmPrintSheets& form = hand.windows().PrintSheets;
+  if (!form.Window.Visible) return false;
+  CheckBox* const boxes[] = {&form.chkXY, &form.chkAB, &form.chkPatch, &form.chkSubmasters};
+  const Button* const buttons[] = {&form.cmdPrint, &form.cmdSavePDF, &form.cmdCancel};
+  CheckBox& box = *hand.chance.of(boxes);
+  hand.note(box.Caption);
+  box.toggle();
+  const Button& button = *hand.chance.of(buttons);
+  hand.press(button, button.Caption);
+  return true;
+}
+
 bool closeSmallWindows(Hand& hand) {
   hand.note("close about and status");
   hand.desk().About.cmdOK.click();
@@ -118,6 +131,7 @@ constexpr Deed Deeds[] = {{"any tool", 25, anyTool},
                           {"arrow beside a tool", 1, dropDown},
                           {"preferences", 14, setPreferences},
                           {"timings", 10, setTimings},
+                          {"cue sheets", 5, printSheets},
                           {"small windows", 1, closeSmallWindows}};
 
 }  // namespace

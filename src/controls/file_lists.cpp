@@ -212,8 +212,12 @@ void FileListBox::filter() {
   m_items.clear();
   std::ranges::copy_if(m_all, std::back_inserter(m_items),
                        [this](const std::string& name) { return matchesPattern(name, m_pattern); });
-  const auto again = std::ranges::find(m_items, selected);
-  m_index = again == m_items.end() ? -1 : static_cast<int>(again - m_items.begin());
+  select(selected);
+}
+
+void FileListBox::select(const std::string& name) {
+  const auto at = std::ranges::find(m_items, name);
+  m_index = at == m_items.end() ? -1 : static_cast<int>(at - m_items.begin());
 }
 
 std::string FileListBox::FileName() const {

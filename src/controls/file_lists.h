@@ -123,6 +123,8 @@ class FileListBox {
   /// The operator's click and double click on a name; Fault::Subscript when there is none such.
   void choose(int index);
   void doubleClick(int index);
+  /// Chooses a name, or none when it isn't listed.
+  void select(const std::string& name);
   void chooseNone() { m_index = -1; }
 
  private:

@@ -236,6 +236,12 @@ std::string readFile(const fs::path& path) {
   }
 }
 
+bool canWriteIn(const fs::path& folder) {
+  std::error_code missing;
+  return fs::is_directory(folder, missing) &&
+         ::faccessat(AT_FDCWD, folder.c_str(), W_OK | X_OK, AT_EACCESS) == 0;
+}
+
 fs::path damagedName(const fs::path& file) {
   fs::path name = file;
   name += ".damaged";

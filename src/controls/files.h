@@ -22,6 +22,9 @@ inline void doAtOnce(const std::function<void()>& work) {
 /// ...).
 [[nodiscard]] std::string readFile(const std::filesystem::path& path);
 
+/// Whether files can be made and replaced in a folder.
+[[nodiscard]] bool canWriteIn(const std::filesystem::path& folder);
+
 /// The name under which a damaged file is kept: `<name>.damaged`, or the next number that is free, so that
 /// none kept before is lost.
 [[nodiscard]] std::filesystem::path damagedName(const std::filesystem::path& file);

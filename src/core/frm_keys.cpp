@@ -27,6 +27,7 @@ void frmKeys::Show() {
   Window.Loaded = true;
   Window.Show();
   Window.Restore();
+  ListViewKeys.ensureVisible(1);
 }
 
 void frmKeys::Unload() {

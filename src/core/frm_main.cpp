@@ -10,10 +10,12 @@ constexpr int HousekeepingInterval = 1000;  // ms
 constexpr std::int16_t SubPaneShows = -1;
 
 /// The tools that need an open show.
-constexpr std::array ShowTools{
-    "ID_Save",     "ID_SelectPointer", "ID_AddLight",    "ID_SelectGrid", "ID_Rotate",          "ID_ABQ",
-    "ID_XYQ",      "ID_Effects",       "ID_GrandMaster", "ID_LevelWheel", "mnuLightAddFixture", "ID_CueReset",
-    "ID_DelLight", "ID_FluidZoom",     "ID_Pan",         "ID_Test",       "ID_CheckShow"};
+constexpr std::array ShowTools{"ID_Save",       "ID_SelectPointer",   "ID_AddLight",
+                               "ID_SelectGrid", "ID_Rotate",          "ID_ABQ",
+                               "ID_XYQ",        "ID_Effects",         "ID_GrandMaster",
+                               "ID_LevelWheel", "mnuLightAddFixture", "ID_CueReset",
+                               "ID_DelLight",   "ID_FluidZoom",       "ID_Pan",
+                               "ID_Test",       "ID_CheckShow",       "ID_PrintSheets"};
 
 }  // namespace
 
@@ -26,7 +28,7 @@ frmMain::frmMain(ShowState& show, Machine& machine, Windows& windows, Wiring wir
 
 void frmMain::MDIForm_Load() {
   Window.Loaded = true;
-  m_machine.errors.steps([&] { m_wiring.showSplash(); }, [&] { readPosition(); },
+  m_machine.errors.steps([&] { showDimScreen(); }, [&] { m_wiring.showSplash(); }, [&] { readPosition(); },
                          [&] {
                            m_windows.SubPane.Form_Load();
                            SubPaneVisible = true;

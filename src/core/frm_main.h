@@ -44,6 +44,8 @@ class frmMain {
         setting;
     std::function<void(const std::string& section, const std::string& key, const std::string& value)>
         saveSetting;
+    std::function<void()> boothChanged;  ///< its settings, which are kept soon
+    std::function<void()> saveBooth;     ///< keeps them at once
     /// Whether the show now stands in its file.
     std::function<bool()> SaveAll;
     std::function<void()> ShutdownApp;
@@ -135,6 +137,10 @@ class frmMain {
   void showGrandMaster();
   void showPreferences();
   void checkShow();
+  void printSheets();
+  void showShowView();
+  void dimScreen();
+  void showDimScreen();
   void showBars(const char* what);
   void showPlayer(QueueList& (Windows::*player)() const);
   void showEffects();

@@ -35,6 +35,7 @@ std::span<const frmMain::Command> frmMain::commands() {
       {"mnuFileSaveAs", run<&frmMain::SaveAs>},
       {"ID_CheckShow", run<&frmMain::checkShow>},
       {"mnuFilePrint", run<&frmMain::print>},
+      {"ID_PrintSheets", run<&frmMain::printSheets>},
       {"mnuFileExit", run<&frmMain::leave>},
       // Windows
       {"ID_ABQ", run<&frmMain::showPlayer, &Windows::abPlayer>},
@@ -42,6 +43,8 @@ std::span<const frmMain::Command> frmMain::commands() {
       {"ID_Effects", run<&frmMain::showEffects>},
       {"ID_GrandMaster", run<&frmMain::showGrandMaster>},
       {"mnuViewLevelWheel", run<&frmMain::showGrandMaster>},
+      {"ID_ShowView", run<&frmMain::showShowView>},
+      {"ID_DimScreen", run<&frmMain::dimScreen>},
       {"ID_BarsInput", run<&frmMain::showBars, Input>},
       {"ID_BarsOutput", run<&frmMain::showBars, Output>},
       {"ID_viewStatus", run<&frmMain::viewStatus>},
@@ -129,6 +132,25 @@ void frmMain::showPreferences() {
 
 void frmMain::checkShow() {
   m_machine.errors.run([&] { m_windows.CheckShow.Show(); });
+}
+
+void frmMain::printSheets() {
+  m_machine.errors.run([&] { m_windows.PrintSheets.Show(); });
+}
+
+void frmMain::showShowView() {
+  m_windows.ShowView.Show();
+}
+
+/// For blackouts: the screens light up the booth, and what stands before it.
+void frmMain::dimScreen() {
+  m_show.Booth.DimScreen = !m_show.Booth.DimScreen;
+  showDimScreen();
+  m_wiring.boothChanged();
+}
+
+void frmMain::showDimScreen() {
+  SSActiveToolBars1.tool("ID_DimScreen").Pressed = m_show.Booth.DimScreen;
 }
 
 void frmMain::showBars(const char* what) {

@@ -232,6 +232,8 @@ void frmMain::MDIForm_Unload(bool& cancel) {
   m_machine.errors.steps(
       [&] {
         if (Window.WindowState != WindowState::Minimised) savePosition();
+        m_windows.ShowView.noteWindow();
+        m_wiring.saveBooth();
       },
       [&] {
         if (m_show.OpenDocumentCount > 0) m_windows.closeDocuments();

@@ -2,6 +2,9 @@
 
 #include <system_error>
 
+#include "controls/file_names.h"
+#include "controls/files.h"
+
 namespace velgrove {
 namespace {
 
@@ -9,6 +12,8 @@ namespace fs = std::filesystem;
 
 constexpr int HousekeepingInterval = 800;  // ms
 constexpr const char* AllShows = "*.kel";
+constexpr const char* EveryFile = "*";
+constexpr const char* FolderUnreadable = "This folder can't be read.";
 
 }  // namespace
 
@@ -41,7 +46,7 @@ void frmOpenProject::bindEvents() {
   drvList.Change = [this] { drvList_Change(); };
   dirList.Change = [this] { dirList_Change(); };
   dirList.LostFocus = [this] { dirList_LostFocus(); };
-  dirList.Refused = [this](const RunTimeError& error) { tellUnreadable(error); };
+  dirList.Refused = [this](const RunTimeError& error) { tell(FolderUnreadable, error); };
   filList.DblClick = [this] { filList_DblClick(); };
   txtSearchSpec.Change = [this] { txtSearchSpec_Change(); };
   txtSearchSpec.GotFocus = [this] { txtSearchSpec_GotFocus(); };
@@ -78,8 +83,26 @@ void frmOpenProject::beginIn(const fs::path& folder) {
     std::error_code refused;  // then the reading says why
     fs::create_directories(folder, refused);
   });
+  (void)goTo(folder);
+}
+
+bool frmOpenProject::goTo(const fs::path& folder) {
   drvList.Refresh(folder);
-  (void)readDisk([&] { dirList.setPath(folder); });
+  return readDisk([&] { dirList.setPath(folder); });
+}
+
+/// The show is read for what can be wrong with it before the dialog leaves the folder where it began.
+void frmOpenProject::offer(const fs::path& file) {
+  load();
+  const std::string name = file.filename();
+  m_machine.errors.run([&] {
+    const auto read = [&] { m_machine.aside([&] { (void)readFile(file); }); };
+    if (!readDisk(read, "This show can't be opened.")) return;
+    if (!goTo(file.parent_path())) return drvList.Refresh(dirList.Path());
+    if (!readDisk([this] { filList.Refresh(); })) return;
+    if (!matchesPattern(name, txtSearchSpec.text())) txtSearchSpec.setText(EveryFile);
+    filList.select(name);
+  });
 }
 
 void frmOpenProject::load() {
@@ -137,20 +160,24 @@ void frmOpenProject::Timer1_Timer() {
 
 // ---- An existing show
 
-bool frmOpenProject::readDisk(const std::function<void()>& reading) {
+bool frmOpenProject::readDisk(const std::function<void()>& reading, const char* failed) {
   try {
     reading();
     return true;
   } catch (const RunTimeError& error) {
     if (error.fault() != Fault::File) throw;
-    tellUnreadable(error);
+    tell(failed, error);
     return false;
   }
 }
 
-void frmOpenProject::tellUnreadable(const RunTimeError& error) const {
+bool frmOpenProject::readDisk(const std::function<void()>& reading) {
+  return readDisk(reading, FolderUnreadable);
+}
+
+void frmOpenProject::tell(const char* failed, const RunTimeError& error) const {
   m_machine.boxes.show(
-      {.text = "This folder can't be read.\n\n" + std::string(error.what()), .icon = BoxIcon::Warning});
+      {.text = std::string(failed) + "\n\n" + std::string(error.what()), .icon = BoxIcon::Warning});
 }
 
 void frmOpenProject::drvList_Change() {

@@ -63,6 +63,9 @@ class frmOpenProject {
   /// Shows the dialog with one of its tabs, and doesn't wait.
   void Show(OpenTab tab);
   void Unload();
+  /// Goes to a show's drive and folder and chooses it there, so that Open opens it. A box says why one can't
+  /// be read; the dialog then stays where it is.
+  void offer(const std::filesystem::path& file);
 
   void Tabs_Click();
   void drvList_Change();
@@ -85,12 +88,14 @@ class frmOpenProject {
   void showFrame();
   void load();
   void beginIn(const std::filesystem::path& folder);
+  [[nodiscard]] bool goTo(const std::filesystem::path& folder);
   void openNew();
   void openSelected();
   void openFile(const std::string& name);
-  /// Reads the disk; a box names what can't be read. False then.
+  /// Reads the disk; a box says what failed and names what can't be read. False then.
+  bool readDisk(const std::function<void()>& reading, const char* failed);
   bool readDisk(const std::function<void()>& reading);
-  void tellUnreadable(const RunTimeError& error) const;
+  void tell(const char* failed, const RunTimeError& error) const;
 
   ShowState& m_show;
   Machine& m_machine;

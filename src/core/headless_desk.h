@@ -27,7 +27,10 @@ class HeadlessDesk {
     std::filesystem::path data = {};
     std::filesystem::path graphics = {};  ///< without it fixtures are plain boxes, since nobody looks
     DriveRoots drives = {};
+    std::filesystem::path manual = {};
     Disk disk = systemDisk();
+    std::filesystem::path firstShows = {};
+    std::filesystem::path offered = {};  ///< a show on which the first dialog stands
   };
 
   /// `onBox` is the operator's answer to each box.

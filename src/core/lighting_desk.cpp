@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "controls/files.h"
+#include "core/first_shows.h"
 #include "core/recent_list.h"
 #include "model/registry_settings.h"
 
@@ -11,6 +12,8 @@ namespace velgrove {
 namespace {
 
 using namespace std::chrono_literals;
+
+constexpr int KeepBoothAfter = 1000;  // ms: a hand that steps through the sizes makes one write
 
 /// A file of a folder; none when there is no folder.
 std::filesystem::path fileIn(const std::filesystem::path& folder, const char* name) {
@@ -27,6 +30,7 @@ LightingDesk::LightingDesk(Clock clock, const MessageBoxes& boxes, Wiring wiring
       Settings(userStore, wiring.applicationFolder, "velgrove"),
       Fixtures(machine, wiring.windows.graphics),
       windows(show, machine, tied(wiring.windows)),
+      Help(wiring.manualFolder),
       WanttoSave(
           show, machine,
           {.SaveAll = [this] { return SaveAll(); }, .frameCaption = [this] { return frame.Window.Caption; }}),
@@ -38,6 +42,7 @@ LightingDesk::LightingDesk(Clock clock, const MessageBoxes& boxes, Wiring wiring
                    .drives = wiring.drives}),
       frame(show, machine, windows, frameWiring()),
       m_wiring(std::move(wiring)),
+      m_keepBooth(machine.timers, TimerRank::Recovery, KeepBoothAfter, [this] { saveBooth(); }),
       m_recovery(show, machine, recoveryWiring()),
       m_saver(show, machine,
               {.begins = [this] { m_recovery.saveBegins(); },
@@ -58,6 +63,8 @@ Windows::Wiring LightingDesk::tied(Windows::Wiring wiring) {
   wiring.showSubPane = [this](bool visible) { frame.SubPaneVisible = visible; };
   wiring.setting = [this](const std::string& key) { return setting("Project", key, "0"); };
   wiring.saveSettings = [this](const SettingTexts& texts) { store.setTexts("Velgrove", "Project", texts); };
+  wiring.interfaceState = [this] { return interfaceState(); };
+  wiring.boothChanged = [this] { m_keepBooth.setEnabled(true); };
   wiring.cueEdited = [this] { m_recovery.keep(); };
   wiring.interface.repaint = [this, repaint = std::move(wiring.interface.repaint)] {
     Splash.Status.Caption = windows.Comm.Version.Caption;
@@ -71,9 +78,15 @@ frmMain::Wiring LightingDesk::frameWiring() {
                             const std::string& fallback) { return setting(section, key, fallback); },
           .saveSetting = [this](const std::string& section, const std::string& key,
                                 const std::string& value) { saveSetting(section, key, value); },
+          .boothChanged = [this] { m_keepBooth.setEnabled(true); },
+          .saveBooth = [this] { saveBooth(); },
           .SaveAll = [this] { return SaveAll(); },
           .ShutdownApp = [this] { ShutdownApp(); },
-          .showOpened = [this] { m_recovery.opened(); },
+          .showOpened =
+              [this] {
+                m_recovery.opened();
+                windows.ShowView.restore();
+              },
           .showLeft = [this] { m_recovery.letGo(); },
           .forms =
               [this] {
@@ -85,7 +98,7 @@ frmMain::Wiring LightingDesk::frameWiring() {
           .showAbout = [this] { About.Form_Load(); },
           .askToSave = [this] { WanttoSave.ShowModal(); },
           .showOpenProject = [this](OpenTab tab) { OpenProject.Show(tab); },
-          .showHelp = {}};
+          .showHelp = Help.Exists ? [this] { Help.Show(); } : std::function<void()>()};
 }
 
 Recovery::Wiring LightingDesk::recoveryWiring() {
@@ -107,6 +120,12 @@ std::string LightingDesk::setting(const std::string& section, const std::string&
 
 void LightingDesk::saveSetting(const std::string& section, const std::string& key, const std::string& value) {
   SaveStringSetting(store, "Velgrove", section, key, value);
+}
+
+/// A screen that changes its looks waits for no disk: they are kept a moment later.
+void LightingDesk::saveBooth() {
+  m_keepBooth.setEnabled(false);
+  store.setTexts("Velgrove", BoothSettings::Section, textsOf(show.Booth));
 }
 
 /// A new desk has bars to show. One that keeps no settings is driven by a program, which sends a trigger when
@@ -131,8 +150,9 @@ void LightingDesk::Main() {
       [&] {
         if (store.message()) machine.boxes.show({.text = *store.message(), .icon = BoxIcon::Warning});
       },
-      [&] { prepareShapes(); }, [&] { std::fill_n(show.MRUList.begin(), RecentFilesUsed, ""); },
-      [&] { Settings.Init(); }, [&] { readRecentFiles(); },
+      [&] { show.Booth = readBoothSettings(store); }, [&] { prepareShapes(); },
+      [&] { std::fill_n(show.MRUList.begin(), RecentFilesUsed, ""); }, [&] { Settings.Init(); },
+      [&] { bringFirstShows(); }, [&] { readRecentFiles(); },
       [&] { show.DMXSubmasters = inputMode("DMXSubmasters"); },
       [&] { show.DMXDimmers = inputMode("DMXDimmers"); }, [&] { frame.MDIForm_Load(); },
       [&] { OpenProject.Form_Load(); }, [&] { frame.Window.Visible = true; },
@@ -147,6 +167,18 @@ void LightingDesk::Main() {
 void LightingDesk::prepareShapes() {
   for (std::size_t type = 0; type < FixtureTypes.size(); ++type)
     Fixtures.GetFixtureShape(std::string(FixtureTypes[type]), static_cast<std::int16_t>(type + 1));
+}
+
+/// Those that can't be brought are told, since the next start finds the folder there and doesn't try again.
+void LightingDesk::bringFirstShows() {
+  try {
+    machine.aside([this] { velgrove::bringFirstShows(m_wiring.firstShows, m_wiring.dataFolder); });
+  } catch (const RunTimeError& error) {
+    if (error.fault() != Fault::File) throw;
+    machine.boxes.show(
+        {.text = "The shows that come with the desk couldn't be copied.\n\n" + std::string(error.what()),
+         .icon = BoxIcon::Warning});
+  }
 }
 
 void LightingDesk::readRecentFiles() {
@@ -178,7 +210,13 @@ void LightingDesk::openFirstShow() {
   if (m_wiring.openShow)
     m_wiring.openShow();
   else if (!m_recovery.offer())
-    OpenProject.ShowModal();
+    chooseFirstShow();
+  if (show.CurrentProjectIndex > 0) windows.ShowView.restore();  // a recovered show is opened by nobody
+}
+
+void LightingDesk::chooseFirstShow() {
+  if (!m_wiring.offered.empty()) OpenProject.offer(m_wiring.offered);
+  OpenProject.ShowModal();
 }
 
 /// Actions stand inside each other while one of them waits.
@@ -248,6 +286,7 @@ std::vector<OpenForm> LightingDesk::openForms() {
   note(OpenProject.Window, [this] { OpenProject.Unload(); });
   std::ranges::move(windows.openForms(), std::back_inserter(open));
   note(About.Window, [this] { About.Unload(); });
+  note(Help.Window, [this] { Help.Unload(); });
   note(WanttoSave.Window, [this] { WanttoSave.Unload(); });
   return open;
 }

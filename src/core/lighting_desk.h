@@ -27,8 +27,11 @@ class LightingDesk {
     Windows::Wiring windows;
     std::filesystem::path settingsFolder;  ///< empty: all settings have their defaults, and none is written
     std::filesystem::path applicationFolder;  ///< of the executable
-    std::filesystem::path dataFolder;  ///< where new shows and the recent list lie; empty: there is none
-    DriveRoots drives = {};            ///< of the open dialog
+    std::filesystem::path manualFolder = {};  ///< of the help's pages; empty: there is no help
+    std::filesystem::path dataFolder;       ///< where new shows and the recent list lie; empty: there is none
+    std::filesystem::path firstShows = {};  ///< what a user's first start finds in his new data folder
+    std::filesystem::path offered = {};     ///< the show that the first dialog stands on; empty: none
+    DriveRoots drives = {};                 ///< of the open dialog
     Disk disk = systemDisk();
     std::function<void()> raisePriority;  ///< the light goes before all else on this machine
     /// Leaves a show loaded or not, in place of the open dialog, for a desk without an operator at a screen.
@@ -49,6 +52,7 @@ class LightingDesk {
   Windows windows;
   frmSplash Splash{machine};
   frmAbout About;
+  frmHelp Help;
   frmWaitExit WaitExit;
   frmWanttoSave WanttoSave;
   frmOpenProject OpenProject;
@@ -64,6 +68,8 @@ class LightingDesk {
   void ShutdownApp();
   /// Closes all windows, with `force` those first that stand over others. True when none is left.
   bool UnloadAllForms(bool force);
+  /// How the desk stands to the interface, from the start on.
+  [[nodiscard]] InterfaceState interfaceState() const { return windows.Comm.state(Splash.Window.Visible); }
   /// All windows that are loaded.
   [[nodiscard]] std::vector<OpenForm> openForms();
 
@@ -76,17 +82,21 @@ class LightingDesk {
   [[nodiscard]] std::string setting(const std::string& section, const std::string& key,
                                     const std::string& fallback) const;
   void saveSetting(const std::string& section, const std::string& key, const std::string& value);
+  void saveBooth();
   void furnish();
   void prepareShapes();
+  void bringFirstShows();
   void readRecentFiles();
   void showSplash();
   void startInterface();
   void openFirstShow();
+  void chooseFirstShow();
   void unloadFrame();
   void clearFixtures();
   void clearLevels();
 
   Wiring m_wiring;
+  Timer m_keepBooth;
   Recovery m_recovery;
   ShowSaver m_saver;
   int m_acting = 0;  ///< actions of the operator that are under way

@@ -20,7 +20,8 @@ namespace velgrove {
 class LiveDesk {
  public:
   struct Options {
-    std::string show;        ///< opened at the end of the start-up, by a desk without a face
+    std::string show;        ///< opened at the end of the start-up by a desk without a face; one with a face
+                             ///< offers it in its first dialog
     std::string portByHand;  ///< the only port looked at; empty: as the settings say, else all interfaces are
     MessageBoxes boxes;      ///< of a desk without a face
     /// The interface's window changed; called with the desk taken.

@@ -1,10 +1,9 @@
 #include "core/places.h"
 
 #include <cstdlib>
-#include <fcntl.h>
 #include <system_error>
-#include <unistd.h>
 
+#include "controls/files.h"
 #include "model/settings_store.h"
 
 namespace velgrove {
@@ -15,10 +14,6 @@ namespace fs = std::filesystem;
 bool isFolder(const fs::path& path) {
   std::error_code missing;
   return fs::is_directory(path, missing);
-}
-
-bool canWriteIn(const fs::path& folder) {
-  return isFolder(folder) && ::faccessat(AT_FDCWD, folder.c_str(), W_OK | X_OK, AT_EACCESS) == 0;
 }
 
 fs::path userData(const PlaceHints& hints) {
@@ -37,10 +32,15 @@ Places placesFor(const PlaceHints& hints) {
   const fs::path application = hints.executable.parent_path();
   const fs::path graphics = application / "graphics";
   const fs::path data = application / "data";
+  const fs::path share = application.parent_path() / "share";
+  const fs::path ours = share / "velgrove";
+  const fs::path manual = share / "manual";
+  const bool onAStick = canWriteIn(data);
   return {.application = application,
-          .graphics =
-              isFolder(graphics) ? graphics : application.parent_path() / "share" / "velgrove" / "graphics",
-          .data = canWriteIn(data) ? data : userData(hints),
+          .graphics = isFolder(graphics) ? graphics : ours / "graphics",
+          .manual = isFolder(manual) ? manual : ours / "manual",
+          .data = onAStick ? data : userData(hints),
+          .firstShows = onAStick ? fs::path() : ours / "shows",
           .settings = settingsPath(hints.configHome.c_str(), hints.home.c_str()).parent_path()};
 }
 

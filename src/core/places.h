@@ -9,7 +9,9 @@ namespace velgrove {
 struct Places {
   std::filesystem::path application;  ///< folder of the executable
   std::filesystem::path graphics;     ///< shapes and cursors
+  std::filesystem::path manual;       ///< the help's pages; there may be none
   std::filesystem::path data;         ///< new shows and the recent list; made at the first save
+  std::filesystem::path firstShows;   ///< that an installed desk brings to a new user; empty: none
   std::filesystem::path settings;     ///< the settings' files; made at the first change
 };
 
@@ -22,7 +24,8 @@ struct PlaceHints {
 };
 
 /// Graphics and data stand beside the executable where there are such folders, as in a copy on a stick. Else
-/// graphics are in the share folder of the installation, and data in the user's own folder.
+/// graphics are in the share folder of the installation, and data in the user's own folder. The manual stands
+/// in the build's share folder, or in that of the installation.
 [[nodiscard]] Places placesFor(const PlaceHints& hints);
 
 /// The places of this process.

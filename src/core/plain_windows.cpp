@@ -1,9 +1,17 @@
 #include "core/plain_windows.h"
 
+#include <system_error>
+#include <utility>
+
 namespace velgrove {
 namespace {
 
 constexpr int SplashStands = 2500;  // ms
+
+bool holdsPages(const std::filesystem::path& folder) {
+  std::error_code missing;
+  return !folder.empty() && std::filesystem::exists(folder / "pages.json", missing);
+}
 
 }  // namespace
 
@@ -36,6 +44,17 @@ void frmAbout::Form_Load() {
 }
 
 void frmAbout::Unload() {
+  Window.Unload();
+}
+
+frmHelp::frmHelp(std::filesystem::path folder) : Folder(std::move(folder)), Exists(holdsPages(Folder)) {}
+
+void frmHelp::Show() {
+  Window.Loaded = true;
+  Window.Show();
+}
+
+void frmHelp::Unload() {
   Window.Unload();
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <filesystem>
+
 #include "controls/form.h"
 #include "controls/machine.h"
 #include "controls/widgets.h"
@@ -35,6 +37,22 @@ class frmAbout {
   frmAbout& operator=(const frmAbout&) = delete;
 
   void Form_Load();
+  void Unload();
+};
+
+/// The help: the pages of the operator's manual, which the face reads.
+class frmHelp {
+ public:
+  /// Looks once whether there is a manual in that folder.
+  explicit frmHelp(std::filesystem::path folder);
+  frmHelp(const frmHelp&) = delete;
+  frmHelp& operator=(const frmHelp&) = delete;
+
+  Form Window{.Caption = "Velgrove Help"};
+  const std::filesystem::path Folder;
+  const bool Exists;
+
+  void Show();
   void Unload();
 };
 

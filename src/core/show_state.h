@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include "model/booth_settings.h"
 #include "model/show.h"
 
 namespace velgrove {
@@ -77,6 +78,7 @@ struct ShowState {
   std::int16_t BarColumns = 0;
   std::int16_t BarRows = 0;
   std::int16_t BarGap = 0;
+  BoothSettings Booth;
   std::int16_t EffectListNext = 1;   ///< number of the next effect
   std::int16_t LevelTextSource = 0;  ///< the Source code with which level text is drawn next
 

@@ -41,6 +41,8 @@ Windows::Windows(ShowState& show, Machine& machine, Wiring wiring)
       Timings(show, machine, timingsWiring()),
       Preferences(show, machine, preferencesWiring()),
       CheckShow(show, machine, checkWiring()),
+      PrintSheets(show, machine, printWiring()),
+      ShowView(show, showViewWiring()),
       m_show(show),
       m_machine(machine),
       m_wiring(std::move(wiring)),
@@ -75,6 +77,19 @@ frmCheckShow::Wiring Windows::checkWiring() {
           .document = [this]() -> frmDocument& { return activeDocument(); },
           .effects = [this] { return Effects.ListViewEffects.rows(); },
           .showStatus = [this](const std::string& text) { m_wiring.showStatus(text); }};
+}
+
+frmPrintSheets::Wiring Windows::printWiring() {
+  return {.abPlayer = [this]() -> QueueList& { return abPlayer(); },
+          .xyPlayer = [this]() -> QueueList& { return xyPlayer(); },
+          .showStatus = [this](const std::string& text) { m_wiring.showStatus(text); }};
+}
+
+frmShowView::Wiring Windows::showViewWiring() {
+  return {.abPlayer = [this] { return ABQ.get(); },
+          .xyPlayer = [this] { return XYQ.get(); },
+          .interfaceState = [this] { return m_wiring.interfaceState(); },
+          .settingsChanged = [this] { m_wiring.boothChanged(); }};
 }
 
 QueueList& Windows::abPlayer() const {
@@ -174,6 +189,7 @@ void Windows::loadPlayers() {
 
 void Windows::unloadPlayers() {
   CheckShow.Unload();  // its findings lead to their rows
+  PrintSheets.Unload();
   for (auto* player : {&XYQ, &ABQ})
     if (*player != nullptr) unloadPlayer(*player);
 }
@@ -265,7 +281,9 @@ std::vector<OpenForm> Windows::openForms() {
   note(Timings.Window, [this] { Timings.Unload(); });
   note(Preferences.Window, [this] { Preferences.Unload(); });
   note(CheckShow.Window, [this] { CheckShow.Unload(); });
+  note(PrintSheets.Window, [this] { PrintSheets.Unload(); });
   note(Keys.Window, [this] { Keys.Unload(); });
+  note(ShowView.Window, [this] { ShowView.Unload(); });
   for (const auto& bars : Bars)
     open.push_back({.form = &bars->Window, .unload = [this, form = bars.get()] { closeBars(*form); }});
   return open;

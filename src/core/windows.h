@@ -19,6 +19,8 @@
 #include "surfaces/frm_check_show.h"
 #include "surfaces/frm_grand_master.h"
 #include "surfaces/frm_preferences.h"
+#include "surfaces/frm_print_sheets.h"
+#include "surfaces/frm_show_view.h"
 #include "surfaces/frm_sub_pane.h"
 #include "surfaces/frm_timings.h"
 #include "surfaces/moving_fixture_dlg.h"
@@ -58,6 +60,8 @@ class Windows {
     // Settings of the section "Project"; one that isn't there is "0".
     std::function<std::string(const std::string& key)> setting = {};
     std::function<void(const SettingTexts& texts)> saveSettings = {};
+    std::function<InterfaceState()> interfaceState = {};
+    std::function<void()> boothChanged = {};
     std::filesystem::path graphics = {};  ///< of the plots; empty where nobody sees them
   };
 
@@ -76,7 +80,9 @@ class Windows {
   frmTimings Timings;
   frmPreferences Preferences;
   frmCheckShow CheckShow;
+  frmPrintSheets PrintSheets;
   frmKeys Keys;
+  frmShowView ShowView;
   std::vector<std::unique_ptr<frmBars>> Bars;
   std::unique_ptr<QueueList> ABQ;
   std::unique_ptr<QueueList> XYQ;
@@ -118,6 +124,8 @@ class Windows {
   [[nodiscard]] frmTimings::Wiring timingsWiring();
   [[nodiscard]] frmPreferences::Wiring preferencesWiring();
   [[nodiscard]] frmCheckShow::Wiring checkWiring();
+  [[nodiscard]] frmPrintSheets::Wiring printWiring();
+  [[nodiscard]] frmShowView::Wiring showViewWiring();
   void goByTrigger();
   void startEffect(const std::string& number);
 

@@ -36,6 +36,12 @@ void ChildArea::add(QMdiSubWindow* window, Place place) {
   layOut();
 }
 
+/// The ground is the toolkit's own brush, which no style sheet reaches.
+void ChildArea::changeEvent(QEvent* event) {
+  QMdiArea::changeEvent(event);
+  if (event->type() == QEvent::StyleChange) setBackground(theme::colour("well"));
+}
+
 void ChildArea::resizeEvent(QResizeEvent* event) {
   QMdiArea::resizeEvent(event);
   layOut();
@@ -107,9 +113,19 @@ ChildArea::Place ChildArea::placeIn(const QMdiSubWindow& window) {
   return static_cast<Place>(window.property("place").toInt());
 }
 
+void ChildArea::bringForward(QMdiSubWindow& window, bool asked) {
+  QMdiSubWindow* foremost = &window;
+  for (QMdiSubWindow* other : subWindowList(QMdiArea::StackingOrder))
+    if (!asked && other->isVisible() && other->isMaximized() && placeIn(*other) == Place::Floating)
+      foremost = other;
+  window.raise();
+  foremost->raise();
+  setActiveSubWindow(foremost);
+}
+
 void ChildArea::raiseFloating() {
   for (QMdiSubWindow* window : subWindowList(QMdiArea::StackingOrder))
-    if (placeIn(*window) == Place::Floating) window->raise();
+    if (placeIn(*window) == Place::Floating && !window->isMaximized()) window->raise();
 }
 
 void ChildArea::placeFloating(QMdiSubWindow& window) const {

@@ -8,7 +8,8 @@ namespace velgrove {
 
 /// The frame's ground for its child windows. They stand as the house lays them out - the plot at the left,
 /// the lists at the right - until the operator moves one of them or arranges them. Others float: they come up
-/// over the plot, stay where the hand puts them, and no click on the windows below hides them.
+/// over the plot, stay where the hand puts them, and no click on the windows below hides them unless they
+/// fill the frame.
 class ChildArea : public QMdiArea {
   Q_OBJECT
 
@@ -20,11 +21,14 @@ class ChildArea : public QMdiArea {
   /// Goes to the window that stands so many further on in the order in which they were made, out of its icon.
   /// The toolkit's own way goes to and fro between the two that were used last.
   void activateNext(int step);
+  /// One that nobody asked for, since it came with a show, stays behind a floating one that fills the frame.
+  void bringForward(QMdiSubWindow& window, bool asked);
   void arrange(Arrangement::Code how);
   void layOut();
 
  protected:
   void resizeEvent(QResizeEvent* event) override;
+  void changeEvent(QEvent* event) override;
 
  private:
   void tile(bool sideBySide);

@@ -1,10 +1,10 @@
 #include "desktop/child_window.h"
 
 #include <QCloseEvent>
-#include <QMdiArea>
 #include <QScopedValueRollback>
 #include <QWindowStateChangeEvent>
 
+#include "desktop/child_area.h"
 #include "desktop/twips.h"
 
 namespace velgrove {
@@ -72,10 +72,10 @@ void ChildWindow::obey(const Look& look) {
       break;
   }
   if (appears) widget()->show();
-  if (before.fronts != look.fronts || before.identity != look.identity) {
-    raise();
-    if (mdiArea() != nullptr) mdiArea()->setActiveSubWindow(this);
-  }
+  const bool isNew = before.identity != look.identity;
+  auto* const area = qobject_cast<ChildArea*>(mdiArea());
+  if (area != nullptr && (isNew || before.fronts != look.fronts))
+    area->bringForward(*this, look.fronts > 0 || !isNew);
 }
 
 /// The form knows where its window stands, as long as it's neither minimised nor fills the frame.
@@ -103,11 +103,13 @@ void ChildWindow::closeEvent(QCloseEvent* event) {
   m_bindings.face().deliver(m_close);
 }
 
-/// The hand minimised, enlarged or restored the window.
+/// The hand minimised, enlarged or restored the window. That it became active, or another one did, says
+/// nothing of what the desk may have asked for meanwhile.
 void ChildWindow::changeEvent(QEvent* event) {
   QMdiSubWindow::changeEvent(event);
   if (event->type() != QEvent::WindowStateChange || m_writing) return;
   const WindowState state = stateOf(windowState());
+  if (stateOf(static_cast<QWindowStateChangeEvent*>(event)->oldState()) == state) return;
   if (!m_look->known || m_look->value.state == state) return;
   m_look->value.state = state;
   m_bindings.face().deliver([this, state] {

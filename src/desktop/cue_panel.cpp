@@ -18,11 +18,6 @@ float part(std::int16_t level) {
   return static_cast<float>(level) / 255.0F;
 }
 
-QString timeText(std::int32_t tenths) {
-  constexpr std::int32_t TenSeconds = 100;
-  return tenths < TenSeconds ? QString::number(tenths / 10.0, 'f', 1) : QString::number((tenths + 9) / 10);
-}
-
 }  // namespace
 
 CuePanel::CuePanel(LightingDesk& desk, Bindings& bindings) : m_desk(desk), m_face(bindings.face()) {
@@ -55,9 +50,7 @@ CuePanel::Look CuePanel::look(const LightingDesk& desk) {
   look.loaded = true;
   look.nextNumber = player->lblNextNum.Caption;
   look.nextDesc = player->NextDescText.Caption;
-  const auto rest = player->restOfFade();
-  constexpr std::int32_t Tenth = 100;  // ms
-  look.rest = static_cast<std::int32_t>((rest + Tenth - 1) / Tenth);
+  look.timeLeft = player->timeLeft();
   if (player->State.StageProgress) look.stagePart = 1 - part(*player->State.StageProgress);
   if (player->State.NextProgress) look.nextPart = part(*player->State.NextProgress);
   return look;
@@ -65,8 +58,8 @@ CuePanel::Look CuePanel::look(const LightingDesk& desk) {
 
 /// The time left is told to whoever asks; it doesn't speak up.
 QString CuePanel::spokenLook() const {
-  return accessibleDescription() +
-         (m_look.rest > 0 ? ", " + timeText(m_look.rest) + " seconds left" : QString());
+  const QString left = QString::fromStdString(m_look.timeLeft);
+  return accessibleDescription() + (left.isEmpty() ? QString() : ", " + left + " seconds left");
 }
 
 /// While a fade runs, only its edges and the time change.
@@ -80,7 +73,7 @@ void CuePanel::show(const Look& look) {
     update();
     return;
   }
-  if (before.rest != look.rest) update(timeRect());
+  if (before.timeLeft != look.timeLeft) update(timeRect());
   const auto strip = [this](bool next, float from, float to) {
     if (from == to) return;
     QRect line = lineRect(next);
@@ -164,11 +157,11 @@ void CuePanel::drawLine(QPainter& painter, bool next, const QRegion& asked) {
 void CuePanel::drawTime(QPainter& painter) {
   const QRect box = timeRect();
   painter.fillRect(box, theme::colour("well"));
-  if (m_look.rest == 0) return;
+  if (m_look.timeLeft.empty()) return;
   const int caption = theme::sized(16, 22);
   painter.setPen(theme::colour("text"));
   painter.setFont(theme::font(theme::sized(31, 52), true));
-  painter.drawText(box.adjusted(0, 0, 0, -caption), Qt::AlignCenter, timeText(m_look.rest));
+  painter.drawText(box.adjusted(0, 0, 0, -caption), Qt::AlignCenter, QString::fromStdString(m_look.timeLeft));
   painter.setPen(theme::colour("text2"));
   painter.setFont(theme::condensed(theme::sized(12, 14)));
   painter.drawText(box.adjusted(0, box.height() - caption - 4, 0, -2), Qt::AlignCenter, "s left");

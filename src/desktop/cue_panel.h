@@ -28,9 +28,9 @@ class CuePanel : public QWidget {
     std::string text;  ///< "Queue # ", the number, a blank, the description
     std::string nextNumber;
     std::string nextDesc;
-    float stagePart = 1;    ///< of the stage's look that still burns
-    float nextPart = 0;     ///< of the next look that burns already
-    std::int32_t rest = 0;  ///< of the fade, tenths of a second; 0 when nothing fades
+    float stagePart = 1;   ///< of the stage's look that still burns
+    float nextPart = 0;    ///< of the next look that burns already
+    std::string timeLeft;  ///< of the fade, in seconds; "" when nothing fades
     bool loaded = false;
     friend bool operator==(const Look&, const Look&) = default;
   };

@@ -3,6 +3,7 @@
 #include <QHeaderView>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QScrollBar>
 #include <algorithm>
 #include <numeric>
 #include <tuple>
@@ -14,17 +15,7 @@
 namespace velgrove {
 namespace {
 
-constexpr int GutterCompact = 44;
-constexpr int GutterRoomy = 48;
-constexpr int DescColumn = 4;
-constexpr int FirstTextColumn = DescColumn;
-
-int gutter() {
-  return theme::sized(GutterCompact, GutterRoomy);
-}
-int rowPixels() {
-  return theme::sized(24, 32);
-}
+constexpr int FirstTextColumn = 4;
 
 enum class Mark { None, Stage, Next };
 
@@ -167,6 +158,32 @@ CueTable::CueTable(QWidget* parent) : QTreeView(parent) {
   header()->setStretchLastSection(false);
 }
 
+void CueTable::showFromAfar() {
+  m_fromAfar = true;
+  viewport()->setCursor(Qt::ArrowCursor);
+}
+
+void CueTable::setScale(double scale) {
+  if (std::exchange(m_scale, scale) == scale) return;
+  sizeRows();
+  scrollToMarks();
+}
+
+int CueTable::leastWidth(double scale) const {
+  int width = theme::sized(44, 48) + verticalScrollBar()->sizeHint().width();
+  for (std::size_t column = 0; column < m_columns.size() && column <= DescColumn; ++column)
+    width += column < DescColumn ? m_columns[column].Width : m_columns[column].Width / 2;
+  return qRound(width * scale);
+}
+
+int CueTable::heightOf(int rows, double scale) {
+  return qRound(theme::sized(20, 26) * scale) + rows * qRound(theme::sized(24, 32) * scale);
+}
+
+int CueTable::scaled(int compact, int roomy) const {
+  return qRound(theme::sized(compact, roomy) * m_scale);
+}
+
 void CueTable::bind(Bindings& bindings, FindPlayer find) {
   m_face = &bindings.face();
   m_find = std::move(find);
@@ -224,14 +241,15 @@ void CueTable::apply() {
     viewport()->update();
   }
   repaintMarks();
-  speakMarks();
   const bool newWindow = m_shown.window != m_now.window;
   const bool marksMoved = m_shown.stage != m_now.stage || m_shown.next != m_now.next;
+  if (newWindow || marksMoved) speakMarks();
   const bool asked = m_shown.requests != m_now.requests;
   viewport()->setCursor(m_now.mousePointer == ListView::Pointer::Forbidden ? Qt::ForbiddenCursor
                                                                            : Qt::ArrowCursor);
   m_shown = m_now;
-  if (asked) std::ranges::for_each(m_now.askedIntoView, [this](int row) { bringIntoView(row); });
+  if (asked && !m_fromAfar)
+    std::ranges::for_each(m_now.askedIntoView, [this](int row) { bringIntoView(row); });
   if (newWindow || marksMoved) scrollToMarks();
 }
 
@@ -258,7 +276,6 @@ void CueTable::repaintMarks() {
   }
 }
 
-/// A fade that runs changes no mark, so that nobody is told of its frames.
 void CueTable::speakMarks() {
   std::map<int, QString> marks;
   if (m_now.stage > 0) marks[m_now.stage - 1] = "stage";
@@ -266,9 +283,13 @@ void CueTable::speakMarks() {
   m_model.setSpokenMarks(std::move(marks));
 }
 
-/// Keeps one row above the stage, and the next row, in view.
+/// Keeps one row above the stage, and the next row, in view. Where there is little room the stage comes
+/// first.
 void CueTable::scrollToMarks() {
-  for (const int row : {m_now.next, m_now.stage, m_now.stage - 1}) bringIntoView(row);
+  constexpr int RowsForAll = 3;
+  bringIntoView(m_now.next);
+  if (viewport()->height() >= RowsForAll * rowPixels()) bringIntoView(m_now.stage - 1);
+  bringIntoView(m_now.stage);
 }
 
 void CueTable::bringIntoView(int row) {
@@ -298,13 +319,15 @@ int CueTable::rowAt(const QPoint& point) const {
 /// The columns keep their widths, and the description takes what is left. Where that is little the times
 /// stand closer.
 void CueTable::sizeColumns() {
-  if (m_model.columnCount() <= DescColumn) return;
+  if (m_columns.size() <= DescColumn) return;
   constexpr int Closer = 10;
   const int enough = m_columns[DescColumn].Width * 4 / 3;
   std::vector<int> widths(m_columns.size());
-  std::ranges::transform(m_columns, widths.begin(), &ListView::Column::Width);
+  for (std::size_t column = 0; column < widths.size(); ++column)
+    widths[column] = isShown(column) ? qRound(m_columns[column].Width * m_scale) : 0;
   widths[0] += gutter();
-  for (std::size_t link = DescColumn + 1; link < widths.size(); ++link) widths[link] += theme::sized(4, 6);
+  for (std::size_t link = DescColumn + 1; link < widths.size(); ++link)
+    if (isShown(link)) widths[link] += theme::sized(4, 6);
   widths[DescColumn] = 0;
   int& words = widths[DescColumn] = viewport()->width() - std::reduce(widths.begin(), widths.end());
   for (std::size_t time = 1; time < DescColumn; ++time) {
@@ -313,8 +336,10 @@ void CueTable::sizeColumns() {
     words += given;
   }
   words = std::max(words, m_columns[DescColumn].Width / 2);
-  for (std::size_t column = 0; column < widths.size(); ++column)
+  for (std::size_t column = 0; column < widths.size(); ++column) {
+    header()->setSectionHidden(static_cast<int>(column), !isShown(column));
     header()->resizeSection(static_cast<int>(column), widths[column]);
+  }
 }
 
 void CueTable::resizeEvent(QResizeEvent* event) {
@@ -325,11 +350,17 @@ void CueTable::resizeEvent(QResizeEvent* event) {
 
 void CueTable::changeEvent(QEvent* event) {
   QTreeView::changeEvent(event);
-  if (event->type() == QEvent::StyleChange || event->type() == QEvent::FontChange) {
-    m_model.setRowHeight(rowPixels());
-    header()->setFixedHeight(theme::sized(20, 26));
-    sizeColumns();
+  if (event->type() == QEvent::StyleChange || event->type() == QEvent::FontChange) sizeRows();
+}
+
+void CueTable::sizeRows() {
+  m_model.setRowHeight(rowPixels());
+  header()->setFixedHeight(heightOf(0, m_scale));
+  if (m_fromAfar) {
+    const QString type = QString("QHeaderView::section { font-size: %1px; }").arg(scaled(13, 14));
+    if (header()->styleSheet() != type) header()->setStyleSheet(type);
   }
+  sizeColumns();
 }
 
 // ---- Painting
@@ -356,7 +387,7 @@ void CueTable::drawRow(QPainter* painter, const QStyleOptionViewItem& option,
   painter->drawLine(rect.bottomLeft(), rect.bottomRight());
   drawCells(*painter, rect, index.row(), paint);
   drawMarks(*painter, rect, m_model.row(index.row()).SmallIcon, paint);
-  if (row == m_shown.selected) {
+  if (row == m_shown.selected && !m_fromAfar) {
     painter->setPen(theme::colour("text"));
     painter->drawRect(rect.adjusted(0, 0, -1, -1));
   }
@@ -365,20 +396,22 @@ void CueTable::drawRow(QPainter* painter, const QStyleOptionViewItem& option,
 void CueTable::drawCells(QPainter& painter, const QRect& row, int index, const RowPaint& paint) const {
   const Mark mark = markOf(paint);
   const bool marked = mark != Mark::None;
-  const QFont number = theme::font(theme::sized(15, 17), marked);
-  const QFont words = theme::condensed(theme::sized(15, 17), marked);
+  const QFont number = theme::font(scaled(15, 17), marked);
+  const QFont words = theme::condensed(scaled(15, 17), marked);
   for (int column = 0; column < m_model.columnCount(); ++column) {
     QRect cell(header()->sectionViewportPosition(column), row.top(), header()->sectionSize(column),
                row.height());
     if (!cell.intersects(m_painted)) continue;
-    cell.adjust(4, 0, column < FirstTextColumn ? -8 : -4, 0);
+    const int beside = column < FirstTextColumn ? 8 : 4;
+    cell.adjust(scaled(4, 4), 0, -scaled(beside, beside), 0);
     const QString text = m_model.data(m_model.index(index, column), Qt::DisplayRole).toString();
-    painter.setFont(column == DescColumn ? words : number);
+    painter.setFont(column == static_cast<int>(DescColumn) ? words : number);
     painter.setPen(marked ? theme::colour(mark == Mark::Stage ? "stageInk" : "nextInk")
                           : theme::colour(column > 0 && isQuiet(text) ? "text3" : "text"));
-    painter.drawText(
-        cell, static_cast<int>(CueRows::alignment(column).toInt() | Qt::TextSingleLine),
-        column == DescColumn ? painter.fontMetrics().elidedText(text, Qt::ElideRight, cell.width()) : text);
+    painter.drawText(cell, static_cast<int>(CueRows::alignment(column).toInt() | Qt::TextSingleLine),
+                     column == static_cast<int>(DescColumn)
+                         ? painter.fontMetrics().elidedText(text, Qt::ElideRight, cell.width())
+                         : text);
   }
 }
 
@@ -391,19 +424,22 @@ void CueTable::drawMarks(QPainter& painter, const QRect& row, int icon, const Ro
   const int middle = row.center().y() + 1;
   if (icon == QueueList::PointerIcon || icon == QueueList::LoopIcon) {
     const bool loop = icon == QueueList::LoopIcon;
-    constexpr int Size = 16;
+    const int size = scaled(16, 16);
     painter.drawPixmap(
-        4, middle - Size / 2,
-        theme::picture(loop ? "mark_loop" : "mark_pointer", Size,
+        scaled(4, 4), middle - size / 2,
+        theme::picture(loop ? "mark_loop" : "mark_pointer", size,
                        loop && mark == Mark::None ? theme::colour("keyYellow") : ink, devicePixelRatioF()));
   }
   if (mark == Mark::None) return;
-  drawLetterMark(painter, QRect(22, middle - 9, 18, 18), mark == Mark::Next, ink, ofRow(paint.left));
+  const int size = scaled(18, 18);
+  drawLetterMark(painter, QRect(scaled(22, 22), middle - size / 2, size, size), mark == Mark::Next, ink,
+                 ofRow(paint.left));
 }
 
 // ---- The hand and the keys
 
 void CueTable::act(void (QueueList::*handler)(int), int row) {
+  if (m_fromAfar) return;
   m_face->deliver([this, handler, row] {
     if (QueueList* player = m_find()) (player->*handler)(row);
   });
@@ -428,8 +464,9 @@ void CueTable::mouseDoubleClickEvent(QMouseEvent* event) {
   mousePressEvent(event);
 }
 
-/// The arrow keys click the row that they lead to.
+/// The arrow keys click the row that they lead to; from afar they scroll.
 void CueTable::keyPressEvent(QKeyEvent* event) {
+  if (m_fromAfar) return QAbstractScrollArea::keyPressEvent(event);
   const int page = std::max(viewport()->height() / rowPixels() - 1, 1);
   const int from = std::max(m_now.selected, 1);
   switch (event->key()) {

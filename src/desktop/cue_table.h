@@ -52,6 +52,15 @@ class CueTable : public QTreeView {
  public:
   explicit CueTable(QWidget* parent = nullptr);
 
+  /// A list to be read from afar: neither hand nor pointer moves anything in it, and the links are left out.
+  void showFromAfar();
+  /// Rows and type so many times as large as usual.
+  void setScale(double scale);
+  /// What numbers, times and some words of a description take at a scale; pixels.
+  [[nodiscard]] int leastWidth(double scale) const;
+  /// What the header and so many rows take at a scale; pixels.
+  [[nodiscard]] static int heightOf(int rows, double scale);
+
   using FindPlayer = std::function<QueueList*()>;
   void bind(Bindings& bindings, FindPlayer find);
 
@@ -68,6 +77,8 @@ class CueTable : public QTreeView {
   void changeEvent(QEvent* event) override;
 
  private:
+  static constexpr std::size_t DescColumn = 4;
+
   /// A row that isn't plain.
   struct Marked {
     int row = 0;
@@ -100,6 +111,11 @@ class CueTable : public QTreeView {
   [[nodiscard]] int rowAt(const QPoint& point) const;
   [[nodiscard]] QRect rowRect(int row) const;
   void act(void (QueueList::*handler)(int), int row);
+  [[nodiscard]] int scaled(int compact, int roomy) const;
+  [[nodiscard]] int gutter() const { return scaled(44, 48); }
+  [[nodiscard]] int rowPixels() const { return scaled(24, 32); }
+  [[nodiscard]] bool isShown(std::size_t column) const { return !m_fromAfar || column <= DescColumn; }
+  void sizeRows();
   void choose(int row);
   void drawCells(QPainter& painter, const QRect& row, int index, const RowPaint& paint) const;
   void drawMarks(QPainter& painter, const QRect& row, int icon, const RowPaint& paint) const;
@@ -112,6 +128,8 @@ class CueTable : public QTreeView {
   Copy m_now;                         ///< the desk's, copied last
   Copy m_shown;                       ///< on the screen
   QRect m_painted;
+  bool m_fromAfar = false;
+  double m_scale = 1;
 };
 
 }  // namespace velgrove

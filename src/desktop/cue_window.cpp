@@ -143,6 +143,11 @@ void CueWindow::dressEditors(const QString& suffix) {
     dress.widget->setAccessibleName(dress.spoken);
     dress.widget->setToolTip(dress.spoken);
   }
+  constexpr int LettersOfAChoice = 5;  // as wide empty as filled, whenever the desk is dressed anew
+  for (QComboBox* choice : {&m_linkList, &m_linkNumber}) {
+    choice->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    choice->setMinimumContentsLength(LettersOfAChoice);
+  }
   const std::array spinners{
       Dress{&m_number.spinner, "UpDownCueNum", "Walk through the cues"},
       Dress{&m_down.spinner, "UpDownCueDown", "Step Down and Up"},
@@ -213,7 +218,7 @@ void CueWindow::bindControls() {
   m_bindings.mirror(
       [this] {
         const QueueList* player = m_find();
-        return player == nullptr ? std::string() : statusOf(*player);
+        return player == nullptr || !someoneListens() ? std::string() : statusOf(*player);
       },
       [this](const std::string& status) {
         m_statusGroup.setAccessibleDescription(QString::fromStdString(status));

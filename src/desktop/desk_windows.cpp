@@ -13,6 +13,7 @@ DeskWindows::DeskWindows(LightingDesk& desk, Face& face)
       m_open(&m_frame, face, desk.OpenProject),
       m_question(&m_frame, face, desk.WanttoSave),
       m_about(&m_frame, face, desk.About),
+      m_help(m_frame, face, desk.Help),
       m_loop(m_frame, face, desk.windows.Loop),
       m_pasteQuestion(&m_frame, face, desk.windows.ConfirmPaste),
       m_fixture(m_frame, face, desk, desk.windows.Fixture),
@@ -20,10 +21,12 @@ DeskWindows::DeskWindows(LightingDesk& desk, Face& face)
       m_grandMaster(m_frame, face, desk.windows.GrandMaster),
       m_preferences(&m_frame, face, desk.windows.Preferences),
       m_timings(&m_frame, face, desk.windows.Timings),
+      m_printSheets(&m_frame, face, desk.windows.PrintSheets),
       m_subFader(m_frame, face, desk.windows.SubPane),
       m_subRecord(m_frame, face, desk.windows.SubPane, desk.show),
       m_dialogs(face, &m_frame) {
   desk.machine.Dialogs = m_dialogs.dialogs();
+  desk.windows.PrintSheets.Press = m_dialogs.sheetPress();
 }
 
 void DeskWindows::showBox(const Box& box, bool waitedFor, std::function<void(BoxAnswer)> answered) {

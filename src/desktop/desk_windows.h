@@ -6,10 +6,12 @@
 #include "desktop/fixture_dialog.h"
 #include "desktop/frame_window.h"
 #include "desktop/grand_master.h"
+#include "desktop/help_window.h"
 #include "desktop/loop_dialog.h"
 #include "desktop/open_dialog.h"
 #include "desktop/platform_dialogs.h"
 #include "desktop/preferences_dialog.h"
+#include "desktop/print_sheets_dialog.h"
 #include "desktop/small_dialogs.h"
 #include "desktop/sub_fader.h"
 #include "desktop/sub_record.h"
@@ -34,6 +36,7 @@ class DeskWindows {
   OpenDialog m_open;
   SaveQuestion m_question;
   AboutWindow m_about;
+  HelpWindow m_help;
   LoopDialog m_loop;
   PasteQuestion m_pasteQuestion;
   FixtureDialog m_fixture;
@@ -41,6 +44,7 @@ class DeskWindows {
   GrandMasterDialog m_grandMaster;
   PreferencesDialog m_preferences;
   TimingsDialog m_timings;
+  PrintSheetsDialog m_printSheets;
   SubFader m_subFader;
   SubRecord m_subRecord;
   PlatformDialogs m_dialogs;

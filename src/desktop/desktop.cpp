@@ -43,8 +43,8 @@ class EndingSignals {
 /// The desk and its windows on the toolkit's loop.
 class Desktop {
  public:
-  explicit Desktop(const EndingSignals& ending)
-      : m_house({.show = {},
+  Desktop(const EndingSignals& ending, const std::string& show)
+      : m_house({.show = show,
                  .portByHand = {},
                  .boxes = {},
                  .statusChanged = [this](const VelgroveComm& comm) { m_journal.note(comm); },
@@ -92,7 +92,7 @@ class Desktop {
 
 }  // namespace
 
-int runDesktop(int argc, char** argv) {
+int runDesktop(int argc, char** argv, const std::string& show) {
   const EndingSignals ending;
   QApplication app(argc, argv);
   QApplication::setApplicationName("Velgrove");
@@ -102,7 +102,7 @@ int runDesktop(int argc, char** argv) {
   const int width = QApplication::primaryScreen()->availableGeometry().width();
   theme::apply(width < theme::RoomyFrom ? Density::Compact : Density::Roomy);
   try {
-    return Desktop(ending).run();
+    return Desktop(ending, show).run();
   } catch (const std::exception& error) {
     std::cerr << "velgrove: " << error.what() << '\n';
     return 1;

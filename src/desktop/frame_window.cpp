@@ -13,6 +13,7 @@
 #include "desktop/effects_window.h"
 #include "desktop/keys_window.h"
 #include "desktop/show_keys.h"
+#include "desktop/show_view_window.h"
 #include "desktop/spoken.h"
 #include "desktop/theme.h"
 #include "desktop/twips.h"
@@ -111,9 +112,10 @@ void FrameWindow::build() {
             &Windows::XYQ, ChildArea::Place::UpperList);
   addPlayer({.window = "ABQueueList", .list = "ListView2", .editorSuffix = "", .spoken = "AB cues"},
             &Windows::ABQ, ChildArea::Place::LowerList);
-  addFloating<EffectsQueue, EffectsWindow>(m_desk.windows.Effects);
-  addFloating<frmCheckShow, CheckWindow>(m_desk.windows.CheckShow);
-  addFloating<frmKeys, KeysWindow>(m_desk.windows.Keys);
+  addFloating<EffectsQueue, EffectsWindow>(m_desk.windows.Effects, &EffectsQueue::Unload);
+  addFloating<frmCheckShow, CheckWindow>(m_desk.windows.CheckShow, &frmCheckShow::Unload);
+  addFloating<frmShowView, ShowViewWindow>(m_desk.windows.ShowView, &frmShowView::Close);
+  addFloating<frmKeys, KeysWindow>(m_desk.windows.Keys, &frmKeys::Unload);
   connect(m_children, &QMdiArea::subWindowActivated, this, &FrameWindow::onActivated);
   connect(new QShortcut(Qt::Key_F6, this), &QShortcut::activated, this, &FrameWindow::focusNextPart);
   connect(new QShortcut(QKeySequence::Close, this), &QShortcut::activated, m_children,
@@ -164,7 +166,7 @@ QWidget* FrameWindow::makeToolColumn() {
     if (QString(id) == "-") {
       auto* line = new QFrame;
       line->setFrameShape(QFrame::HLine);
-      line->setStyleSheet("color: " + theme::colour("line").name());
+      line->setProperty("type", "line");
       tools->addSpacing(3);
       tools->addWidget(line);
       tools->addSpacing(3);
@@ -185,11 +187,10 @@ QWidget* FrameWindow::makeBanner() {
   auto* row = new QHBoxLayout(m_banner);
   row->setContentsMargins(14, 0, 14, 0);
   row->setSpacing(12);
-  auto* mark = new QLabel;
-  mark->setPixmap(theme::picture("mark_warning", 24, theme::colour("warnInk"), devicePixelRatioF()));
   m_bannerText = new QLabel;
   m_bannerText->setObjectName("bannerText");
-  row->addWidget(mark);
+  m_bannerMark = new QLabel;
+  row->addWidget(m_bannerMark);
   row->addWidget(m_bannerText, 1);
   m_banner->hide();
   speak(*m_banner, {.role = QAccessible::AlertMessage, .name = [this] { return m_bannerText->text(); }});
@@ -235,12 +236,12 @@ void FrameWindow::focusNextPart() {
     focusFirst(*m_band);
 }
 
-/// A window that stands over the plot, as long as the desk.
+/// A window that stands over the plot, as long as the desk. `closed`: its close box was pressed.
 template <class Window, class Content>
-void FrameWindow::addFloating(Window& window) {
+void FrameWindow::addFloating(Window& window, void (Window::*closed)()) {
   auto* child = new ChildWindow(
       new Content(m_face, window), m_face, [&window] { return &window.Window; },
-      [&window] { window.Unload(); });
+      [&window, closed] { (window.*closed)(); });
   child->hide();
   m_children->add(child, ChildArea::Place::Floating);
 }
@@ -370,6 +371,8 @@ void FrameWindow::bindFrame() {
                     [this](const std::vector<unsigned>& identities) {
                       showAll(m_bars, identities, [this](unsigned identity) { addBars(identity); });
                     });
+  m_bindings.mirror([this] { return m_desk.show.Booth.DimScreen; },
+                    [](bool dim) { theme::apply(dim ? Tone::Dim : Tone::Usual); });
   m_bindings.mirror([this] { return m_desk.frame.SubPaneVisible; },
                     [this](bool visible) { m_strip->setVisible(visible); });
   m_bindings.mirror([this] { return m_desk.windows.Comm.Condition.Caption; },
@@ -460,6 +463,7 @@ void FrameWindow::size() {
     button->setFixedSize(theme::sized(QSize(34, 34), QSize(44, 44)));
     button->setIconSize(theme::sized(QSize(24, 24), QSize(28, 28)));
   }
+  m_bannerMark->setPixmap(theme::picture("mark_warning", 24, theme::colour("warnInk"), devicePixelRatioF()));
   m_children->layOut();
 }
 

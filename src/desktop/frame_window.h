@@ -70,7 +70,7 @@ class FrameWindow : public QMainWindow {
   void addPlayer(const CueWindow::Names& names, std::unique_ptr<QueueList> Windows::*player,
                  ChildArea::Place place);
   template <class Window, class Content>
-  void addFloating(Window& window);
+  void addFloating(Window& window, void (Window::*closed)());
   void focusNextPart();
   void showDocuments(const std::vector<unsigned>& identities);
   void addDocument(unsigned identity);
@@ -91,6 +91,7 @@ class FrameWindow : public QMainWindow {
   ShowBar* m_band = nullptr;
   QWidget* m_toolColumn = nullptr;
   QFrame* m_banner = nullptr;
+  QLabel* m_bannerMark = nullptr;
   QLabel* m_bannerText = nullptr;
   QSplitter* m_splitter = nullptr;
   SubStrip* m_strip = nullptr;

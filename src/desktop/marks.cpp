@@ -77,6 +77,31 @@ const char* wordsOf(Source source) {
   return "";
 }
 
+const char* wordsOf(InterfaceState::Lamp lamp) {
+  switch (lamp) {
+    case InterfaceState::Lamp::Up:
+      return "Interface up";
+    case InterfaceState::Lamp::Starting:
+      return "Interface starts";
+    case InterfaceState::Lamp::None:
+      return "No interface";
+  }
+  return "";
+}
+
+void drawLamp(QPainter& painter, InterfaceState::Lamp lamp, const QRectF& area, const QColor& colour) {
+  const double unit = area.width() / 12;
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(QPen(colour, 2 * unit));
+  painter.setBrush(lamp == InterfaceState::Lamp::Up ? QBrush(colour) : QBrush(Qt::NoBrush));
+  if (lamp == InterfaceState::Lamp::None)
+    painter.drawPolygon(QPolygonF{area.topLeft() + QPointF(6, 2) * unit,
+                                  area.topLeft() + QPointF(11, 10) * unit,
+                                  area.topLeft() + QPointF(1, 10) * unit});
+  else
+    painter.drawEllipse(area.adjusted(2 * unit, 2 * unit, -2 * unit, -2 * unit));
+}
+
 void drawSourceMark(QPainter& painter, Source source, const QColor& colour, const QRectF& area) {
   painter.setPen(Qt::NoPen);
   painter.setBrush(colour);

@@ -4,16 +4,23 @@
 #include <QFileInfo>
 #include <QPainter>
 #include <QPrintDialog>
+#include <QPrinterInfo>
 #include <algorithm>
 
 #include "controls/drawing.h"
 #include "desktop/plot_painter.h"
+#include "desktop/sheet_printer.h"
 
 namespace velgrove {
 namespace {
 
 QString text(const std::string& desk) {
   return QString::fromStdString(desk);
+}
+
+/// What a name without a suffix gets: "kel" for "words|*.kel".
+QString suffixOf(const std::string& filter) {
+  return text(filter.substr(filter.rfind('.') + 1));
 }
 
 /// The page as a whole, in the ratio of what the view shows.
@@ -43,6 +50,28 @@ Dialogs PlatformDialogs::dialogs() {
                                  const std::string& title) { return browseForDir(start, title); },
           .choosePrinter = [this](const std::string& title) { return choosePrinter(title); },
           .printView = [this](const Drawing& drawing) { printView(drawing); }};
+}
+
+/// To ask for printers may take as long as the network does.
+SheetPress PlatformDialogs::sheetPress() {
+  return {
+      .anyPrinter =
+          [this] {
+            bool any = false;
+            m_face.aside([&] { any = !QPrinterInfo::availablePrinterNames().isEmpty(); });
+            return any;
+          },
+      .print =
+          [this](const Printout& printout) {
+            if (m_printer == nullptr) throw RunTimeError(Fault::Device, "no printer is chosen");
+            m_face.aside([&] { printSheets(*m_printer, printout, QDateTime::currentDateTime()); });
+          },
+      .pdf =
+          [this](const Printout& printout) {
+            QByteArray pdf;
+            m_face.aside([&] { pdf = sheetsAsPdf(printout, usualPaper(), QDateTime::currentDateTime()); });
+            return pdf.toStdString();
+          }};
 }
 
 template <class Make, class Read>
@@ -87,7 +116,7 @@ std::optional<std::string> PlatformDialogs::saveFile(const std::string& title, c
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setOption(QFileDialog::DontConfirmOverwrite);
     dialog.setNameFilter(text(filter.substr(0, filter.find('|'))));
-    dialog.setDefaultSuffix("kel");
+    dialog.setDefaultSuffix(suffixOf(filter));
     dialog.selectFile(file.fileName());
   };
   return askForFile(dress, title, file.path());
@@ -115,7 +144,7 @@ bool PlatformDialogs::choosePrinter(const std::string& title) {
         auto made = std::make_unique<QPrintDialog>(m_printer.get(), m_above);
         made->setObjectName("printer");
         made->setWindowTitle(text(title));
-        made->setOption(QPrintDialog::PrintPageRange, false);  // a plot is one page
+        made->setOption(QPrintDialog::PrintPageRange, false);  // all of it is printed
         return made;
       },
       [&](const QPrintDialog&) { chosen = true; });

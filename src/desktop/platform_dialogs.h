@@ -10,17 +10,19 @@
 
 #include "controls/face.h"
 #include "controls/machine.h"
+#include "surfaces/frm_print_sheets.h"
 
 namespace velgrove {
 
-/// The platform's dialogs for the desk's behaviour: where to save, which folder, which printer. Each comes up
-/// with the desk given back, and the light goes on while the operator chooses.
+/// The platform's dialogs for the desk's behaviour: where to save, which folder, which printer; and what goes
+/// to that printer. Each comes up with the desk given back, and the light goes on while the operator chooses.
 class PlatformDialogs {
  public:
   PlatformDialogs(Face& face, QWidget* above) : m_face(face), m_above(above) {}
 
   /// As the behaviour calls them, with the desk held, on the face's thread.
   [[nodiscard]] Dialogs dialogs();
+  [[nodiscard]] SheetPress sheetPress();
 
  private:
   std::optional<std::string> saveFile(const std::string& title, const std::string& filter,

@@ -22,6 +22,9 @@ class PlotPainter {
 
   using View = WorldView;
 
+  /// The colours have changed: nothing that is kept is right any more.
+  void forget() { m_kept.clear(); }
+
   /// Paints what of the plot meets a region of the medium.
   void paint(QPainter& painter, const PlotPicture& plot, const View& view, const QRegion& area);
 

@@ -145,10 +145,6 @@ void PlotView::paintEvent(QPaintEvent* event) {
   m_painter.paint(painter, m_plot, view(), event->region());
   painter.restore();
   painter.setBrush(Qt::NoBrush);
-  if (hasFocus()) {
-    painter.setPen(QPen(theme::colour("focus"), 2));
-    painter.drawRect(rect().adjusted(1, 1, -1, -1));
-  }
   if (m_shown.band) {
     painter.setPen(QPen(theme::colour("text"), 1, Qt::DashLine));
     painter.drawRect(bandRect(*m_shown.band));
@@ -161,6 +157,10 @@ void PlotView::paintEvent(QPaintEvent* event) {
     painter.setPen(frame);
     painter.drawRect(rect().adjusted(1, 1, -2, -2));
   }
+  if (!hasFocus()) return;
+  const int within = m_mode == Mode::Stage ? 1 : 4;  // the frame of the mode
+  painter.setPen(QPen(theme::colour("focus"), 2));
+  painter.drawRect(rect().adjusted(within, within, -within, -within));
 }
 
 void PlotView::resizeEvent(QResizeEvent* event) {
@@ -174,6 +174,9 @@ void PlotView::resizeEvent(QResizeEvent* event) {
 void PlotView::changeEvent(QEvent* event) {
   QWidget::changeEvent(event);
   if (event->type() == QEvent::EnabledChange && !isEnabled()) leave();
+  if (event->type() != QEvent::StyleChange) return;
+  m_painter.forget();
+  setCursor(cursorOf(m_shown));
 }
 
 // ---- The mouse

@@ -50,7 +50,7 @@ void ShowBar::addTool(std::string_view id, bool caption) {
 void ShowBar::addLine() {
   auto* line = new QFrame;
   line->setFrameShape(QFrame::VLine);
-  line->setStyleSheet("color: " + theme::colour("line").name());
+  line->setProperty("type", "line");
   m_row->addSpacing(4);
   m_row->addWidget(line);
   m_row->addSpacing(4);
@@ -65,11 +65,11 @@ void ShowBar::addMove(QPushButton& button, const char* id, const char* role, But
   button.setFocusPolicy(Qt::StrongFocus);
   button.setAutoDefault(false);
   const QAction* action = m_tools.action(id);
-  button.setText(action->text());
+  button.setText(action->iconText());
   const auto follow = [&button, action] {
     button.setToolTip(action->toolTip());
     speakState(button, button.property("state").toString());
-    if (button.text() != action->text()) button.setText(action->text());
+    if (button.text() != action->iconText()) button.setText(action->iconText());
     button.setEnabled(action->isEnabled());
   };
   connect(action, &QAction::changed, &button, follow);

@@ -59,14 +59,16 @@ ShowKeys::ShowKeys(LightingDesk& desk, Face& face, Tools& tools, QWidget& frame)
     : QObject(&frame), m_desk(desk), m_face(face), m_go(*tools.action(Go)) {
   for (const FrameKey& key : frameKeys()) {
     QAction& action = *tools.action(key.Tool);
-    const bool go = key.Tool == Go;
-    action.setShortcut(QKeySequence(QString::fromUtf8(key.Key.data(), qsizetype(key.Key.size()))));
+    const QKeySequence sequence(QString::fromUtf8(key.Key.data(), static_cast<qsizetype>(key.Key.size())));
+    if (key.Tool == Go) {
+      m_goKey = sequence;  // heard below, where it is known when it was pressed
+      continue;
+    }
+    action.setShortcut(sequence);
+    action.setShortcutContext(Qt::ApplicationShortcut);
     action.setAutoRepeat(false);
-    // Go's key is shown by the action and heard here, where the time is known at which it was pressed.
-    action.setShortcutContext(go ? Qt::WidgetShortcut : Qt::ApplicationShortcut);
-    if (!go) frame.addAction(&action);
+    frame.addAction(&action);
   }
-  m_goKey = m_go.shortcut();
   qApp->installEventFilter(this);
 }
 

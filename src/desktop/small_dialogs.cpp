@@ -107,14 +107,12 @@ StatusWindow::StatusWindow(QWidget* above, Face& face, VelgroveComm& comm)
   bindings().bind(&m_title, [&comm] { return &comm.Label1; });
   bindings().bind(&m_version, [&comm] { return &comm.Version; });
   bindings().bind(&m_condition, [&comm] { return &comm.Condition; });
-  bindings().mirror(
-      [&comm] { return std::pair(comm.ProgressBar1.Value, comm.ProgressBar1.BarColour); },
-      [this](const std::pair<int, Colour>& bar) {
-        constexpr Colour Red = 255;
-        m_progress.setValue(bar.first);
-        m_progress.setStyleSheet(QString("QProgressBar::chunk { background: %1; }")
-                                     .arg(theme::colour(bar.second == Red ? "keyRed" : "keyGreen").name()));
-      });
+  bindings().mirror([&comm] { return std::pair(comm.ProgressBar1.Value, comm.ProgressBar1.BarColour); },
+                    [this](const std::pair<int, Colour>& bar) {
+                      constexpr Colour Red = 255;
+                      m_progress.setValue(bar.first);
+                      theme::setState(&m_progress, "state", bar.second == Red ? "red" : "green");
+                    });
 }
 
 /// In the corner, clear of the splash and of the open dialog.

@@ -3,6 +3,7 @@
 #include <QHBoxLayout>
 #include <QPainter>
 
+#include "desktop/marks.h"
 #include "desktop/theme.h"
 
 namespace velgrove {
@@ -31,6 +32,7 @@ StatusLine::StatusLine(LightingDesk& desk, Bindings& bindings) {
   m_mode.setObjectName("displayMode");
   m_interface.setObjectName("interfaceState");
   m_pointerPlace.setObjectName("pointerPlace");
+  m_pointerPlace.setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Preferred);
   m_pointerFixture.setObjectName("pointerFixture");
   for (QLabel* label :
        std::initializer_list<QLabel*>{&m_online, &m_pointerPlace, &m_pointerFixture, &m_message})
@@ -44,8 +46,7 @@ StatusLine::StatusLine(LightingDesk& desk, Bindings& bindings) {
   addPermanentWidget(together({&m_inputIcon, &m_input}));
   addPermanentWidget(together({&m_mode}));
   addPermanentWidget(together({&m_lamp, &m_interfaceIcon, &m_interface}));
-  m_interfaceIcon.setPixmap(
-      theme::picture("ID_viewStatus", IconSize, theme::colour("text2"), devicePixelRatioF()));
+  drawIcons();
   sizePointer();
 
   bindings.mirror([&desk] { return desk.frame.sbStatusBar.Text; },
@@ -70,14 +71,14 @@ StatusLine::StatusLine(LightingDesk& desk, Bindings& bindings) {
   bindings.mirror([&desk] { return std::pair(desk.show.BlindOn, desk.show.LiveOn); },
                   [this](const std::pair<bool, bool>& mode) {
                     if (mode.first)
-                      showMode("Blind", "blindFill");
+                      showMode("Blind", "blind");
                     else if (mode.second)
-                      showMode("Live", "nextLit");
+                      showMode("Live", "live");
                     else
                       showMode("Stage", "");
                   });
-  bindings.mirror([&desk] { return interfaceOf(desk); },
-                  [this](const Interface& now) { showInterface(now); });
+  bindings.mirror([&desk] { return desk.interfaceState(); },
+                  [this](const InterfaceState& now) { showInterface(now); });
 }
 
 /// As wide as the longest that they say on a plot in sight, so that nothing moves with the mouse.
@@ -95,6 +96,7 @@ void StatusLine::sizePointer() {
 void StatusLine::changeEvent(QEvent* event) {
   QStatusBar::changeEvent(event);
   if (event->type() == QEvent::StyleChange || event->type() == QEvent::FontChange) sizePointer();
+  if (event->type() == QEvent::StyleChange) drawIcons();
 }
 
 /// On a small screen the interface's state comes first.
@@ -105,57 +107,37 @@ void StatusLine::resizeEvent(QResizeEvent* event) {
     label->setVisible(width() >= RoomForPointer);
 }
 
-StatusLine::Interface StatusLine::interfaceOf(const LightingDesk& desk) {
-  const VelgroveComm& comm = desk.windows.Comm;
-  const bool up =
-      comm.getCurrentStatus() == Link::Up && comm.SendTimer.enabled() && comm.Condition.Caption.empty();
-  const Lamp dark = desk.Splash.Window.Visible ? Lamp::Starting : Lamp::None;
-  return {.lamp = up ? Lamp::Up : dark, .text = comm.Version.Caption};
-}
-
-const char* StatusLine::wordsOf(Lamp lamp) {
-  switch (lamp) {
-    case Lamp::Up:
-      return "Interface up";
-    case Lamp::Starting:
-      return "Interface starts";
-    case Lamp::None:
-      return "No interface";
-  }
-  return "";
-}
-
 void StatusLine::showInput(const QString& tool, const QString& words) {
-  m_inputIcon.setPixmap(theme::picture(tool, IconSize, theme::colour("text2"), devicePixelRatioF()));
+  m_inputTool = tool;
   m_input.setText(words);
+  drawIcons();
 }
 
-void StatusLine::showMode(const QString& words, const char* background) {
+void StatusLine::showMode(const QString& words, const char* state) {
   m_mode.setText(words);
-  const QString name = background;
-  m_mode.setStyleSheet(name.isEmpty()
-                           ? QString()
-                           : QString("background: %1; color: %2; padding: 0 8px;")
-                                 .arg(theme::colour(background).name(), theme::colour("nextInk").name()));
+  theme::setState(&m_mode, "state", state);
 }
 
-/// A disc while the interface is up, a ring while it starts, a triangle when there is none.
-void StatusLine::showInterface(const Interface& now) {
+void StatusLine::showInterface(const InterfaceState& now) {
+  m_lampShows = now.lamp;
   m_interface.setText(QString::fromStdString(now.text));
   m_lamp.setAccessibleName(wordsOf(now.lamp));
+  drawIcons();
+}
+
+void StatusLine::drawIcons() {
+  const auto draw = [this](const QString& name) {
+    return theme::picture(name, IconSize, theme::colour("text2"), devicePixelRatioF());
+  };
+  m_interfaceIcon.setPixmap(draw("ID_viewStatus"));
+  m_inputIcon.setPixmap(draw(m_inputTool));
   constexpr int Size = 12;
   QPixmap lamp(QSize(Size, Size) * devicePixelRatioF());
   lamp.setDevicePixelRatio(devicePixelRatioF());
   lamp.fill(Qt::transparent);
   QPainter painter(&lamp);
-  painter.setRenderHint(QPainter::Antialiasing);
-  const QColor colour = theme::colour(now.lamp == Lamp::None ? "text" : "ok");
-  painter.setPen(QPen(colour, 2));
-  painter.setBrush(now.lamp == Lamp::Up ? QBrush(colour) : QBrush(Qt::NoBrush));
-  if (now.lamp == Lamp::None)
-    painter.drawPolygon(QPolygonF{QPointF(6, 2), QPointF(11, 10), QPointF(1, 10)});
-  else
-    painter.drawEllipse(QRectF(2, 2, 8, 8));
+  drawLamp(painter, m_lampShows, QRectF(0, 0, Size, Size),
+           theme::colour(m_lampShows == InterfaceState::Lamp::None ? "text" : "ok"));
   painter.end();
   m_lamp.setPixmap(lamp);
 }

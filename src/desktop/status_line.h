@@ -23,23 +23,17 @@ class StatusLine : public QStatusBar {
   void resizeEvent(QResizeEvent* event) override;
 
  private:
-  enum class Lamp { None, Starting, Up };
-  struct Interface {
-    Lamp lamp = Lamp::None;
-    std::string text;
-    friend bool operator==(const Interface&, const Interface&) = default;
-  };
-  [[nodiscard]] static Interface interfaceOf(const LightingDesk& desk);
-  static const char* wordsOf(Lamp lamp);
   void showInput(const QString& tool, const QString& words);
-  void showMode(const QString& words, const char* background);
-  void showInterface(const Interface& now);
-
+  void showMode(const QString& words, const char* state);
+  void showInterface(const InterfaceState& now);
+  void drawIcons();
   void sizePointer();
 
   QLabel m_online, m_pointerFixture;
   UnderPointer m_underPointer;
   ElidingLabel m_pointerPlace, m_message;
+  QString m_inputTool = "ID_noInput";
+  InterfaceState::Lamp m_lampShows = InterfaceState::Lamp::None;
   QLabel m_inputIcon, m_input, m_mode, m_lamp, m_interfaceIcon, m_interface;
 };
 

@@ -14,6 +14,7 @@
 #include <QSvgRenderer>
 #include <QVariant>
 #include <algorithm>
+#include <array>
 #include <map>
 
 /// The room is a static library, whose resources nobody else would load. Outside of any namespace, as the
@@ -29,6 +30,9 @@ namespace {
 constexpr const char* IconLines = "#ECE7DD";
 /// And of the warning, which the banner writes in its own ink.
 constexpr const char* IconWarning = "#FFB443";
+/// Their accents stand for colours of the palette.
+constexpr std::array Accents{std::pair("#4FDDAA", "nextText"), std::pair("#FF8A7D", "stageText"),
+                             std::pair(IconWarning, "warn")};
 
 QByteArray resource(const QString& name) {
   QFile file(":/" + name);
@@ -37,16 +41,21 @@ QByteArray resource(const QString& name) {
 
 using Tokens = std::map<std::string, QColor, std::less<>>;
 
+Tokens readPalette(const QString& file) {
+  loadResources();
+  Tokens read;
+  const QJsonObject palette = QJsonDocument::fromJson(resource(file)).object();
+  for (auto token = palette.begin(); token != palette.end(); ++token)
+    read[token.key().toStdString()] = QColor(token.value().toString());
+  return read;
+}
+
+Tone tone = Tone::Usual;
+
 const Tokens& tokens() {
-  static const Tokens all = [] {
-    loadResources();
-    Tokens read;
-    const QJsonObject palette = QJsonDocument::fromJson(resource("palette.json")).object();
-    for (auto token = palette.begin(); token != palette.end(); ++token)
-      read[token.key().toStdString()] = QColor(token.value().toString());
-    return read;
-  }();
-  return all;
+  static const Tokens usual = readPalette("palette.json");
+  static const Tokens dim = readPalette("palette_dim.json");
+  return tone == Tone::Dim ? dim : usual;
 }
 
 /// "@name/30" is the colour at 30 per cent.
@@ -81,8 +90,14 @@ QString withSizes(QString sheet, Density density) {
   return sheet.replace(pair, density == Density::Compact ? R"(\1px)" : R"(\2px)");
 }
 
+/// A style sheet names its pictures by file, in the colours that they have there.
+QString withPictures(QString sheet) {
+  return tone == Tone::Dim ? sheet.replace("arrow_down.svg", "arrow_down_dim.svg") : sheet;
+}
+
 QString sheet(Density density) {
-  return withColours(withSizes(QString::fromUtf8(resource("velgrove.qss") + resource("desk.qss")), density));
+  const QString all = QString::fromUtf8(resource("velgrove.qss") + resource("desk.qss"));
+  return withColours(withPictures(withSizes(all, density)));
 }
 
 std::optional<Density> applied;
@@ -105,6 +120,28 @@ QPalette palette() {
   for (const auto role : {QPalette::Text, QPalette::WindowText, QPalette::ButtonText})
     p.setColor(QPalette::Disabled, role, colour("disabled"));
   return p;
+}
+
+/// Nothing hears what happens while it stands.
+class Hush : public QObject {
+ public:
+  Hush() { qApp->installEventFilter(this); }
+
+ protected:
+  bool eventFilter(QObject*, QEvent*) override { return true; }
+};
+
+/// A sheet in the place of another one dresses a widget once for each that it stands in, six times on the
+/// average: half a second of a busy machine. Where there is none at all, each is dressed once. What the
+/// widgets look like in between concerns nobody.
+void dress(Density density) {
+  {
+    const Hush hush;
+    qApp->setStyleSheet(QString());
+  }
+  QApplication::setPalette(palette());
+  QApplication::setFont(font(density == Density::Compact ? 14 : 16));
+  qApp->setStyleSheet(sheet(density));
 }
 
 QFont face(const char* family, int pixels, bool bold) {
@@ -154,9 +191,12 @@ Density density() {
 void apply(Density density) {
   if (applied == density) return;
   applied = density;
-  QApplication::setPalette(palette());
-  QApplication::setFont(font(sized(14, 16)));
-  qApp->setStyleSheet(sheet(density));
+  dress(density);
+}
+
+void apply(Tone wanted) {
+  if (std::exchange(tone, wanted) == wanted) return;
+  dress(density());
 }
 
 QFont font(int pixels, bool bold) {
@@ -168,7 +208,12 @@ QFont condensed(int pixels, bool bold) {
 }
 
 QPixmap picture(const QString& name, int size, const QColor& lines, qreal pixelRatio) {
-  const QString key = QString("%1/%2/%3/%4").arg(name).arg(size).arg(lines.name()).arg(pixelRatio);
+  const QString key = QString("%1/%2/%3/%4/%5")
+                          .arg(name)
+                          .arg(size)
+                          .arg(lines.name())
+                          .arg(pixelRatio)
+                          .arg(static_cast<int>(tone));
   QPixmap made;
   if (QPixmapCache::find(key, &made)) return made;
   made = QPixmap(QSize(size, size) * pixelRatio);
@@ -176,6 +221,7 @@ QPixmap picture(const QString& name, int size, const QColor& lines, qreal pixelR
   QByteArray svg = resource("icons/" + name + ".svg");
   svg.replace(IconLines, lines.name().toUtf8());
   if (name == "mark_warning") svg.replace(IconWarning, lines.name().toUtf8());
+  for (const auto& [accent, token] : Accents) svg.replace(accent, colour(token).name().toUtf8());
   QPainter painter(&made);
   QSvgRenderer(svg).render(&painter);
   painter.end();

@@ -11,6 +11,9 @@
 
 namespace velgrove {
 
+/// The light of the desk's own screens: as usual, or dim for blackouts.
+enum class Tone { Usual, Dim };
+
 /// How roomy the desk is drawn, chosen by the frame's width.
 enum class Density { Compact, Roomy };
 
@@ -19,12 +22,14 @@ namespace theme {
 
 constexpr int RoomyFrom = 1600;  ///< logical pixels of the frame's width
 
-/// A colour by its name; asserts that the palette has it.
+/// A colour by its name in the tone in use; asserts that the palette has it.
 [[nodiscard]] QColor colour(const char* token);
 
 [[nodiscard]] Density density();
-/// Dresses the whole application; does nothing when it is dressed so already.
+// Both dress the whole application anew, and do nothing when it is dressed so already. Whoever keeps a
+// picture or a colour draws it again at QEvent::StyleChange.
 void apply(Density density);
+void apply(Tone tone);
 
 /// One of two sizes, by the density in use.
 template <class T>

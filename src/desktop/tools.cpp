@@ -10,10 +10,10 @@ namespace velgrove {
 namespace {
 
 /// Tools that show a state. What the state is stands in `pressed`.
-constexpr std::string_view Toggles[] = {"ID_SelectPointer", "ID_SelectGrid",   "ID_FluidZoom", "ID_Pan",
-                                        "ID_AddLight",      "ID_DelLight",     "ID_Rotate",    "ID_ABQ",
-                                        "ID_XYQ",           "ID_Effects",      "ID_noInput",   "ID_manualOn",
-                                        "ID_subsOn",        "ID_LockFixtures", "mnuViewGrid"};
+constexpr std::string_view Toggles[] = {
+    "ID_SelectPointer", "ID_SelectGrid",   "ID_FluidZoom", "ID_Pan",      "ID_AddLight", "ID_DelLight",
+    "ID_Rotate",        "ID_ABQ",          "ID_XYQ",       "ID_Effects",  "ID_noInput",  "ID_manualOn",
+    "ID_subsOn",        "ID_LockFixtures", "mnuViewGrid",  "ID_ShowView", "ID_DimScreen"};
 
 bool isToggle(std::string_view id) {
   return std::ranges::find(Toggles, id) != std::end(Toggles);
@@ -93,6 +93,7 @@ bool Tools::pressed(const Tool& tool) const {
   };
   if (tool.Id == "ID_ABQ") return visible(m_desk.windows.ABQ);
   if (tool.Id == "ID_XYQ") return visible(m_desk.windows.XYQ);
+  if (tool.Id == "ID_ShowView") return m_desk.windows.ShowView.Window.Visible;
   if (tool.Id == "ID_Effects") return m_desk.windows.Effects.Window.Visible;
   if (const frmDocument* document = m_desk.windows.ActiveDocument) {
     if (const int mode = mouseModeOf(tool.Id); mode != 0) return document->MouseMode == mode;
@@ -124,6 +125,13 @@ bool Tools::copy() {
   return changed;
 }
 
+/// A key that is heard elsewhere stands in the column of the menu all the same.
+QString Tools::textOf(const Look& look, const QAction& action) {
+  const QString words = QString::fromStdString(look.caption);
+  const bool elsewhere = !look.key.empty() && action.shortcut().isEmpty();
+  return elsewhere ? words + '\t' + QString::fromStdString(look.key) : words;
+}
+
 QString Tools::tipOf(const Look& look) {
   const QString words = QString::fromStdString(look.tip.empty() ? look.caption : look.tip).remove('&');
   return look.key.empty() ? words : words + " (" + QString::fromStdString(look.key) + ")";
@@ -136,7 +144,8 @@ void Tools::show() {
     if (m_shown[i] == look) continue;
     m_shown[i] = look;
     QAction* action = m_actions.at(m_ids[i]);
-    action->setText(QString::fromStdString(look.caption));
+    action->setText(textOf(look, *action));
+    action->setIconText(QString::fromStdString(look.caption).remove('&'));
     action->setToolTip(tipOf(look));
     action->setEnabled(look.enabled);
     const QSignalBlocker quiet(action);

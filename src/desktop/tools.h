@@ -42,6 +42,7 @@ class Tools : public QObject {
 
   bool copy();
   [[nodiscard]] bool pressed(const Tool& tool) const;
+  [[nodiscard]] static QString textOf(const Look& look, const QAction& action);
   [[nodiscard]] static QString tipOf(const Look& look);
   void show();
   void makeActions();

@@ -60,6 +60,16 @@ void VelgroveComm::Form_Load() {
   ProgressBar1.BarColour = Red;
 }
 
+InterfaceState VelgroveComm::state(bool starting) const {
+  using Lamp = InterfaceState::Lamp;
+  const bool up = LinkState == Link::Up && SendTimer.enabled() && Condition.Caption.empty();
+  return {.lamp = up         ? Lamp::Up
+                  : starting ? Lamp::Starting
+                             : Lamp::None,
+          .text = Version.Caption,
+          .condition = Condition.Caption};
+}
+
 void VelgroveComm::show(const std::string& version) {
   Version.Caption = version;
   m_wiring.repaint();

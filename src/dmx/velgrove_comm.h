@@ -22,6 +22,17 @@ enum class Link : std::int16_t {
   Down = 2,       ///< starting, or no interface
 };
 
+/// How the desk stands to the interface, for the eye.
+struct InterfaceState {
+  enum class Lamp { None, Starting, Up };
+
+  Lamp lamp = Lamp::None;
+  std::string text;       ///< how far the link has come up
+  std::string condition;  ///< what is wrong, in plain words; "" while all is well
+
+  friend bool operator==(const InterfaceState&, const InterfaceState&) = default;
+};
+
 /// The one object that talks to the interface box: sends DMXOutput, fetches DMXInput, polls the electronic
 /// trigger. Its window shows how far the link has come up. The host always speaks first; nothing is
 /// acknowledged.
@@ -74,6 +85,7 @@ class VelgroveComm {
   std::string GetVGVersion();
   void SetDMXState(bool running);
   [[nodiscard]] Link getCurrentStatus() const { return LinkState; }
+  [[nodiscard]] InterfaceState state(bool starting) const;  ///< `starting`: the desk still comes up
   [[nodiscard]] std::int16_t GetVelgrove_Port() const { return PortNumber; }
   void SetDMX();
   void GetAllDMXIn();

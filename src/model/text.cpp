@@ -108,6 +108,21 @@ std::string fixedText(std::string_view text, std::size_t length) {
   return std::string(text.substr(0, end)).append(length - count, ' ');
 }
 
+std::string oneLine(std::string_view text) {
+  std::string line;
+  while (!text.empty()) {
+    const auto [code, bytes] = firstCharacter(text);
+    const bool control = code < 0x20 || (code >= 0x7F && code < 0xA0) || code == NoCharacter;
+    if (control)
+      line += ' ';
+    else
+      line += text.substr(0, bytes);
+    text.remove_prefix(bytes);
+  }
+  line.resize(line.find_last_not_of(' ') + 1);
+  return line;
+}
+
 std::string printable(std::string_view text) {
   std::string line;
   while (!text.empty()) {

@@ -27,6 +27,9 @@ inline constexpr char32_t NoCharacter = 0xFFFFFFFF;
 /// The byte that stands for a character in Windows-1252; nothing when it has none.
 [[nodiscard]] std::optional<std::uint8_t> codePageByte(char32_t character);
 
+/// A text on one line: control characters are shown as blanks, blanks at its end are gone.
+[[nodiscard]] std::string oneLine(std::string_view text);
+
 /// A foreign text as one line that can be shown: control characters and bytes that are no UTF-8 become '?'.
 [[nodiscard]] std::string printable(std::string_view text);
 

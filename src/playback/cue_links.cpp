@@ -21,6 +21,16 @@ class Depth {
 
 }  // namespace
 
+std::string linkText(const std::string& list, const std::string& number) {
+  if (list == "None" || number == "None") return "";
+  if (list == "EF") {
+    const auto first = number.find_first_not_of(' ');  // the effects' rows stand off from their edge
+    if (first == std::string::npos) return "";
+    return "effect " + number.substr(first, number.find_last_not_of(' ') + 1 - first);
+  }
+  return list == "AB" || list == "XY" ? list + " " + number : "";
+}
+
 void CueLinks::SimultaneousStart(const std::string& list, const std::string& number) {
   if (list == "None" || number == "None") return;
   if (list == "AB")

@@ -7,6 +7,9 @@
 
 namespace velgrove {
 
+/// What the link of a cue starts, as a list names it and in words: "AB 12.00", "effect 3"; "" for nothing.
+[[nodiscard]] std::string linkText(const std::string& list, const std::string& number);
+
 /// The links of cues: one Go that starts another list, or an effect.
 class CueLinks {
  public:

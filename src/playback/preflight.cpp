@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "model/text_table.h"
+#include "model/text.h"
 #include "playback/preflight_rules.h"
 
 namespace velgrove {

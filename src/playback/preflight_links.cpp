@@ -1,7 +1,7 @@
 // Where the links of cues lead.
 
 #include "controls/numbers.h"
-#include "model/text_table.h"
+#include "model/text.h"
 #include "playback/cue_links.h"
 #include "playback/effects_queue.h"
 #include "playback/preflight_rules.h"

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <map>
 
-#include "model/text_table.h"
+#include "model/text.h"
 #include "playback/preflight_rules.h"
 
 namespace velgrove::preflight {

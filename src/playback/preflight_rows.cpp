@@ -4,7 +4,7 @@
 #include <cmath>
 
 #include "controls/numbers.h"
-#include "model/text_table.h"
+#include "model/text.h"
 #include "playback/cue_rows.h"
 #include "playback/preflight_rules.h"
 

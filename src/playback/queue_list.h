@@ -51,6 +51,9 @@ class QueueList {
   static constexpr Colour PaleRed = 0x8080FF;
   static constexpr Colour PaleGreen = 0x80FF80;
 
+  /// Columns of the list.
+  enum CueColumn : std::size_t { NumberCell, DownCell, DelayCell, UpCell, DescCell, ListCell, TargetCell };
+
   static constexpr int PointerIcon = 1;
   static constexpr int LoopIcon = 2;
 
@@ -184,9 +187,15 @@ class QueueList {
   /// the stop; 0 when nothing fades. For the eye alone: the marks move when the next look is up, even if the
   /// stage look would still fall.
   [[nodiscard]] std::int64_t restOfFade() const;
+  /// The same in seconds as the operator reads them: tenths below ten, whole ones above; "" when nothing
+  /// fades.
+  [[nodiscard]] std::string timeLeft() const;
 
   /// Compares two rows by the numbers in their first columns: -1, 0 or 1.
   [[nodiscard]] static int CompareValues(const ListView::Row& a, const ListView::Row& b);
+
+  /// Marks can stand beside the list, before it and behind it: there is nothing to look up there.
+  [[nodiscard]] bool isRow(int row) const { return row >= 1 && row <= ListView2.count(); }
 
   [[nodiscard]] std::array<std::int16_t, ChannelCount>& levels() { return m_show.*m_traits.Levels; }
 
@@ -194,13 +203,7 @@ class QueueList {
   /// What it means that the mouse button goes up.
   enum class Release { Click, Refused, NextDropped, StageDropped };
 
-  /// Columns of the list.
-  enum CueColumn : std::size_t { NumberCell, DownCell, DelayCell, UpCell, DescCell, ListCell, TargetCell };
-
   static constexpr int FewestRows = 3;
-
-  /// Marks can stand beside the list, before it and behind it: there is nothing to look up there.
-  [[nodiscard]] bool isRow(int row) const { return row >= 1 && row <= ListView2.count(); }
 
   void setUpButtons();
   void tieEditors();

@@ -73,4 +73,14 @@ std::int64_t QueueList::restOfFade() const {
   return std::max<std::int64_t>(end - m_machine.timeGetTime(), 0);
 }
 
+/// Rounded up: "0.0" would stand over a fade that still runs.
+std::string QueueList::timeLeft() const {
+  constexpr std::int64_t Tenth = 100;  // ms
+  constexpr std::int64_t TenSeconds = 100;
+  const std::int64_t tenths = (restOfFade() + Tenth - 1) / Tenth;
+  if (tenths == 0) return "";
+  if (tenths < TenSeconds) return std::to_string(tenths / 10) + "." + std::to_string(tenths % 10);
+  return std::to_string((tenths + 9) / 10);
+}
+
 }  // namespace velgrove

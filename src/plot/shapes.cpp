@@ -34,6 +34,8 @@ void prepareShape(const fs::path& graphics, const std::string& name) {
   const fs::path drawing = graphics / (name + ".dxf");
   const fs::path shape = graphics / (name + ".cad");
   if (isAsNew(shape, drawing)) return;
+  std::error_code missing;
+  if (fs::exists(shape, missing) && !canWriteIn(graphics)) return;
   writeFileSafely(shape, shapeText(*importExchangeDrawing(drawing)), Backup::None);
 }
 

@@ -17,7 +17,8 @@ inline constexpr double CommonSize = 80;
 [[nodiscard]] std::filesystem::path graphicsFolder(const std::filesystem::path& applicationFolder);
 
 /// Makes the shape file (.cad) of a shape from its exchange drawing (.dxf). One that is as new as the drawing
-/// stays as it is, so that an installed folder needn't be writable. Fault::File with the file's path.
+/// stays as it is, and so does any in a folder that can't be written: an installed desk plays with the shapes
+/// that it has. Fault::File with the file's path.
 void prepareShape(const std::filesystem::path& graphics, const std::string& name);
 
 /// The block of a shape file. Fault::File with the file's path.

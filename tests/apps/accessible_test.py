@@ -100,6 +100,9 @@ WINDOWS = (
     Window("^About Velgrove$", keys("alt+h", "a"), ESCAPE),
     Window("^Velgrove$", LOCK, keys("Return")),
     Window("^Velgrove$", LOCK, keys("Return")),
+    Window("^Print Cue Sheets$", keys("alt+f", "h"), ESCAPE),
+    Window("^Velgrove Help$", keys("F1"), ESCAPE),
+    Window("^Show View$", keys("F11"), PUT_AWAY),
     Window("^Exiting", keys("alt+f", "x"), ESCAPE),
 )
 

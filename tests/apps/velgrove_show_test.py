@@ -1,5 +1,7 @@
 """velgrove-show as its user sees it: shows as text and JSON and back, damaged files, wrong usage, bad scripts."""
 
+import csv
+import io
 import json
 import os
 import unittest
@@ -35,8 +37,27 @@ class PrintAndMake(InAFolder):
         data = show(xy=[{"number": 2.5, "up": 3, "levels": {7: 1}, "description": "Caf\xe9", "link": ("AB", "1.00")}])
         done = show_program("print", self.write("sheet.kel", data))
         self.assertEqual((done.code, done.complaints), (0, ""))
-        for expected in ("Play", r"2\.50 +3 +0 +0 +1 +Caf\xe9 +AB 1\.00", r"7 +leko +Lamp", "0 of 24 in use"):
+        for expected in ("Play", r"2\.50 +3 +0 +0 +AB 1\.00 +Caf\xe9 +7 @ 1\n", r"7 +Lamp +leko", "0 of 24 in use"):
             self.assertRegex(done.output, expected)
+
+    def test_a_spreadsheet_gets_one_sheet_with_a_row_of_captions(self):
+        evil = '=1+1, "two"'
+        path = self.write("sheet.kel", show(xy=[{"number": 1, "description": evil, "levels": {7: 255, 8: 255}}]))
+        def rows(*arguments):
+            done = show_program("print", "--csv", *arguments, path)
+            self.assertEqual((done.code, done.complaints), (0, ""), arguments)
+            return list(csv.DictReader(io.StringIO(done.output), strict=True))
+        cue = rows()[-1]
+        self.assertEqual((cue["Cue"], cue["Description"], cue["Levels (%)"]), ("1.00", "'" + evil, "7-8 @ FL"))
+        self.assertEqual(rows("--sheet", "xy"), rows())
+        self.assertEqual(rows("--sheet", "ab")[0]["Cue"], "0.00")
+        self.assertEqual(rows("--sheet", "patch")[0]["Name"], "Lamp")
+        self.assertEqual(rows("--sheet", "submasters"), [])
+        alone = show_program("print", path, "--sheet", "patch").output
+        self.assertTrue(alone.startswith("Patch  ("), alone)
+        lonely = self.write("lonely.kel", header(1, 1, 0) + view([], [zoom()], []) + cue_list("AB", []))
+        done = show_program("print", lonely, "--csv")
+        self.assertEqual(done, (1, "", f"velgrove-show: {lonely}: the show has no such cue list\n"))
 
     def test_what_standard_output_does_not_take_is_no_success(self):
         path = self.write("new.kel", new_show())
@@ -147,7 +168,9 @@ def small_disk():
 class Usage(InAFolder):
     def test_wrong_usage_ends_with_2_and_words(self):
         path = self.write("show.kel", show())
-        for arguments in ([], ["dance"], ["print"], ["print", path, "more"], ["print", path, "--xml"], ["make", path],
+        for arguments in ([], ["dance"], ["print"], ["print", path, "more"], ["print", path, "--xml"],
+                          ["print", path, "--csv", "--json"], ["print", path, "--sheet", "bars"],
+                          ["print", path, "--json", "--sheet", "xy"], ["make", path],
                           ["rehearse"], ["rehearse", path, "-", "more"], ["rehearse", path, "--until"],
                           ["rehearse", path, "--until", "-1"], ["rehearse", path, "--until", "soon"],
                           ["rehearse", path, "--until", "1.5"], ["rehearse", path, "--until", "2147483648"],

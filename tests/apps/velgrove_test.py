@@ -2,6 +2,7 @@
 
 import json
 import os
+import shutil
 import sys
 import time
 import unittest
@@ -12,8 +13,9 @@ from programs import NOBODY, program, show_program
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "tools"))
 from on_screen import DEMO, Booth, Screen, need  # noqa: E402
 
-FRONT, WINDOW, SKY = 3, 19, 23  # channels of the demo show
-PRESET_SKY = 90  # the level of the sky in the first cue
+FRONT, SKY = 3, 31  # channels of the demo show
+PRESET_SKY, COURT_FRONT = 90, 184  # their levels in the first cue and in the court
+BEFORE_HOUSE_OUT = 2  # rows below the first; the court comes next but one
 AT_ONCE = 1.0  # seconds in which the desk must end
 
 
@@ -94,7 +96,7 @@ class WithABox(Desk):
         need(lambda: os.path.exists(copy), "the copy isn't there")
 
         desk.wait_fades_over()
-        need(lambda: desk.level(WINDOW) >= 250, "the cue under the dragged mark doesn't come on the line")
+        need(lambda: desk.level(FRONT) >= COURT_FRONT - 2, "the cue under the dragged mark doesn't come on the line")
         screen.keys("alt+f", "x")
         screen.wait_for_dialog("^Exiting[.]")
         screen.keys("Return")
@@ -109,6 +111,9 @@ class WithABox(Desk):
         desk.start()
         desk.wait_for_open_dialog()
         desk.open_show()
+        for _ in range(BEFORE_HOUSE_OUT):
+            screen.click(desk.advance_button())
+            time.sleep(0.3)
         self.go()
         desk.wait_for_fade()
         desk.box.stdin.write("unplug\n")
@@ -145,7 +150,7 @@ class WithoutABox(Desk):
         desk = self.booth(box=False, user=NOBODY if os.geteuid() == 0 else None)
         with open(DEMO, "rb") as file:
             demo = file.read()
-        last_cue = demo.index(show_bytes.text("") + show_bytes.text("Curtain call"))
+        last_cue = demo.index(show_bytes.text("") + show_bytes.text("House up"))
         for name, size in (("1 damaged.kel", last_cue), ("2 gone.kel", len(demo)), ("3 locked.kel", len(demo))):
             with open(os.path.join(desk.data, name), "wb") as file:
                 file.write(demo[:size])
@@ -168,6 +173,16 @@ class WithoutABox(Desk):
         self.assertEqual(len([line for line in desk.journal() if line.startswith('box: "Velgrove" ')]), 4)
         self.go()
         desk.wait_for_fade()
+        self.ends_by_a_signal()
+
+    def test_a_show_that_is_handed_over_opens_by_one_key(self):
+        desk = self.booth(box=False, shows=())
+        os.makedirs(desk.path("tour"))
+        shutil.copy(DEMO, desk.path("tour/second evening.kel"))
+        desk.start(folder=desk.path("tour"), VELGROVE_SHOW="second evening.kel")
+        desk.wait_for_open_dialog()
+        screen.keys("Return")
+        desk.wait_for_show()
         self.ends_by_a_signal()
 
     def told_and_back(self, choose):

@@ -2,6 +2,7 @@
 
 #include "core/keys.h"
 
+#include <fstream>
 #include <limits>
 #include <set>
 
@@ -46,6 +47,16 @@ TEST_F(Keys, AreListedUnderHelp) {
   ASSERT_NE(row, 0);
   EXPECT_THAT(list.ListViewKeys.row(row).Texts[2], testing::StartsWith("Blackout"));
   EXPECT_EQ(list.ListViewKeys.count(), static_cast<int>(frameKeys().size() + windowKeys().size()));
+}
+
+TEST_F(Keys, StandInTheManualAllAndNoOthers) {
+  std::ifstream page(SHOW_DATA_DIR "/../docs/manual/20-keys.md");
+  std::set<std::string> told;
+  for (std::string line; std::getline(page, line);)
+    if (line.starts_with("| ") && !line.starts_with("| Key")) told.insert(line.substr(2, line.find(" |") - 2));
+  std::set<std::string> known{"F6"};
+  for (const FrameKey& key : frameKeys()) known.emplace(key.Key);
+  EXPECT_EQ(told, known);
 }
 
 TEST_F(Keys, GoTwiceWithin100MsCountsOnceAndSaysSo) {

@@ -93,6 +93,40 @@ TEST_F(OpenDialog, TheStartUpWaitsForTheShowAndNotOnlyForTheDialogToGo) {
   EXPECT_GT(looks, 0);
 }
 
+TEST_F(OpenDialog, OfTheStartStandsOnTheShowThatTheDeskWasOpenedWith) {
+  writeShow({}, "data/a.kel");
+  const auto onAStick = folder / "media/STICK/tour";
+  folders.drives.mediaFolders = {folder / "media"};
+  folders.drives.isMounted = [](const fs::path&) { return true; };
+  writeShow({}, "media/STICK/tour/a.kel");
+  folders.offered = writeShow({}, "media/STICK/tour/b.kel");
+  startWith([&] {
+    EXPECT_EQ(dialog().drvList.Drive(), folder / "media/STICK");
+    EXPECT_EQ(dialog().dirList.Path(), onAStick);
+    EXPECT_EQ(dialog().filList.FileName(), "b.kel");
+    EXPECT_EQ(dialog().Location.text(), data.string() + "/") << "new shows lie where they always do";
+    dialog().cmdOpenButton.click();
+  });
+  EXPECT_EQ(house->desk.show.ProjectFileName, (onAStick / "b.kel").string());
+
+  folders.offered = writeShow({}, "media/STICK/tour/b.kel.bak");
+  startWith([this] { EXPECT_EQ(dialog().filList.FileName(), "b.kel.bak"); });
+}
+
+TEST_F(OpenDialog, OfTheStartTellsAShowThatCannotBeReadAndStandsWhereItDoesWithoutOne) {
+  writeShow({}, "data/a.kel");
+  for (const auto& unreadable : {data / "gone.kel", folder, folder / "nowhere" / "a.kel"}) {
+    folders.offered = unreadable;
+    startWith([&] {
+      EXPECT_THAT(takeBoxes(), ElementsAre(HasSubstr(unreadable.string() + ": ")));
+      EXPECT_EQ(dialog().dirList.Path(), data);
+      EXPECT_THAT(dialog().filList.items(), ElementsAre("a.kel"));
+      EXPECT_EQ(dialog().filList.FileName(), "");
+    });
+  }
+  EXPECT_FALSE(fs::exists(folder / "nowhere"));
+}
+
 TEST_F(OpenDialog, WithoutASelectedFileStays) {
   startWith([this] {
     dialog().cmdOpenButton.click();

@@ -25,8 +25,10 @@ TEST_F(PlacesOfAMachine, AnInstalledDeskUsesTheShareFolderAndTheUsersOwn) {
   Places places = placesFor(hints);
   EXPECT_EQ(places.application, bin);
   EXPECT_EQ(places.graphics, machine / "opt/share/velgrove/graphics");
+  EXPECT_EQ(places.manual, machine / "opt/share/velgrove/manual");
   EXPECT_EQ(places.data, machine / "home/.local/share/velgrove");
   EXPECT_EQ(places.settings, machine / "home/.config/velgrove");
+  EXPECT_EQ(places.firstShows, machine / "opt/share/velgrove/shows");
 
   hints.dataHome = "/elsewhere/data";
   hints.configHome = "/elsewhere/config";
@@ -43,9 +45,15 @@ TEST_F(PlacesOfAMachine, ACopyOnAStickKeepsEverythingBesideItself) {
   fs::create_directories(bin / "data");
   EXPECT_EQ(placesFor(hints).graphics, bin / "graphics");
   EXPECT_EQ(placesFor(hints).data, bin / "data");
+  EXPECT_EQ(placesFor(hints).firstShows, "") << "they are in the data folder";
   if (::geteuid() == 0) return;  // may write everywhere
   fs::permissions(bin / "data", fs::perms::owner_read | fs::perms::owner_exec);
   EXPECT_EQ(placesFor(hints).data, machine / "home/.local/share/velgrove");
+}
+
+TEST_F(PlacesOfAMachine, ADeskThatWasJustBuiltHasTheManualOfItsBuild) {
+  fs::create_directories(machine / "opt/share/manual");
+  EXPECT_EQ(placesFor(hints).manual, machine / "opt/share/manual");
 }
 
 TEST(PlacesOfThisProcess, BeginAtItsExecutable) {

@@ -146,6 +146,29 @@ TEST_F(Recovering, ACopyThatIsDeclinedIsAskedAboutOnceAndStaysAShowThatOpens) {
   }
 }
 
+TEST_F(Recovering, TheShowThatTheDeskWasOpenedWithComesBehindTheQuestionAndOnlyIfNoCopyIsOpened) {
+  crashWithAnEdit();
+  folders.offered = writeShow({}, "wanted.kel");
+  answer = BoxAnswer::No;
+  make();
+  std::string chosen;
+  house->onWait = [&] {
+    chosen = house->desk.OpenProject.filList.FileName();
+    house->desk.OpenProject.CancelButton.click();
+  };
+  house->start();
+  EXPECT_EQ(takeBoxes().size(), 1U);
+  EXPECT_EQ(chosen, "wanted.kel");
+  house.reset();
+
+  crashWithAnEdit();
+  answer = BoxAnswer::Yes;
+  make();
+  house->start();  // a dialog would wait for ever
+  EXPECT_EQ(takeBoxes().size(), 1U);
+  EXPECT_EQ(cues(house->desk), 4);
+}
+
 TEST_F(Recovering, ANewShowThatWasNeverSavedKeepsTheFileItWasToHave) {
   auto* const desk = startWithShow();
   desk->show.ProjectName = "Hamlet";

@@ -1,11 +1,13 @@
 // From the first step of the start-up to the answer of the open dialog.
 
+#include "controls/files.h"
 #include "core/lighting_desk.h"
 #include "support/desks.h"
 
 namespace velgrove::test {
 namespace {
 
+namespace fs = std::filesystem;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
@@ -55,7 +57,6 @@ TEST_F(StartUp, ASplashThatIsShownLaterGoesByItself) {
 }
 
 TEST_F(StartUp, PreparesTheShapesOfAllFixtureTypes) {
-  namespace fs = std::filesystem;
   folders.graphics = folder / "graphics";
   fs::create_directories(folders.graphics);
   for (const auto& file : fs::directory_iterator(fs::path(SHOW_DATA_DIR) / "../graphics"))
@@ -63,6 +64,29 @@ TEST_F(StartUp, PreparesTheShapesOfAllFixtureTypes) {
   start();
   for (const char* type : {"fresnel", "leko", "par38", "practical", "scoop", "icue"})
     EXPECT_TRUE(fs::exists(folders.graphics / (std::string(type) + ".cad"))) << type;
+}
+
+TEST_F(StartUp, AUsersFirstStartFindsTheShowsThatCameWithTheDesk) {
+  folders.firstShows = folder / "share";
+  const std::string demo = readFile(writeShow({}, "share/demo.kel"));
+  write("share/README", "");
+  auto* const desk = start();
+  EXPECT_THAT(desk->OpenProject.filList.items(), ElementsAre("demo.kel"));
+  EXPECT_EQ(readFile(data / "demo.kel"), demo);
+  EXPECT_FALSE(fs::exists(data / "README"));
+
+  fs::remove(data / "demo.kel");
+  start();
+  EXPECT_FALSE(fs::exists(data / "demo.kel")) << "what the user has thrown away stays away";
+}
+
+TEST_F(StartUp, AFirstShowThatCannotBeCopiedIsToldAndTheDeskStarts) {
+  folders.firstShows = folder / "share";
+  fs::create_directories(folders.firstShows);
+  fs::create_symlink("nowhere", folders.firstShows / "gone.kel");
+  auto* const desk = start();
+  EXPECT_THAT(takeBoxes(), ElementsAre(HasSubstr("gone.kel")));
+  EXPECT_TRUE(desk->frame.Window.Visible);
 }
 
 TEST_F(StartUp, CancellingTheFirstDialogLeavesAnEmptyFrame) {

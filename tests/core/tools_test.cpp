@@ -31,7 +31,7 @@ TEST_F(Tools, ThoseThatNeedAShowAreEnabledWhileOneIsOpen) {
                                      "ID_LevelWheel", "mnuLightAddFixture", "ID_CueReset",
                                      "ID_DelLight",   "ID_FluidZoom",       "ID_Pan",
                                      "ID_Test",       "ID_OpenProject",     "ID_CueWindow",
-                                     "ID_CheckShow"};
+                                     "ID_CheckShow",  "ID_PrintSheets"};
   auto* const desk = start();
   EXPECT_THAT(enabledOf(ids), ElementsAre("ID_OpenProject"));
   desk->show.ProjectFileName = writeShow();
@@ -84,6 +84,17 @@ TEST_F(Tools, ThatAreUnfinishedOrHaveNoHelpSaySo) {
                           "Unable to display Help Contents. There is no Help associated with this project.",
                           "Please refer to owners manual for help, thank you. or call (555)-010-0142"));
   tool("mnuViewRefresh");
+}
+
+TEST_F(Tools, OfTheHelpShowTheManualWhereThereIsOne) {
+  folders.manual = folder / "manual";
+  write("manual/pages.json", "[]");
+  auto* const desk = start();
+  tool("mnuHelpContents");
+  EXPECT_TRUE(desk->Help.Window.Visible);
+  EXPECT_FALSE(desk->Help.Window.Modal);
+  desk->Help.Unload();
+  EXPECT_FALSE(desk->Help.Window.Visible);
 }
 
 // ---- The XY player

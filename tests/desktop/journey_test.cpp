@@ -44,9 +44,23 @@ TEST(Journey, AShowIsChosenByKeysAlone) {
   EXPECT_FALSE(named("frmOpenProject").isVisible());
   EXPECT_EQ(house.frame().windowTitle().trimmed(), "Velgrove - The Winter's Tale");
   EXPECT_TRUE(named("frmDocument/FlpCAD1").isVisible());
-  EXPECT_EQ(house.table("XYQueueList").model()->rowCount(), 17);
-  EXPECT_EQ(house.table("ABQueueList").model()->rowCount(), 7);
+  EXPECT_EQ(house.table("XYQueueList").model()->rowCount(), 29);
+  EXPECT_EQ(house.table("ABQueueList").model()->rowCount(), 14);
   EXPECT_TRUE(named("band/ID_Save").isEnabled());
+}
+
+TEST(Journey, AShowThatWasDoubleClickedTakesNoMoreThanOneKey) {
+  DeskOnScreen house({1280, 800}, SHOW_DATA_DIR "/demo.kel", 0, SHOW_DATA_DIR "/demo.kel");
+  house.screen.whenAsked([&] {
+    auto& files = named<QListWidget>("frmOpenProject/filList");
+    EXPECT_EQ(QApplication::focusWidget(), &files);
+    ASSERT_EQ(files.selectedItems().size(), 1);
+    EXPECT_EQ(files.selectedItems().front()->text(), "demo.kel");
+    house.screen.key(Qt::Key_Return);
+  });
+  house.start();
+  EXPECT_EQ(house.desk.show.ProjectFileName, SHOW_DATA_DIR "/demo.kel");
+  EXPECT_TRUE(named("frmDocument/FlpCAD1").isVisible());
 }
 
 TEST(Journey, CancelledAtTheStartTheDeskStandsWithoutAShow) {
@@ -81,9 +95,9 @@ TEST(Journey, GoRunsTheLightThroughTheRowsAndOntoThePlot) {
   EXPECT_EQ(rowColour(house, 2, 0.75), theme::colour("stageLit"));
   EXPECT_EQ(rowColour(house, 3, 0.25), theme::colour("nextDim"));
   EXPECT_EQ(named("ID_CueWindow").accessibleDescription(),
-            "Queue # 1.00 House to half, preset, next 2.00 Court of Sicilia");
+            "Queue # 1.00 Preset, house open, next 2.00 House to half");
   EXPECT_EQ(named<QLabel>("XYQueueList/lblStageNum").text(), "1.00");
-  EXPECT_EQ(named<QLabel>("XYQueueList/NextDescText").text(), "Court of Sicilia");
+  EXPECT_EQ(named<QLabel>("XYQueueList/NextDescText").text(), "House to half");
 }
 
 /// Both players have their own Alt+G; the one in front takes it.
@@ -129,13 +143,13 @@ TEST(Journey, TheArrowKeysWalkThroughTheCues) {
   CueTable& table = house.table("XYQueueList");
   const auto& desc = named<QLineEdit>("XYQueueList/CueDesc1");
   house.screen.click(*table.viewport(), house.inRow(table, 2));
-  EXPECT_EQ(desc.text(), "House to half, preset");
+  EXPECT_EQ(desc.text(), "Preset, house open");
   house.screen.key(Qt::Key_Down);
-  EXPECT_EQ(desc.text(), "Court of Sicilia");
+  EXPECT_EQ(desc.text(), "House to half");
   EXPECT_EQ(colourAt(*table.viewport(), house.inRow(table, 3, 0) - QPoint(0, 2)), theme::colour("text"));
   house.screen.key(Qt::Key_End);
-  EXPECT_EQ(desc.text(), "Curtain call");
-  EXPECT_TRUE(table.viewport()->rect().contains(house.inRow(table, 17)));
+  EXPECT_EQ(desc.text(), "House up");
+  EXPECT_TRUE(table.viewport()->rect().contains(house.inRow(table, 29)));
   house.screen.key(Qt::Key_Home);
   house.screen.key(Qt::Key_Up);
   EXPECT_EQ(desc.text(), "Blackout");

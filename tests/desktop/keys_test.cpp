@@ -151,12 +151,12 @@ TEST_F(KeysOnScreen, EnterPressesWhatHasTheFocusOnceHoweverLongItIsHeld) {
 TEST_F(KeysOnScreen, StandInMenusTipsAndTheirList) {
   EXPECT_EQ(named("ID_Go").toolTip(), "Go (Space)");
   EXPECT_EQ(named("ID_Save").toolTip(), "Save Show (Ctrl+S)");
-  const QAction* blackout = nullptr;
+  std::map<QString, const QAction*> items;
   for (const QMenu* menu : named("frmMain").findChildren<QMenu*>())
-    for (const QAction* action : menu->actions())
-      if (action->objectName() == "ID_Blackout") blackout = action;
-  ASSERT_NE(blackout, nullptr);
-  EXPECT_EQ(blackout->shortcut(), QKeySequence(Qt::Key_F12));
+    for (const QAction* action : menu->actions()) items.emplace(action->objectName(), action);
+  EXPECT_EQ(items.at("ID_Blackout")->shortcut(), QKeySequence(Qt::Key_F12));
+  EXPECT_EQ(items.at("ID_Go")->text(), "Go\tSpace");
+  EXPECT_EQ(named<QPushButton>("ID_Go").text(), "Go");
   tool("ID_Keys");
   EXPECT_TRUE(named("frmKeys/ListViewKeys").isVisible());
 }

@@ -153,13 +153,14 @@ TEST(Layout, NothingIsCutOffInTheFrameOrItsDialogs) {
       showLongest(house.ab());
       house.desk.windows.ConfirmPaste.Show();
       house.desk.windows.CheckShow.Show();
+      house.desk.windows.PrintSheets.Show();
     });
     house.screen.whenAsked([&] {
       expectNothingCutOff(named("frmLoop"));
       house.screen.key(Qt::Key_Escape);
     });
     house.screen.click(named("ABQueueList/cmdLoop"));
-    for (const char* window : {"frmMain", "VelgroveComm", "frmAbout", "frmConfirmPaste"})
+    for (const char* window : {"frmMain", "VelgroveComm", "frmAbout", "frmConfirmPaste", "frmPrintSheets"})
       expectNothingCutOff(named(window));
     house.screen.onDesk([&] {
       auto& windows = house.desk.windows;

@@ -91,22 +91,22 @@ struct PlotOnScreen : testing::Test {
 // ---- What is painted
 
 TEST_F(PlotOnScreen, OfAChangeOnlyWhatDiffersIsPainted) {
-  showLevel(7, 0);
+  showLevel(12, 0);
   Painted painted(plot);
-  showLevel(7, 255);
-  const QRect body = boxOf(fixture(7).Shape);
+  showLevel(12, 255);
+  const QRect body = boxOf(fixture(12).Shape);
   EXPECT_TRUE((QRegion(body) - painted.region).isEmpty()) << "the body glows with its level";
   EXPECT_LT(painted.pixels(), 3 * body.width() * body.height());
   expectNothingLeftBehind();
   painted.region = {};
-  showLevel(7, 255);
+  showLevel(12, 255);
   EXPECT_TRUE(painted.region.isEmpty());
   screen.onDesk([this] { document.ZoomInTool(); });
   EXPECT_EQ(painted.region, QRegion(plot.rect()));
 }
 
 TEST_F(PlotOnScreen, ADraggedFixtureFollowsTheHandUnderTheSnapMark) {
-  screen.press(plot, middleOf(7));
+  screen.press(plot, middleOf(12));
   const QPoint there = at({.x = 520, .y = 430});
   screen.moveTo(plot, there - QPoint(60, 0));
   Painted painted(plot);
@@ -115,7 +115,7 @@ TEST_F(PlotOnScreen, ADraggedFixtureFollowsTheHandUnderTheSnapMark) {
   EXPECT_EQ(plot.cursor().shape(), Qt::BlankCursor);
   EXPECT_LT(painted.pixels(), plot.width() * plot.height() / 20);
   const Extents mark = document.FlpCAD1.extents(document.SnapCursor);
-  EXPECT_EQ(mark.middle(), (Point{.x = fixture(7).x, .y = fixture(7).y}));
+  EXPECT_EQ(mark.middle(), (Point{.x = fixture(12).x, .y = fixture(12).y}));
   const QRect cross = boxOf(document.SnapCursor).adjusted(-2, -2, 2, 2);
   EXPECT_GT(count("text", cross), cross.width()) << "the white line";
   EXPECT_GT(count("edge", cross), cross.height()) << "the black one";
@@ -127,13 +127,13 @@ TEST_F(PlotOnScreen, ADraggedFixtureFollowsTheHandUnderTheSnapMark) {
 }
 
 TEST_F(PlotOnScreen, PickedFixturesStandOut) {
-  screen.press(plot, middleOf(7));
-  const QRect alone = boxOf(fixture(7).Shape).adjusted(-3, -3, 3, 3);
+  screen.press(plot, middleOf(12));
+  const QRect alone = boxOf(fixture(12).Shape).adjusted(-3, -3, 3, 3);
   EXPECT_GT(count("picked", alone), alone.height());
-  screen.release(plot, middleOf(7));
+  screen.release(plot, middleOf(12));
   EXPECT_EQ(count("picked", alone), 0);
-  for (const int channel : {7, 8}) pressWithCtrl(middleOf(channel));
-  for (const int channel : {7, 8}) {
+  for (const int channel : {12, 13}) pressWithCtrl(middleOf(channel));
+  for (const int channel : {12, 13}) {
     const QRect box = boxOf(fixture(channel).RectShape).adjusted(-2, -2, 2, 2);
     EXPECT_GT(count("multi", box), box.height());
     EXPECT_GT(count("picked", box), 2 * (box.width() + box.height())) << "the rectangle about it";
@@ -146,11 +146,11 @@ TEST_F(PlotOnScreen, NothingIsLeftBehindInBlindAtAnyZoom) {
     screen.onDesk([&] { document.WorldZoom(true, step, 400, 500); });
     screen.onDesk([this] { house.desk.show.BlindOn = true; });
     for (const int level : {255, 17, 0}) {
-      for (const int channel : {7, 8, 10, 41}) showLevel(channel, level);
+      for (const int channel : {12, 13, 17, 41}) showLevel(channel, level);
       expectNothingLeftBehind();
     }
     screen.onDesk([this] { house.desk.show.BlindOn = false; });
-    for (const int channel : {7, 8, 10, 41}) showLevel(channel, 60);
+    for (const int channel : {12, 13, 17, 41}) showLevel(channel, 60);
     expectNothingLeftBehind();
   }
 }
@@ -158,7 +158,7 @@ TEST_F(PlotOnScreen, NothingIsLeftBehindInBlindAtAnyZoom) {
 // ---- The mouse and the keys
 
 TEST_F(PlotOnScreen, TheDeleteKeyTakesTheSelectionAway) {
-  pressWithCtrl(middleOf(7));
+  pressWithCtrl(middleOf(12));
   const int before = document.ActiveView->colFixtures().count();
   screen.key(Qt::Key_Backspace);
   EXPECT_EQ(document.ActiveView->colFixtures().count(), before);
@@ -167,15 +167,15 @@ TEST_F(PlotOnScreen, TheDeleteKeyTakesTheSelectionAway) {
 }
 
 TEST_F(PlotOnScreen, AFixtureDoesntStickToTheMouseWhenABoxTakesTheRelease) {
-  screen.press(plot, middleOf(7));
+  screen.press(plot, middleOf(12));
   ASSERT_TRUE(document.DragActive);
   screen.expectBox("Look here.");
   screen.onDesk([this] { house.desk.machine.boxes.show({.text = "Look here."}); });
-  screen.moveTo(plot, middleOf(7) + QPoint(3, 0));
+  screen.moveTo(plot, middleOf(12) + QPoint(3, 0));
   EXPECT_FALSE(document.DragActive);
-  const double x = fixture(7).x;
+  const double x = fixture(12).x;
   screen.moveTo(plot, {40, 300});
-  EXPECT_EQ(fixture(7).x, x);
+  EXPECT_EQ(fixture(12).x, x);
 }
 
 TEST_F(PlotOnScreen, OfMovesThatFindTheDeskBusyTheNewestCounts) {
@@ -192,15 +192,15 @@ TEST_F(PlotOnScreen, ALockedPlotTakesNoHandAndShowsLevels) {
   screen.moveTo(plot, {200, 100});
   screen.expectBox("Fixtures Locked!");
   screen.onDesk([this] { house.desk.frame.SSActiveToolBars1_ToolClick("ID_LockFixtures"); });
-  screen.press(plot, middleOf(7));
+  screen.press(plot, middleOf(12));
   screen.key(Qt::Key_Delete);
   screen.moveTo(plot, {200, 200});
   screen.release(plot, {200, 200});
   EXPECT_FALSE(document.FixtureSelected);
   EXPECT_FALSE(document.FlpCAD1.pointer().has_value());
   Painted painted(plot);
-  showLevel(7, 200);
-  showLevel(7, 100);
+  showLevel(12, 200);
+  showLevel(12, 100);
   EXPECT_FALSE(painted.region.isEmpty());
 }
 
@@ -233,20 +233,20 @@ TEST_F(PlotOnScreen, TheFootTellsThePlaceOfTheMouseAndTheFixtureUnderIt) {
   auto& place = named<QLabel>("sbStatusBar/pointerPlace");
   auto& under = named<QLabel>("sbStatusBar/pointerFixture");
   const auto widths = [&] { return std::pair(place.geometry(), under.geometry()); };
-  screen.onDesk([this] { fixture(10).IconShape = 2; });
-  showLevel(10, 117);
+  screen.onDesk([this] { fixture(17).IconShape = 2; });
+  showLevel(17, 117);
   const auto before = widths();
   screen.moveTo(plot, at({.x = 512, .y = 40}));
   EXPECT_TRUE(place.text().startsWith("X 51")) << place.text().toStdString();
   EXPECT_TRUE(place.text().contains("  Y ")) << place.text().toStdString();
   EXPECT_EQ(under.text(), "");
-  screen.moveTo(plot, middleOf(10));
-  EXPECT_EQ(under.text(), "10 leko, 46 %");
+  screen.moveTo(plot, middleOf(17));
+  EXPECT_EQ(under.text(), "17 leko, 46 %");
   screen.onDesk([this] {
     house.desk.show.BlindOn = true;
-    house.desk.show.BlindLevels[9] = 255;
+    house.desk.show.BlindLevels[16] = 255;
   });
-  EXPECT_EQ(under.text(), "10 leko, 46 %, blind 100 %");
+  EXPECT_EQ(under.text(), "17 leko, 46 %, blind 100 %");
   EXPECT_EQ(widths(), before);
   screen.moveTo(named("band/ID_Go"), {5, 5});
   EXPECT_EQ(place.text() + under.text(), "");
@@ -256,10 +256,10 @@ TEST_F(PlotOnScreen, TheFootTellsThePlaceOfTheMouseAndTheFixtureUnderIt) {
 
 struct Turning : PlotOnScreen {
   Turning() {
-    screen.click(plot, middleOf(7));
+    screen.click(plot, middleOf(12));
     EXPECT_FALSE(gauge.isVisible());
     screen.onDesk([this] { document.RotateTool(); });
-    screen.click(plot, middleOf(7));
+    screen.click(plot, middleOf(12));
     EXPECT_TRUE(gauge.isVisible());
   }
   QPoint onDial(double degrees) {
@@ -267,34 +267,34 @@ struct Turning : PlotOnScreen {
     return gauge.rect().center() + QPointF(50 * std::sin(turn), -50 * std::cos(turn)).toPoint();
   }
   RotateGauge& gauge = named<RotateGauge>("frmDocument/AGauge2");
-  const double start = fixture(7).Angle;
+  const double start = fixture(12).Angle;
 };
 
 TEST_F(Turning, TheHandIsDraggedRoundAndPastZeroByTheNearestWay) {
   screen.press(gauge, onDial(90));
-  EXPECT_NEAR(fixture(7).Angle, 90, 1);
-  EXPECT_EQ(fixture(7).Angle, std::round(fixture(7).Angle));
+  EXPECT_NEAR(fixture(12).Angle, 90, 1);
+  EXPECT_EQ(fixture(12).Angle, std::round(fixture(12).Angle));
   hand::mouse(QTest::MouseMove, gauge, onDial(50), Qt::NoButton, Qt::ShiftModifier);
   screen.settle();
-  EXPECT_EQ(fixture(7).Angle, 45);
+  EXPECT_EQ(fixture(12).Angle, 45);
   for (const int degrees : {20, 340, 300}) screen.moveTo(gauge, onDial(degrees));
   screen.release(gauge, onDial(300));
-  EXPECT_NEAR(fixture(7).Angle, -60, 1);
+  EXPECT_NEAR(fixture(12).Angle, -60, 1);
   EXPECT_NEAR(gauge.value(), 300, 1);
-  EXPECT_NEAR(document.FlpCAD1.find(fixture(7).Shape)->angle, -fixture(7).Angle, 1e-6);
+  EXPECT_NEAR(document.FlpCAD1.find(fixture(12).Shape)->angle, -fixture(12).Angle, 1e-6);
   screen.moveTo(gauge, onDial(200));
-  EXPECT_NEAR(fixture(7).Angle, -60, 1) << "it was let go";
+  EXPECT_NEAR(fixture(12).Angle, -60, 1) << "it was let go";
 }
 
 TEST_F(Turning, KeysAndTheWheelTurnByStepsAndTheDialGoesWithItsTool) {
   gauge.setFocus();
   screen.key(Qt::Key_Left);
-  EXPECT_EQ(fixture(7).Angle, start - 1);
+  EXPECT_EQ(fixture(12).Angle, start - 1);
   EXPECT_EQ(gauge.value(), 359) << "of a fixture that stood at zero";
   for (const Qt::Key key : {Qt::Key_PageUp, Qt::Key_Up, Qt::Key_Right, Qt::Key_Down}) screen.key(key);
-  EXPECT_EQ(fixture(7).Angle, start + 15);
+  EXPECT_EQ(fixture(12).Angle, start + 15);
   screen.wheel(gauge, 120);
-  EXPECT_EQ(fixture(7).Angle, start + 16);
+  EXPECT_EQ(fixture(12).Angle, start + 16);
   screen.key(Qt::Key_PageDown);
   EXPECT_EQ(gauge.value(), 1);
   QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(&gauge);

@@ -105,6 +105,7 @@ TEST_F(Listening, ThePlotIsAListOfItsFixturesAndSaysWhichTheKeysPick) {
   EXPECT_EQ(plot().childAt(middle.x(), middle.y()), now);
   EXPECT_EQ(named<QLabel>("pointerPlace").text(), QString::fromStdString(second.FixtureName));
   EXPECT_TRUE(named<QLabel>("pointerFixture").text().startsWith(channel + " "));
+  EXPECT_FALSE(named("pointerPlace").geometry().intersects(named("pointerFixture").geometry()));
   screen.onDesk([this] { house.desk.frame.ActiveForm().letPickedGo(); });
   EXPECT_EQ(named<QLabel>("pointerFixture").text(), "");
 }

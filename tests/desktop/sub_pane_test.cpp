@@ -62,7 +62,7 @@ TEST_F(SubmastersOnScreen, StandInTheStripWithTheirNamesAndLevels) {
   EXPECT_EQ(frame(), theme::colour("sub")) << "which submasters are up is seen from afar";
   const QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(&cell(3));
   EXPECT_EQ(spoken->role(), QAccessible::Button);
-  EXPECT_EQ(spoken->text(QAccessible::Name), "Submaster 4, Back, 60 per cent");
+  EXPECT_EQ(spoken->text(QAccessible::Name), "Submaster 4, Top blue, 60 per cent");
 }
 
 TEST_F(SubmastersOnScreen, AClickOnALevelTurnsItFullAndOffAndTheWheelLeavesItAlone) {

@@ -34,9 +34,13 @@ ShowMaker withCues(std::vector<Cue> cues) {
   return maker;
 }
 
-TEST(Preflight, OfTheDemoShowFindsNothing) {
+TEST(Preflight, OfTheDemoShowAndItsTwoLoopsFindsNothing) {
   const auto demo = readShow(readFile(SHOW_DATA_DIR "/demo.kel"), DMXInputRecords::Read);
-  EXPECT_THAT(linesOf(checkShow({.project = demo.project.get(), .damage = demo.faults})), IsEmpty());
+  constexpr SetLoop Dance{.passes = 2, .firstRow = 10, .lastRow = 11};
+  constexpr SetLoop Storm{.passes = 2, .firstRow = 13, .lastRow = 15};
+  EXPECT_THAT(
+      linesOf(checkShow({.project = demo.project.get(), .damage = demo.faults, .loops = {Dance, Storm}})),
+      IsEmpty());
 }
 
 TEST(Preflight, NamesEachFadeThatGoesWrongWithItsInstantAndItsReason) {

@@ -7,6 +7,7 @@
 #include <cmath>
 #include <filesystem>
 #include <fstream>
+#include <unistd.h>
 
 #include <gtest/gtest.h>
 
@@ -167,6 +168,20 @@ TEST_F(Shapes, AShapeFileAsNewAsItsDrawingStaysAsItIs) {
   fs::last_write_time(folder / "leko.cad", drawn - 1s);
   prepareShape(folder.path(), "leko");
   EXPECT_EQ(readFile(folder / "leko.cad"), "velgrove shape 1\ngroup leko\ncircle 0 0 4\nend\n");
+}
+
+TEST_F(Shapes, AFolderThatCannotBeWrittenServesTheShapesThatItHas) {
+  write("leko.cad", "ours");
+  write("leko.dxf", drawing("CIRCLE 10=0 20=0 40=4"));
+  fs::last_write_time(folder / "leko.cad", fs::last_write_time(folder / "leko.dxf") - 1s);
+  fs::permissions(folder.path(), fs::perms{0555});
+  constexpr uid_t Nobody = 65534;
+  const uid_t self = ::geteuid();
+  ASSERT_EQ(::seteuid(self == 0 ? Nobody : self), 0) << "root may write everywhere";
+  EXPECT_NO_THROW(prepareShape(folder.path(), "leko"));
+  ASSERT_EQ(::seteuid(self), 0);
+  fs::permissions(folder.path(), fs::perms::owner_all);
+  EXPECT_EQ(readFile(folder / "leko.cad"), "ours");
 }
 
 TEST_F(Shapes, ADamagedShapeFileIsRefusedByNameAndLine) {

@@ -19,7 +19,9 @@ namespace velgrove::test {
 class DeskOnScreen {
  public:
   explicit DeskOnScreen(QSize size = {1280, 800},
-                        const std::filesystem::path& show = SHOW_DATA_DIR "/demo.kel", int left = 0) {
+                        const std::filesystem::path& show = SHOW_DATA_DIR "/demo.kel", int left = 0,
+                        std::filesystem::path opened = {})
+      : offered(std::move(opened)) {
     std::filesystem::create_directory(folder / "data");
     std::filesystem::copy_file(show, showFile);
     setting("MainMaximised", "0");
@@ -39,6 +41,7 @@ class DeskOnScreen {
     desk.Splash.Painted = false;
   }
 
+  const std::filesystem::path offered;  ///< the show with which the desk is opened
   Screen screen;
   TempFolder folder;
   const std::filesystem::path showFile = folder / "data" / "show.kel";
@@ -46,7 +49,9 @@ class DeskOnScreen {
                      {.settings = folder.path(),
                       .data = folder / "data",
                       .graphics = thisProcessPlaces().graphics,
-                      .drives = {.home = folder.path(), .mediaFolders = {}, .isMounted = {}}}};
+                      .drives = {.home = folder.path(), .mediaFolders = {}, .isMounted = {}},
+                      .manual = thisProcessPlaces().manual,
+                      .offered = offered}};
   LightingDesk& desk = house.desk;
   DeskWindows windows{desk, screen.face};
 
