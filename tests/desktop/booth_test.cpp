@@ -59,7 +59,7 @@ TEST_F(ShowViewOnScreen, ShowsTheRunningFadeAndChangesNothingUnderTheHand) {
   EXPECT_EQ(marks(), before);
 
   house->screen.click(named("frmShowView/cmdAB"));
-  EXPECT_THAT(panel().accessibleDescription().toStdString(), testing::HasSubstr("next 1.00 Sky, warm"));
+  EXPECT_THAT(panel().accessibleDescription().toStdString(), testing::HasSubstr("next 1.00 Sky of Sicilia"));
   house->screen.onDesk([this] { house->desk.windows.unloadPlayers(); });
   EXPECT_THAT(panel().accessibleDescription().toStdString(), testing::StartsWith(" No show is open"));
   EXPECT_EQ(cues().model()->rowCount(), 0);
