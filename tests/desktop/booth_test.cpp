@@ -74,6 +74,8 @@ TEST_F(ShowViewOnScreen, ComesBackOverAllOtherWindowsWhenItFilledTheFrame) {
   EXPECT_EQ(form().Window.WindowState, WindowState::Maximised);
   EXPECT_EQ(panel().visibleRegion(), QRegion(panel().rect()));
   EXPECT_GT(panel().width(), 1200);
+  house->screen.onDesk([this] { house->ab().Window.WindowState = WindowState::Minimised; });
+  EXPECT_EQ(cues().viewport()->visibleRegion(), QRegion(cues().viewport()->rect())) << "nor does a link";
   house->screen.click(named("band/ID_XYQ"));
   const QWidget& list = *house->table("XYQueueList").viewport();
   EXPECT_EQ(list.visibleRegion(), QRegion(list.rect())) << "a tool brings its window to the front";
