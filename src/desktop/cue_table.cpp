@@ -1,5 +1,6 @@
 #include "desktop/cue_table.h"
 
+#include <QApplication>
 #include <QHeaderView>
 #include <QMouseEvent>
 #include <QPainter>
@@ -441,7 +442,10 @@ void CueTable::mouseDoubleClickEvent(QMouseEvent* event) {
 
 /// The arrow keys click the row that they lead to; from afar they scroll.
 void CueTable::keyPressEvent(QKeyEvent* event) {
-  if (m_fromAfar) return QAbstractScrollArea::keyPressEvent(event);
+  if (m_fromAfar) {
+    QApplication::sendEvent(verticalScrollBar(), event);
+    return;
+  }
   const int page = std::max(viewport()->height() / rowPixels() - 1, 1);
   const int from = std::max(m_now.selected, 1);
   switch (event->key()) {

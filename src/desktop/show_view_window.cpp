@@ -122,10 +122,10 @@ int ShowViewWindow::insideWidth() const {
 
 bool ShowViewWindow::fits(double scale) const {
   const int wide = insideWidth();
-  const double rows = RowsOfType * scale / theme::sized(1.0, 1.4);
+  const double rowScale = RowsOfType * scale / theme::sized(1.0, 1.4);
   const int room = height() - m_choices.height() - 4 * layout()->spacing();
-  return m_panel.leastWidth(scale) <= wide && m_table.leastWidth(rows) <= wide &&
-         m_panel.heightAt(wide, scale) + CueTable::heightOf(LeastRows, rows) <= room;
+  return m_panel.leastWidth(scale) <= wide && m_table.leastWidth(rowScale) <= wide &&
+         m_panel.heightAt(wide, scale) + CueTable::heightOf(LeastRows, rowScale) <= room;
 }
 
 void ShowViewWindow::resizeEvent(QResizeEvent* event) {
