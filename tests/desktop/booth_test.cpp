@@ -96,8 +96,11 @@ TEST_F(ShowViewOnScreen, KeepsTheMarksInViewWhateverTheSizeOfTheType) {
       house->xy().cmdMakeStageCue_Click();
     });
     EXPECT_TRUE(isSeen(cues(), 50)) << percent;
-    house->screen.wheel(*cues().viewport(), 120 * 40);
+    cues().setFocus();
+    for (int page = 0; page < 4; ++page) house->screen.key(Qt::Key_PageUp);
     EXPECT_FALSE(isSeen(cues(), 50)) << "the hand may look elsewhere";
+    for (const auto key : {Qt::Key_Q, Qt::Key_Return, Qt::Key_Escape, Qt::Key_Control})
+      house->screen.key(key);
     house->screen.onDesk([&] { house->xy().cmdAdvanceStageCue_Click(); });
     EXPECT_TRUE(isSeen(cues(), 51) && isSeen(cues(), 52)) << percent;
     house->screen.onDesk([&] { house->xy().ResetStageCue(); });
