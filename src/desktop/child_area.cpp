@@ -113,14 +113,25 @@ ChildArea::Place ChildArea::placeIn(const QMdiSubWindow& window) {
   return static_cast<Place>(window.property("place").toInt());
 }
 
+QMdiSubWindow* ChildArea::whole() const {
+  for (QMdiSubWindow* window : subWindowList())
+    if (window->isVisible() && window->isMaximized() && placeIn(*window) == Place::Floating) return window;
+  return nullptr;
+}
+
 void ChildArea::bringForward(QMdiSubWindow& window, bool asked) {
-  QMdiSubWindow* foremost = &window;
-  for (QMdiSubWindow* other : subWindowList(QMdiArea::StackingOrder))
-    if (!asked && other->isVisible() && other->isMaximized() && placeIn(*other) == Place::Floating)
-      foremost = other;
   window.raise();
-  foremost->raise();
-  setActiveSubWindow(foremost);
+  if (asked || whole() == nullptr)
+    setActiveSubWindow(&window);
+  else
+    keepInFront();
+}
+
+void ChildArea::keepInFront() {
+  QMdiSubWindow* const window = whole();
+  if (window == nullptr) return;
+  window->raise();
+  setActiveSubWindow(window);
 }
 
 void ChildArea::raiseFloating() {

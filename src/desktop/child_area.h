@@ -23,6 +23,8 @@ class ChildArea : public QMdiArea {
   void activateNext(int step);
   /// One that nobody asked for, since it came with a show, stays behind a floating one that fills the frame.
   void bringForward(QMdiSubWindow& window, bool asked);
+  /// The same for one that a link has put down.
+  void keepInFront();
   void arrange(Arrangement::Code how);
   void layOut();
 
@@ -37,6 +39,8 @@ class ChildArea : public QMdiArea {
   [[nodiscard]] static Place placeIn(const QMdiSubWindow& window);
   void placeFloating(QMdiSubWindow& window) const;
   void raiseFloating();
+  /// The floating window that fills the frame; null when none does.
+  [[nodiscard]] QMdiSubWindow* whole() const;
   void bringIntoView(const QWidget* widget);
   [[nodiscard]] QRect placeOf(Place place) const;
   [[nodiscard]] static QRect grown(QRect area, QSize least, Place place);

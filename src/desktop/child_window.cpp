@@ -59,10 +59,13 @@ void ChildWindow::obey(const Look& look) {
     hide();
     return;
   }
+  auto* const area = qobject_cast<ChildArea*>(mdiArea());
   const bool appears = !isVisible();
   switch (look.state) {
     case WindowState::Minimised:
-      if (!isMinimized()) showMinimized();
+      if (isMinimized()) break;
+      showMinimized();
+      if (area != nullptr) area->keepInFront();
       break;
     case WindowState::Maximised:
       if (!isMaximized()) showMaximized();
@@ -73,7 +76,6 @@ void ChildWindow::obey(const Look& look) {
   }
   if (appears) widget()->show();
   const bool isNew = before.identity != look.identity;
-  auto* const area = qobject_cast<ChildArea*>(mdiArea());
   if (area != nullptr && (isNew || before.fronts != look.fronts))
     area->bringForward(*this, look.fronts > 0 || !isNew);
 }

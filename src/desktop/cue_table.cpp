@@ -466,7 +466,7 @@ void CueTable::mouseDoubleClickEvent(QMouseEvent* event) {
 
 /// The arrow keys click the row that they lead to; from afar they scroll.
 void CueTable::keyPressEvent(QKeyEvent* event) {
-  if (m_fromAfar) return QAbstractScrollArea::keyPressEvent(event);
+  if (m_fromAfar) return scrollBy(event);
   const int page = std::max(viewport()->height() / rowPixels() - 1, 1);
   const int from = std::max(m_now.selected, 1);
   switch (event->key()) {
@@ -482,6 +482,24 @@ void CueTable::keyPressEvent(QKeyEvent* event) {
       return choose(1);
     case Qt::Key_End:
       return choose(m_model.rowCount());
+    default:
+      event->ignore();
+  }
+}
+
+void CueTable::scrollBy(QKeyEvent* event) {
+  const auto scroll = [this](QAbstractSlider::SliderAction step) {
+    verticalScrollBar()->triggerAction(step);
+  };
+  switch (event->key()) {
+    case Qt::Key_Up:
+      return scroll(QAbstractSlider::SliderSingleStepSub);
+    case Qt::Key_Down:
+      return scroll(QAbstractSlider::SliderSingleStepAdd);
+    case Qt::Key_PageUp:
+      return scroll(QAbstractSlider::SliderPageStepSub);
+    case Qt::Key_PageDown:
+      return scroll(QAbstractSlider::SliderPageStepAdd);
     default:
       event->ignore();
   }

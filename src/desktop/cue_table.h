@@ -117,6 +117,7 @@ class CueTable : public QTreeView {
   [[nodiscard]] bool isShown(std::size_t column) const { return !m_fromAfar || column <= DescColumn; }
   void sizeRows();
   void choose(int row);
+  void scrollBy(QKeyEvent* event);
   void drawCells(QPainter& painter, const QRect& row, int index, const RowPaint& paint) const;
   void drawMarks(QPainter& painter, const QRect& row, int icon, const RowPaint& paint) const;
 

@@ -14,7 +14,7 @@ namespace {
 constexpr QSize Content(760, 460);  // what stands inside the child window
 constexpr QSize LeastContent(320, 200);
 constexpr double RowsOfType = 1.3;  ///< a row of the list, beside its usual size
-constexpr int LeastRows = 2;        ///< stage and next
+constexpr int StageAndNext = 2;     ///< rows that there is always room for
 
 }  // namespace
 
@@ -122,10 +122,10 @@ int ShowViewWindow::insideWidth() const {
 
 bool ShowViewWindow::fits(double scale) const {
   const int wide = insideWidth();
-  const double rows = RowsOfType * scale / theme::sized(1.0, 1.4);
+  const double listScale = RowsOfType * scale / theme::sized(1.0, 1.4);
   const int room = height() - m_choices.height() - 4 * layout()->spacing();
-  return m_panel.leastWidth(scale) <= wide && m_table.leastWidth(rows) <= wide &&
-         m_panel.heightAt(wide, scale) + CueTable::heightOf(LeastRows, rows) <= room;
+  return m_panel.leastWidth(scale) <= wide && m_table.leastWidth(listScale) <= wide &&
+         m_panel.heightAt(wide, scale) + CueTable::heightOf(StageAndNext, listScale) <= room;
 }
 
 void ShowViewWindow::resizeEvent(QResizeEvent* event) {

@@ -29,7 +29,7 @@ constexpr int RoomyFrom = 1600;  ///< logical pixels of the frame's width
 // Both dress the whole application anew, and do nothing when it is dressed so already. Whoever keeps a
 // picture or a colour draws it again at QEvent::StyleChange.
 void apply(Density density);
-void apply(Tone tone);
+void apply(Tone wanted);
 
 /// One of two sizes, by the density in use.
 template <class T>

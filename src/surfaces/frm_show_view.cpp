@@ -116,7 +116,7 @@ ShowViewLook frmShowView::look() const {
   return look;
 }
 
-void frmShowView::lookAtCues(const QueueList& player, ShowViewLook& look) const {
+void frmShowView::lookAtCues(const QueueList& player, ShowViewLook& look) {
   const auto& state = player.State;
   const bool atEnd = state.NextCue == -1 || state.NextCue > player.ListView2.count();
   look.stage = cueIn(player, state.StageCue, "No cue on stage");

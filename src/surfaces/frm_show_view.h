@@ -84,7 +84,7 @@ class frmShowView {
   void chooseList(bool ab);
   void setTypeSize(int percent);
   void showChoices();
-  void lookAtCues(const QueueList& player, ShowViewLook& look) const;
+  static void lookAtCues(const QueueList& player, ShowViewLook& look);
   void lookAtInterface(ShowViewLook& look) const;
 
   ShowState& m_show;

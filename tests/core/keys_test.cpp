@@ -53,7 +53,8 @@ TEST_F(Keys, StandInTheManualAllAndNoOthers) {
   std::ifstream page(SHOW_DATA_DIR "/../docs/manual/20-keys.md");
   std::set<std::string> told;
   for (std::string line; std::getline(page, line);)
-    if (line.starts_with("| ") && !line.starts_with("| Key")) told.insert(line.substr(2, line.find(" |") - 2));
+    if (line.starts_with("| ") && !line.starts_with("| Key"))
+      told.insert(line.substr(2, line.find(" |") - 2));
   std::set<std::string> known{"F6"};
   for (const FrameKey& key : frameKeys()) known.emplace(key.Key);
   EXPECT_EQ(told, known);

@@ -1,7 +1,9 @@
 // The booth: the show view on the screen, and the dim colours of the whole desk.
 
 #include <QMdiSubWindow>
+#include <array>
 #include <cmath>
+#include <set>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -59,7 +61,7 @@ TEST_F(ShowViewOnScreen, ShowsTheRunningFadeAndChangesNothingUnderTheHand) {
   EXPECT_EQ(marks(), before);
 
   house->screen.click(named("frmShowView/cmdAB"));
-  EXPECT_THAT(panel().accessibleDescription().toStdString(), testing::HasSubstr("next 1.00 Sky, warm"));
+  EXPECT_THAT(panel().accessibleDescription().toStdString(), testing::HasSubstr("next 1.00 Sky of Sicilia"));
   house->screen.onDesk([this] { house->desk.windows.unloadPlayers(); });
   EXPECT_THAT(panel().accessibleDescription().toStdString(), testing::StartsWith(" No show is open"));
   EXPECT_EQ(cues().model()->rowCount(), 0);
@@ -74,6 +76,8 @@ TEST_F(ShowViewOnScreen, ComesBackOverAllOtherWindowsWhenItFilledTheFrame) {
   EXPECT_EQ(form().Window.WindowState, WindowState::Maximised);
   EXPECT_EQ(panel().visibleRegion(), QRegion(panel().rect()));
   EXPECT_GT(panel().width(), 1200);
+  house->screen.onDesk([this] { house->ab().Window.WindowState = WindowState::Minimised; });
+  EXPECT_EQ(cues().viewport()->visibleRegion(), QRegion(cues().viewport()->rect())) << "nor does a link";
   house->screen.click(named("band/ID_XYQ"));
   const QWidget& list = *house->table("XYQueueList").viewport();
   EXPECT_EQ(list.visibleRegion(), QRegion(list.rect())) << "a tool brings its window to the front";
@@ -92,8 +96,11 @@ TEST_F(ShowViewOnScreen, KeepsTheMarksInViewWhateverTheSizeOfTheType) {
       house->xy().cmdMakeStageCue_Click();
     });
     EXPECT_TRUE(isSeen(cues(), 50)) << percent;
-    house->screen.wheel(*cues().viewport(), 120 * 40);
+    cues().setFocus();
+    for (int page = 0; page < 4; ++page) house->screen.key(Qt::Key_PageUp);
     EXPECT_FALSE(isSeen(cues(), 50)) << "the hand may look elsewhere";
+    for (const auto key : {Qt::Key_Q, Qt::Key_Return, Qt::Key_Escape, Qt::Key_Control})
+      house->screen.key(key);
     house->screen.onDesk([&] { house->xy().cmdAdvanceStageCue_Click(); });
     EXPECT_TRUE(isSeen(cues(), 51) && isSeen(cues(), 52)) << percent;
     house->screen.onDesk([&] { house->xy().ResetStageCue(); });
@@ -161,10 +168,12 @@ TEST_F(ShowViewOnScreen, CutsNoNumberOffAtAnySizeOfTypeOrWindow) {
 
 // ---- The colours
 
+/// The light of one part of a colour (sRGB, IEC 61966-2-1).
+double linear(double part) {
+  return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+}
+
 double luminance(const QColor& colour) {
-  const auto linear = [](double part) {
-    return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
-  };
   return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) + 0.0722 * linear(colour.blueF());
 }
 
@@ -173,21 +182,20 @@ double contrast(const char* one, const char* other) {
   return (light + 0.05) / (dark + 0.05);
 }
 
-/// How far two colours lie apart to the eye (CIE 1976); above 10 is plain at a glance.
+/// A colour as the eye orders it (CIE 1976).
+std::array<double, 3> lab(const QColor& colour) {
+  const double r = linear(colour.redF());
+  const double g = linear(colour.greenF());
+  const double b = linear(colour.blueF());
+  const auto root = [](double t) { return t > 0.008856 ? std::cbrt(t) : 7.787 * t + 16.0 / 116; };
+  const double x = root((0.4124 * r + 0.3576 * g + 0.1805 * b) / 0.9505);
+  const double y = root(luminance(colour));
+  const double z = root((0.0193 * r + 0.1192 * g + 0.9505 * b) / 1.089);
+  return {116 * y - 16, 500 * (x - y), 200 * (y - z)};
+}
+
+/// How far two colours lie apart to the eye; above 10 is plain at a glance.
 double apart(const char* one, const char* other) {
-  const auto lab = [](const QColor& colour) {
-    const auto linear = [](double part) {
-      return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
-    };
-    const double r = linear(colour.redF());
-    const double g = linear(colour.greenF());
-    const double b = linear(colour.blueF());
-    const auto root = [](double t) { return t > 0.008856 ? std::cbrt(t) : 7.787 * t + 16.0 / 116; };
-    const double x = root((0.4124 * r + 0.3576 * g + 0.1805 * b) / 0.9505);
-    const double y = root(0.2126 * r + 0.7152 * g + 0.0722 * b);
-    const double z = root((0.0193 * r + 0.1192 * g + 0.9505 * b) / 1.089);
-    return std::array{116 * y - 16, 500 * (x - y), 200 * (y - z)};
-  };
   const auto a = lab(theme::colour(one));
   const auto b = lab(theme::colour(other));
   return std::hypot(a[0] - b[0], a[1] - b[1], a[2] - b[2]);
@@ -231,14 +239,29 @@ TEST_P(Colours, WhatHasAMeaningIsToldApart) {
         EXPECT_GE(apart(group[one], group[other]), 10) << group[one] << " " << group[other];
 }
 
+/// The brightest of the usual areas is the banner.
+TEST(DimColours, GiveAThirdOfTheLight) {
+  const double usual = luminance(theme::colour("warn"));
+  theme::apply(Tone::Dim);
+  for (const char* area : {"well", "window", "panel", "raised", "hover", "warn", "goReady", "goQuiet",
+                           "stageLit", "stageDim", "nextLit", "nextDim", "blindFill", "subFill"})
+    EXPECT_LE(luminance(theme::colour(area)), 0.34 * usual) << area;
+  theme::apply(Tone::Usual);
+}
+
 INSTANTIATE_TEST_SUITE_P(OfBothTones, Colours, testing::Values(Tone::Usual, Tone::Dim));
 
 // ---- The whole desk dimmed
 
+/// A third of the light of plain white, which the usual colours hold.
+constexpr double Dimmed = 0.34;
+
 double brightest(const QImage& picture) {
-  double most = 0;
+  std::set<QRgb> colours;
   for (int y = 0; y < picture.height(); ++y)
-    for (int x = 0; x < picture.width(); ++x) most = std::max(most, luminance(picture.pixelColor(x, y)));
+    for (int x = 0; x < picture.width(); ++x) colours.insert(picture.pixel(x, y));
+  double most = 0;
+  for (const QRgb colour : colours) most = std::max(most, luminance(colour));
   return most;
 }
 
@@ -284,7 +307,7 @@ TEST_F(DimScreen, ReachesEveryWindowAndLeavesNothingBehind) {
   ASSERT_EQ(usual.size(), dimmed.size());
   for (std::size_t window = 0; window < usual.size(); ++window) {
     EXPECT_EQ(usual[window].size(), dimmed[window].size());
-    EXPECT_LE(brightest(dimmed[window]), 0.34) << window;
+    EXPECT_LE(brightest(dimmed[window]), Dimmed) << window;
   }
   dim();
   const auto back = pictures();
@@ -300,14 +323,14 @@ TEST_F(DimScreen, ReachesMenusAndBoxesAndIsATickInItsMenu) {
   const auto& bar = *house.frame().findChild<QMenuBar*>();
   QMenu* const view = bar.actions().at(2)->menu();
   view->popup({0, 0});
-  EXPECT_LE(brightest(view->grab().toImage()), 0.34);
+  EXPECT_LE(brightest(view->grab().toImage()), Dimmed);
   view->close();
   const auto actions = view->actions();
   const auto tool = std::ranges::find(actions, QString("ID_DimScreen"), &QAction::objectName);
   ASSERT_NE(tool, actions.end());
   EXPECT_TRUE((*tool)->isChecked());
   house.screen.expectBox("Fixtures Locked!", "OK", [] {
-    for (const QImage& picture : pictures()) EXPECT_LE(brightest(picture), 0.34);
+    for (const QImage& picture : pictures()) EXPECT_LE(brightest(picture), Dimmed);
   });
   house.screen.onDesk([this] { house.desk.frame.SSActiveToolBars1_ToolClick("ID_LockFixtures"); });
 }

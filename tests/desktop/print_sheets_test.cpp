@@ -189,7 +189,7 @@ TEST_F(PrintSheetsOnScreen, FromTheMenuToAPdfThatHoldsWhatIsTicked) {
   EXPECT_EQ(QApplication::focusWidget(), &named("frmPrintSheets/cmdPrint"));
   saveAs(house.folder / "all.pdf");
   EXPECT_FALSE(dialog().isVisible());
-  EXPECT_EQ(pagesIn(house.folder / "all.pdf"), 4);
+  EXPECT_EQ(pagesIn(house.folder / "all.pdf"), 5);
 
   openDialog();
   for (const char* box : {"chkXY", "chkAB", "chkPatch"}) {
