@@ -67,6 +67,7 @@ void HelpWindow::dress() {
             {&m_found, "lblFound", ""},
             {&m_contents, "lstContents", "Pages"},
             {&m_page, "Page", "Page of the manual"}});
+  m_page.verticalScrollBar()->setAccessibleName("Page up and down");
   for (QPushButton* button : {&m_back, &m_forward, &m_home}) {
     button->setProperty("role", "key");
     button->setProperty("place", "dialog");
