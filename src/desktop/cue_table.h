@@ -19,6 +19,8 @@ class CueRows : public QAbstractTableModel {
  public:
   using QAbstractTableModel::QAbstractTableModel;
 
+  static constexpr int FirstTextColumn = 4;  ///< numbers and times stand before it
+
   void show(const std::vector<ListView::Column>& columns, const std::vector<ListView::Row>& rows);
 
   void setRowHeight(int pixels);
