@@ -4,6 +4,7 @@
 #include <QMdiSubWindow>
 #include <QScopedValueRollback>
 #include <QScrollBar>
+#include <QShortcut>
 #include <QVariant>
 #include <algorithm>
 
@@ -168,6 +169,14 @@ void ChildArea::activateNext(int step) {
   if (windows[next]->isMinimized()) windows[next]->showNormal();
   setActiveSubWindow(windows[next]);
   windows[next]->widget()->setFocus(Qt::ShortcutFocusReason);
+}
+
+void ChildArea::takeKeysOf(QWidget& frame) {
+  connect(new QShortcut(QKeySequence::Close, &frame), &QShortcut::activated, this,
+          &QMdiArea::closeActiveSubWindow);
+  for (const auto& [keys, step] :
+       {std::pair(QKeySequence::NextChild, 1), std::pair(QKeySequence::PreviousChild, -1)})
+    connect(new QShortcut(keys, &frame), &QShortcut::activated, this, [this, step] { activateNext(step); });
 }
 
 void ChildArea::arrange(Arrangement::Code how) {

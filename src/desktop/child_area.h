@@ -21,6 +21,8 @@ class ChildArea : public QMdiArea {
   /// Goes to the window that stands so many further on in the order in which they were made, out of its icon.
   /// The toolkit's own way goes to and fro between the two that were used last.
   void activateNext(int step);
+  /// Ctrl+Tab and Ctrl+W mean these windows, wherever the focus is in the frame.
+  void takeKeysOf(QWidget& frame);
   /// One that nobody asked for, since it came with a show, stays behind a floating one that fills the frame.
   void bringForward(QMdiSubWindow& window, bool asked);
   /// The same for one that a link has put down.

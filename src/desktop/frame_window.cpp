@@ -118,12 +118,7 @@ void FrameWindow::build() {
   addFloating<frmKeys, KeysWindow>(m_desk.windows.Keys, &frmKeys::Unload);
   connect(m_children, &QMdiArea::subWindowActivated, this, &FrameWindow::onActivated);
   connect(new QShortcut(Qt::Key_F6, this), &QShortcut::activated, this, &FrameWindow::focusNextPart);
-  connect(new QShortcut(QKeySequence::Close, this), &QShortcut::activated, m_children,
-          &QMdiArea::closeActiveSubWindow);
-  for (const auto& [keys, step] :
-       {std::pair(QKeySequence::NextChild, 1), std::pair(QKeySequence::PreviousChild, -1)})
-    connect(new QShortcut(keys, this), &QShortcut::activated, m_children,
-            [this, step] { m_children->activateNext(step); });
+  m_children->takeKeysOf(*this);
   new ShowKeys(m_desk, m_face, m_tools, *this);
 }
 
