@@ -1,5 +1,7 @@
 // What assistive tools are told when they ask.
 
+#include "desktop/spoken.h"
+
 #include <QAccessible>
 #include <QComboBox>
 #include <QGroupBox>
@@ -9,7 +11,6 @@
 #include <gtest/gtest.h>
 
 #include "desktop/plot_view.h"
-#include "desktop/spoken.h"
 #include "support/desk_on_screen.h"
 
 namespace velgrove::test {
@@ -25,7 +26,8 @@ QString behind(QObject& widget) {
   return spoken(widget).text(QAccessible::Description);
 }
 
-/// A screen reader is there. It makes itself known to those who wait for one, and this screen tells no others.
+/// A screen reader is there. It makes itself known to those who wait for one, and this screen tells no
+/// others.
 class Reader {
  public:
   Reader() {
