@@ -89,16 +89,17 @@ void ShowViewWindow::bindControls() {
 }
 
 void ShowViewWindow::tieKeys() {
-  const auto tie = [this](const char* keys, void (frmShowView::*action)()) {
+  const auto tie = [this](const char* keys, void (*action)(frmShowView&)) {
     auto* shortcut = new QShortcut(QKeySequence(keys), this);
     shortcut->setContext(Qt::WidgetWithChildrenShortcut);
     connect(shortcut, &QShortcut::activated, this,
-            [this, action] { m_bindings.face().deliver([this, action] { (m_form.*action)(); }); });
+            [this, action] { m_bindings.face().deliver([this, action] { action(m_form); }); });
   };
-  tie("Ctrl+-", &frmShowView::cmdSmaller_Click);
-  tie("Ctrl++", &frmShowView::cmdLarger_Click);
-  tie("Ctrl+=", &frmShowView::cmdLarger_Click);  // the same key without Shift
-  tie("Ctrl+0", &frmShowView::UsualTypeSize);
+  const auto larger = [](frmShowView& form) { form.cmdLarger_Click(); };
+  tie("Ctrl+-", [](frmShowView& form) { form.cmdSmaller_Click(); });
+  tie("Ctrl++", larger);
+  tie("Ctrl+=", larger);  // the same key without Shift
+  tie("Ctrl+0", [](frmShowView& form) { form.UsualTypeSize(); });
 }
 
 // ---- The size of the type
