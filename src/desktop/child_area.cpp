@@ -28,6 +28,11 @@ ChildArea::ChildArea(QWidget* parent) : QMdiArea(parent) {
   connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) { bringIntoView(now); });
 }
 
+/// The focus moves on while the windows inside go.
+ChildArea::~ChildArea() {
+  disconnect(qApp, nullptr, this, nullptr);
+}
+
 void ChildArea::add(QMdiSubWindow* window, Place place) {
   window->setProperty("place", static_cast<int>(place));
   addSubWindow(window, Qt::WindowFlags());

@@ -15,6 +15,9 @@ class ChildArea : public QMdiArea {
 
  public:
   explicit ChildArea(QWidget* parent = nullptr);
+  ~ChildArea() override;
+  ChildArea(const ChildArea&) = delete;
+  ChildArea& operator=(const ChildArea&) = delete;
 
   enum class Place { Plot, UpperList, LowerList, Floating };
   void add(QMdiSubWindow* window, Place place);
