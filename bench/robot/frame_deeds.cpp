@@ -1,6 +1,7 @@
 // The operator at the frame: its tools, the preferences and the timings.
 
 #include <algorithm>
+#include <span>
 
 #include "robot/hand.h"
 
@@ -67,6 +68,14 @@ void fillIn(Hand& hand, frmPreferences& form) {
   hand.typeNumber(form.txtNumSubs, "NumSubs", 0, 24);
 }
 
+void tickAndPress(Hand& hand, std::span<CheckBox* const> boxes, std::span<const Button* const> buttons) {
+  CheckBox& box = *hand.chance.of(boxes);
+  hand.note(box.Caption);
+  box.toggle();
+  const Button& button = *hand.chance.of(buttons);
+  hand.press(button, button.Caption);
+}
+
 bool setPreferences(Hand& hand) {
   frmPreferences& form = hand.windows().Preferences;
   if (!form.Window.Visible) return false;
@@ -76,11 +85,7 @@ bool setPreferences(Hand& hand) {
   const Button* const buttons[] = {&form.cmdSave, &form.cmdSave, &form.cmdReset, &form.cmdCancel,
                                    &form.buttonTimings};
   if (hand.chance.oneIn(3)) fillIn(hand, form);
-  CheckBox& box = *hand.chance.of(boxes);
-  hand.note(box.Caption);
-  box.toggle();
-  const Button& button = *hand.chance.of(buttons);
-  hand.press(button, button.Caption);
+  tickAndPress(hand, boxes, buttons);
   return true;
 }
 
@@ -108,11 +113,16 @@ bool printSheets(Hand& hand) {
   if (!form.Window.Visible) return false;
   CheckBox* const boxes[] = {&form.chkXY, &form.chkAB, &form.chkPatch, &form.chkSubmasters};
   const Button* const buttons[] = {&form.cmdPrint, &form.cmdSavePDF, &form.cmdCancel};
-  CheckBox& box = *hand.chance.of(boxes);
-  hand.note(box.Caption);
-  box.toggle();
-  const Button& button = *hand.chance.of(buttons);
-  hand.press(button, button.Caption);
+  tickAndPress(hand, boxes, buttons);
+  return true;
+}
+
+/// At any time of the keyboard's, so that some presses are double taps and some come before the last one.
+bool pressGoKey(Hand& hand) {
+  constexpr int Span = 1000;  // ms
+  const int at = hand.chance.below(Span);
+  hand.note("the Go key at " + std::to_string(at));
+  hand.desk().frame.goKey(static_cast<std::uint32_t>(at));
   return true;
 }
 
@@ -132,6 +142,7 @@ constexpr Deed Deeds[] = {{"any tool", 25, anyTool},
                           {"preferences", 14, setPreferences},
                           {"timings", 10, setTimings},
                           {"cue sheets", 5, printSheets},
+                          {"the Go key", 5, pressGoKey},
                           {"small windows", 1, closeSmallWindows}};
 
 }  // namespace
